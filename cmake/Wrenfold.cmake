@@ -17,6 +17,11 @@ set(CMAKE_BUILD_RPATH "$ORIGIN")
 set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}/wrenfold" "$ORIGIN")
 
+find_program(WRENFOLD_CCACHE ccache)
+if(WRENFOLD_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${WRENFOLD_CCACHE}")
+endif()
+
 find_package(fmt REQUIRED)
 
 add_library(wrenfold-settings INTERFACE)
