@@ -1,0 +1,327 @@
+#include "platform/core/Bytes.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+namespace wrenfold {
+
+std::string_view ValueTypeName(TValueType type) {
+  static constexpr std::array<std::string_view, MaxValueType + 1> names = {
+      "vaNull",    "vaList",  "vaInt8",       "vaInt16",  "vaInt32",    "vaExtended",
+      "vaString",  "vaIdent", "vaFalse",      "vaTrue",   "vaBinary",   "vaSet",
+      "vaLString", "vaNil",   "vaCollection", "vaSingle", "vaCurrency", "vaDate",
+      "vaWString", "vaInt64", "vaUTF8String", "vaDouble"};
+  const auto index = static_cast<std::size_t>(type);
+  return index < names.size() ? names[index] : "unknown value tag";
+}
+
+void TByteReader::FailAt(std::size_t position, const char* expected) const {
+  throw EReadError(
+      fmt::format("Stream read error at offset {0} (${0:X}): expected {1}", position, expected));
+}
+
+void TByteReader::FailEnd(std::size_t count, const char* expected) const {
+  throw EReadError(fmt::format(
+      "Stream read error at offset {0} (${0:X}): expected {1}: {2} bytes needed, {3} left",
+      Position(), expected, count, Left()));
+}
+
+void TByteReader::Seek(std::size_t position) {
+  if (position > Size()) FailAt(position, "an offset within the stream");
+  FNext = FBegin + position;
+}
+
+TExtended TByteReader::ReadExtended() {
+  Need(TExtended::ByteSize, "an extended float");
+  TExtended value;
+  value.Mantissa = ReadFixed<std::uint64_t>("a mantissa");
+  value.SignExponent = ReadFixed<std::uint16_t>("an exponent");
+  return value;
+}
+
+void TByteReader::ReadSignature() {
+  if (Left() < FilerSignature.size() ||
+      std::string_view(FNext, FilerSignature.size()) != FilerSignature)
+    Fail("the signature \"TPF0\"");
+  FNext += FilerSignature.size();
+}
+
+TValueType TByteReader::PeekValueType() {
+  const std::uint8_t tag = PeekByte("a value tag");
+  if (tag > MaxValueType) Fail("a value tag (0 to 21)");
+  return static_cast<TValueType>(tag);
+}
+
+TValueType TByteReader::ReadValueType() {
+  const TValueType type = PeekValueType();
+  ++FNext;
+  return type;
+}
+
+std::int64_t TByteReader::ReadIntegerValue() {
+  const std::size_t start = Position();
+  switch (ReadValueType()) {
+    case TValueType::vaInt8:
+      return ReadFixed<std::int8_t>("an 8-bit integer");
+    case TValueType::vaInt16:
+      return ReadFixed<std::int16_t>("a 16-bit integer");
+    case TValueType::vaInt32:
+      return ReadFixed<std::int32_t>("a 32-bit integer");
+    case TValueType::vaInt64:
+      return ReadFixed<std::int64_t>("a 64-bit integer");
+    default:
+      FailAt(start, "an integer value");
+  }
+}
+
+std::uint8_t TByteReader::ReadFilerFlags() {
+  if (PeekByte("a component") < FilerPrefixMark) return 0;
+  return ReadByte("a component");
+}
+
+namespace {
+
+// What the bytes at the cursor belong to while nested values are skipped.
+enum TNesting : char { nsList, nsCollection, nsItem };
+
+}  // namespace
+
+// Skips what follows the tag; a container is only pushed.
+void TByteReader::SkipContent(TValueType type, std::string& nesting) {
+  switch (type) {
+    case TValueType::vaNull:
+    case TValueType::vaFalse:
+    case TValueType::vaTrue:
+    case TValueType::vaNil:
+      break;
+    case TValueType::vaList:
+      nesting.push_back(nsList);
+      break;
+    case TValueType::vaCollection:
+      nesting.push_back(nsCollection);
+      break;
+    case TValueType::vaInt8:
+      ReadView(1, "an 8-bit integer");
+      break;
+    case TValueType::vaInt16:
+      ReadView(2, "a 16-bit integer");
+      break;
+    case TValueType::vaInt32:
+      ReadView(4, "a 32-bit integer");
+      break;
+    case TValueType::vaInt64:
+      ReadView(8, "a 64-bit integer");
+      break;
+    case TValueType::vaExtended:
+      ReadView(TExtended::ByteSize, "an extended float");
+      break;
+    case TValueType::vaSingle:
+      ReadView(4, "a single float");
+      break;
+    case TValueType::vaCurrency:
+      ReadView(8, "a currency value");
+      break;
+    case TValueType::vaDate:
+      ReadView(8, "a date");
+      break;
+    case TValueType::vaDouble:
+      ReadView(8, "a double float");
+      break;
+    case TValueType::vaString:
+      ReadShortString("a string");
+      break;
+    case TValueType::vaIdent:
+      ReadShortString("an identifier");
+      break;
+    case TValueType::vaBinary:
+      ReadLongString("binary data");
+      break;
+    case TValueType::vaLString:
+    case TValueType::vaUTF8String:
+      ReadLongString("a long string");
+      break;
+    case TValueType::vaWString: {
+      const std::uint64_t units = ReadFixed<std::uint32_t>("a wide string");
+      ReadView(units * 2, "a wide string");
+      break;
+    }
+    case TValueType::vaSet:
+      while (!ReadShortString("an identifier of a set").empty()) {
+      }
+      break;
+  }
+}
+
+// Goes on until every container in `nesting` is closed.
+void TByteReader::SkipNested(std::string& nesting) {
+  while (!nesting.empty()) {
+    switch (nesting.back()) {
+      case nsList:
+        if (SkipEndOfList("a value or the end of a list"))
+          nesting.pop_back();
+        else
+          SkipContent(ReadValueType(), nesting);
+        break;
+      case nsItem:
+        if (SkipEndOfList("a property or the end of an item")) {
+          nesting.pop_back();
+        } else {
+          ReadShortString("a property name");
+          SkipContent(ReadValueType(), nesting);
+        }
+        break;
+      case nsCollection:
+        if (SkipEndOfList("an item or the end of a collection")) {
+          nesting.pop_back();
+          break;
+        }
+        if (PeekValueType() != TValueType::vaList) ReadIntegerValue();
+        if (ReadValueType() != TValueType::vaList)
+          FailAt(Position() - 1, "an item or the end of a collection");
+        nesting.push_back(nsItem);
+        break;
+    }
+  }
+}
+
+void TByteReader::SkipValue() {
+  std::string nesting;
+  SkipContent(ReadValueType(), nesting);
+  SkipNested(nesting);
+}
+
+void TByteReader::SkipProperties() {
+  std::string nesting(1, nsItem);
+  SkipNested(nesting);
+}
+
+void TByteReader::SkipComponent() {
+  std::size_t depth = 0;  // components whose child list is open
+  do {
+    const std::uint8_t flags = ReadFilerFlags();
+    if (flags & ffChildPos) ReadIntegerValue();
+    ReadShortString("a class name");
+    ReadShortString("a component name");
+    SkipProperties();
+    ++depth;
+    while (depth > 0 && SkipEndOfList("a component or the end of the child list")) --depth;
+  } while (depth > 0);
+}
+
+void TByteReader::ReadResourceHeader(std::string_view& name, std::uint32_t& size) {
+  if (ReadByte("a resource header") != ResourceMark) FailAt(Position() - 1, "a resource header");
+  if (ReadFixed<std::uint16_t>("a resource type") != ResourceTypeId)
+    FailAt(Position() - 2, "the resource type 10");
+  const char* zero = static_cast<const char*>(std::memchr(FNext, 0, Left()));
+  if (zero == nullptr) Fail("a resource name that ends with a zero byte");
+  name = ReadView(static_cast<std::size_t>(zero - FNext), "a resource name");
+  ++FNext;
+  // The flags say how the resource is loaded, which is nobody's concern here.
+  ReadFixed<std::uint16_t>("resource flags");
+  size = ReadFixed<std::uint32_t>("a resource size");
+}
+
+void TByteWriter::Grow(std::size_t count) {
+  const std::size_t capacity = std::max(FSize + count, std::max<std::size_t>(256, FCapacity * 2));
+  auto buffer = std::make_unique_for_overwrite<char[]>(capacity);
+  if (FSize > 0) std::memcpy(buffer.get(), FBuffer.get(), FSize);
+  FBuffer = std::move(buffer);
+  FCapacity = capacity;
+}
+
+void TByteWriter::WriteExtended(TExtended value) {
+  WriteFixed(value.Mantissa);
+  WriteFixed(value.SignExponent);
+}
+
+void TByteWriter::WriteShortString(std::string_view text) {
+  if (text.size() > 255)
+    throw EWriteError(fmt::format("Stream write error: a name of {} bytes, at most 255 fit: {}...",
+                                  text.size(), text.substr(0, 40)));
+  WriteByte(static_cast<std::uint8_t>(text.size()));
+  WriteBytes(text);
+}
+
+namespace {
+
+template <typename T>
+bool Holds(std::int64_t value) {
+  return value >= std::numeric_limits<T>::min() && value <= std::numeric_limits<T>::max();
+}
+
+std::uint32_t Length32(std::size_t size) {
+  if (size > std::numeric_limits<std::uint32_t>::max())
+    throw EWriteError("Stream write error: a value of more than four gigabytes");
+  return static_cast<std::uint32_t>(size);
+}
+
+}  // namespace
+
+void TByteWriter::WriteIntegerValue(std::int64_t value) {
+  if (Holds<std::int8_t>(value)) {
+    WriteValueType(TValueType::vaInt8);
+    WriteFixed(static_cast<std::int8_t>(value));
+  } else if (Holds<std::int16_t>(value)) {
+    WriteValueType(TValueType::vaInt16);
+    WriteFixed(static_cast<std::int16_t>(value));
+  } else if (Holds<std::int32_t>(value)) {
+    WriteValueType(TValueType::vaInt32);
+    WriteFixed(static_cast<std::int32_t>(value));
+  } else {
+    WriteValueType(TValueType::vaInt64);
+    WriteFixed(value);
+  }
+}
+
+void TByteWriter::WriteStringValue(std::string_view text) {
+  if (text.size() <= 255) {
+    WriteValueType(TValueType::vaString);
+    WriteByte(static_cast<std::uint8_t>(text.size()));
+  } else {
+    WriteValueType(TValueType::vaLString);
+    WriteFixed(Length32(text.size()));
+  }
+  WriteBytes(text);
+}
+
+void TByteWriter::WriteIdentValue(std::string_view name) {
+  static constexpr std::pair<std::string_view, TValueType> words[] = {
+      {"False", TValueType::vaFalse},
+      {"True", TValueType::vaTrue},
+      {"nil", TValueType::vaNil},
+      {"Null", TValueType::vaNull}};
+  for (const auto& [word, type] : words)
+    if (name == word) return WriteValueType(type);
+  WriteValueType(TValueType::vaIdent);
+  WriteShortString(name);
+}
+
+void TByteWriter::WriteExtendedValue(TExtended value) {
+  WriteValueType(TValueType::vaExtended);
+  WriteExtended(value);
+}
+
+void TByteWriter::WriteBinaryValue(std::string_view bytes) {
+  WriteValueType(TValueType::vaBinary);
+  WriteFixed(Length32(bytes.size()));
+  WriteBytes(bytes);
+}
+
+std::size_t TByteWriter::WriteResourceHeader(std::string_view name) {
+  WriteByte(ResourceMark);
+  WriteFixed(ResourceTypeId);
+  for (const char character : name) {
+    const bool lower = character >= 'a' && character <= 'z';
+    WriteByte(static_cast<std::uint8_t>(lower ? character - 'a' + 'A' : character));
+  }
+  WriteByte(0);
+  WriteFixed(ResourceFlags);
+  const std::size_t position = Size();
+  WriteFixed(std::uint32_t{0});
+  return position;
+}
+
+}  // namespace wrenfold

@@ -1,0 +1,180 @@
+// Cursors over contiguous memory, for reading and writing the component stream.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/core/Exceptions.h"
+#include "platform/core/Extended.h"
+#include "platform/core/ValueTypes.h"
+
+namespace wrenfold {
+
+static_assert(std::endian::native == std::endian::little, "the stream's integers are copied as is");
+
+// A bounds-checked cursor over bytes that the caller keeps alive. Views that it returns point into
+// those bytes. Reading past the end and malformed content raise EReadError, which names the offset
+// and what was expected there.
+class TByteReader {
+ public:
+  explicit TByteReader(std::string_view data)
+      : FBegin(data.data()), FNext(data.data()), FEnd(data.data() + data.size()) {}
+
+  std::size_t Position() const { return static_cast<std::size_t>(FNext - FBegin); }
+  std::size_t Size() const { return static_cast<std::size_t>(FEnd - FBegin); }
+  std::size_t Left() const { return static_cast<std::size_t>(FEnd - FNext); }
+  bool AtEnd() const { return FNext == FEnd; }
+  // `position` must not be beyond Size().
+  void Seek(std::size_t position);
+
+  std::uint8_t PeekByte(const char* expected) {
+    Need(1, expected);
+    return static_cast<std::uint8_t>(*FNext);
+  }
+  std::uint8_t ReadByte(const char* expected) { return ReadFixed<std::uint8_t>(expected); }
+  // A little-endian number of the width of `T`, without a tag.
+  template <typename T>
+  T ReadFixed(const char* expected) {
+    Need(sizeof(T), expected);
+    T value;
+    std::memcpy(&value, FNext, sizeof(T));
+    FNext += sizeof(T);
+    return value;
+  }
+  TExtended ReadExtended();
+  // `count` bytes, not copied.
+  std::string_view ReadView(std::size_t count, const char* expected) {
+    Need(count, expected);
+    const std::string_view view(FNext, count);
+    FNext += count;
+    return view;
+  }
+  // A length byte and as many bytes.
+  std::string_view ReadShortString(const char* expected) {
+    const std::size_t count = ReadByte(expected);
+    return ReadView(count, expected);
+  }
+  // A 32-bit length and as many bytes.
+  std::string_view ReadLongString(const char* expected) {
+    const std::size_t count = ReadFixed<std::uint32_t>(expected);
+    return ReadView(count, expected);
+  }
+
+  void ReadSignature();
+  // The tag of the next value; a byte above MaxValueType is an error.
+  TValueType ReadValueType();
+  TValueType PeekValueType();
+  // True, and the cursor behind it, when the next byte is zero.
+  bool SkipEndOfList(const char* expected) {
+    if (PeekByte(expected) != 0) return false;
+    ++FNext;
+    return true;
+  }
+  // An integer value with its tag: vaInt8, vaInt16, vaInt32 or vaInt64.
+  std::int64_t ReadIntegerValue();
+  // A prefix byte of $F0 and above, or 0 when a class name comes next.
+  std::uint8_t ReadFilerFlags();
+
+  // Skips one value with its tag, however deeply nested; memory grows by one byte a level.
+  void SkipValue();
+  // Skips a property list up to and with its zero byte.
+  void SkipProperties();
+  // Skips one component (prefix, names, properties, children) without a signature.
+  void SkipComponent();
+
+  // Reads the header of a resource; the stream follows. `name` is a view.
+  void ReadResourceHeader(std::string_view& name, std::uint32_t& size);
+
+  // Raises EReadError "... at offset N (hex): expected ...".
+  [[noreturn]] void Fail(const char* expected) const { FailAt(Position(), expected); }
+  [[noreturn]] void FailAt(std::size_t position, const char* expected) const;
+
+ private:
+  void Need(std::size_t count, const char* expected) const {
+    if (Left() < count) [[unlikely]]
+      FailEnd(count, expected);
+  }
+  [[noreturn]] void FailEnd(std::size_t count, const char* expected) const;
+  void SkipContent(TValueType type, std::string& nesting);
+  void SkipNested(std::string& nesting);
+
+  const char* FBegin;
+  const char* FNext;
+  const char* FEnd;
+};
+
+// Appends to one growing buffer that it owns. Lengths that the format cannot hold raise
+// EWriteError.
+class TByteWriter {
+ public:
+  TByteWriter() = default;
+  explicit TByteWriter(std::size_t capacity) { Reserve(capacity); }
+
+  std::size_t Size() const { return FSize; }
+  // Valid until the next write.
+  std::string_view View() const { return {FBuffer.get(), FSize}; }
+  std::string ToString() const { return std::string(View()); }
+  // Empties the buffer and keeps its memory.
+  void Clear() { FSize = 0; }
+  // Drops what was written behind `size`.
+  void Truncate(std::size_t size) { FSize = size < FSize ? size : FSize; }
+  // Room for `count` more bytes.
+  void Reserve(std::size_t count) {
+    if (FCapacity - FSize < count) [[unlikely]]
+      Grow(count);
+  }
+  // Direct access for code that writes more than one item after one Reserve: write at End(), at
+  // most the reserved count, then SetEnd() behind the last byte.
+  char* End() { return FBuffer.get() + FSize; }
+  void SetEnd(const char* end) { FSize = static_cast<std::size_t>(end - FBuffer.get()); }
+
+  void WriteByte(std::uint8_t value) { WriteFixed(value); }
+  void WriteBytes(std::string_view bytes) {
+    Reserve(bytes.size());
+    if (!bytes.empty()) std::memcpy(End(), bytes.data(), bytes.size());
+    FSize += bytes.size();
+  }
+  // A little-endian number of the width of `T`, without a tag.
+  template <typename T>
+  void WriteFixed(T value) {
+    Reserve(sizeof(T));
+    std::memcpy(End(), &value, sizeof(T));
+    FSize += sizeof(T);
+  }
+  // Overwrites a number written earlier, for lengths that are known late.
+  template <typename T>
+  void PatchFixed(std::size_t position, T value) {
+    std::memcpy(FBuffer.get() + position, &value, sizeof(T));
+  }
+  void WriteExtended(TExtended value);
+  // A length byte and as many bytes; more than 255 are an error.
+  void WriteShortString(std::string_view text);
+  void WriteSignature() { WriteBytes(FilerSignature); }
+  void WriteValueType(TValueType type) { WriteByte(static_cast<std::uint8_t>(type)); }
+  void WriteEndOfList() { WriteByte(0); }
+
+  // Values with their tags. An integer takes the smallest tag that holds it, a string vaString up
+  // to 255 bytes and vaLString above, an identifier its own tag for False, True, nil and Null.
+  void WriteIntegerValue(std::int64_t value);
+  void WriteStringValue(std::string_view text);
+  void WriteIdentValue(std::string_view name);
+  void WriteExtendedValue(TExtended value);
+  void WriteBinaryValue(std::string_view bytes);
+
+  // A resource header of a stream whose size comes later; returns the position for PatchFixed of
+  // the 32-bit size. The name is written in upper case.
+  std::size_t WriteResourceHeader(std::string_view name);
+
+ private:
+  void Grow(std::size_t count);
+
+  std::unique_ptr<char[]> FBuffer;
+  std::size_t FSize = 0;
+  std::size_t FCapacity = 0;
+};
+
+}  // namespace wrenfold

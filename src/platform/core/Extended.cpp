@@ -1,0 +1,308 @@
+#include "platform/core/Extended.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstring>
+
+namespace wrenfold {
+namespace {
+
+constexpr std::uint64_t TopBit = std::uint64_t{1} << 63;
+// The binary exponent of the lowest mantissa bit is the stored exponent plus this.
+constexpr int LowBitExponent = -TExtended::ExponentBias - 63;
+// The decimal point of the largest and of the smallest extended, with some room.
+constexpr int LargestPoint = 4940;
+constexpr int SmallestPoint = -4960;
+
+// A non-negative integer of any size an extended and its decimal digits can need. Few limbs are in
+// use for everyday numbers, so arithmetic is quick where it matters.
+class TBigNumber {
+ public:
+  explicit TBigNumber(std::uint64_t value) {
+    for (; value != 0; value >>= 32) FLimbs[FCount++] = static_cast<std::uint32_t>(value);
+  }
+
+  bool IsZero() const { return FCount == 0; }
+  int BitCount() const {
+    return FCount == 0 ? 0
+                       : (FCount - 1) * 32 + static_cast<int>(std::bit_width(FLimbs[FCount - 1]));
+  }
+
+  void MultiplyAdd(std::uint32_t factor, std::uint32_t addend) {
+    std::uint64_t carry = addend;
+    for (int i = 0; i < FCount; ++i) {
+      carry += std::uint64_t{FLimbs[i]} * factor;
+      FLimbs[i] = static_cast<std::uint32_t>(carry);
+      carry >>= 32;
+    }
+    if (carry != 0) FLimbs[FCount++] = static_cast<std::uint32_t>(carry);
+  }
+
+  void MultiplyByPowerOfTen(int power) {
+    for (; power >= 9; power -= 9) MultiplyAdd(1'000'000'000, 0);
+    for (; power > 0; --power) MultiplyAdd(10, 0);
+  }
+
+  void ShiftLeft(int bits) {
+    if (FCount == 0 || bits == 0) return;
+    const int limbs = bits / 32;
+    const int rest = bits % 32;
+    FLimbs[FCount] = 0;
+    for (int i = FCount; i >= 0; --i) {
+      const std::uint64_t high = std::uint64_t{FLimbs[i]} << rest;
+      const std::uint64_t low = i > 0 && rest > 0 ? FLimbs[i - 1] >> (32 - rest) : 0;
+      FLimbs[i + limbs] = static_cast<std::uint32_t>(high | low);
+    }
+    std::fill_n(FLimbs.begin(), limbs, 0);
+    FCount += limbs + 1;
+    Trim();
+  }
+
+  int Compare(const TBigNumber& other) const {
+    if (FCount != other.FCount) return FCount < other.FCount ? -1 : 1;
+    for (int i = FCount - 1; i >= 0; --i)
+      if (FLimbs[i] != other.FLimbs[i]) return FLimbs[i] < other.FLimbs[i] ? -1 : 1;
+    return 0;
+  }
+
+  // `other` must not be greater.
+  void Subtract(const TBigNumber& other) {
+    std::uint64_t borrow = 0;
+    for (int i = 0; i < FCount; ++i) {
+      const std::uint64_t take = (i < other.FCount ? other.FLimbs[i] : 0) + borrow;
+      borrow = FLimbs[i] < take ? 1 : 0;
+      FLimbs[i] = static_cast<std::uint32_t>(FLimbs[i] - take);
+    }
+    Trim();
+  }
+
+ private:
+  void Trim() {
+    while (FCount > 0 && FLimbs[FCount - 1] == 0) --FCount;
+  }
+
+  // 2^16384 scaled by 10^4960, both ways round, and 128 bits of digits, fit well.
+  std::array<std::uint32_t, 640> FLimbs;
+  int FCount = 0;
+};
+
+// The stored exponent can be so low that fewer than 64 bits fit; `remainder` says that something
+// non-zero lies below `high`.
+TExtended RoundToExtended(std::uint64_t high, bool half, bool remainder, int lowBitExponent) {
+  int exponent = lowBitExponent - LowBitExponent;
+  for (; exponent < 1 && (high != 0 || half); ++exponent) {
+    remainder = remainder || half;
+    half = (high & 1) != 0;
+    high >>= 1;
+  }
+  if (half && (remainder || (high & 1) != 0)) {
+    if (++high == 0) {
+      high = TopBit;
+      ++exponent;
+    }
+  }
+  TExtended value;
+  value.Mantissa = high;
+  // A denormal's exponent field is 0 and means the same scale as 1.
+  value.SignExponent = static_cast<std::uint16_t>((high & TopBit) != 0 ? exponent : 0);
+  return value;
+}
+
+// numerator / denominator, rounded.
+TExtended Divide(TBigNumber& numerator, TBigNumber& denominator) {
+  // Scale the quotient into [2^63, 2^65).
+  const int shift = 64 - (numerator.BitCount() - denominator.BitCount());
+  if (shift > 0)
+    numerator.ShiftLeft(shift);
+  else
+    denominator.ShiftLeft(-shift);
+  int lowBitExponent = -shift;
+  // Long division, bit by bit from the top; the numerator ends as the remainder.
+  denominator.ShiftLeft(64);
+  std::uint64_t quotient = 0;
+  bool carry = false;
+  for (int bit = 64; bit >= 0; --bit) {
+    const bool one = numerator.Compare(denominator) >= 0;
+    if (one) numerator.Subtract(denominator);
+    carry = carry || (quotient & TopBit) != 0;
+    quotient = quotient << 1 | (one ? 1 : 0);
+    if (bit > 0) numerator.ShiftLeft(1);
+  }
+  // `numerator` is now the remainder times 2^64 against the shifted denominator.
+  if (carry) {
+    const bool half = (quotient & 1) != 0;
+    return RoundToExtended(quotient >> 1 | TopBit, half, !numerator.IsZero(), lowBitExponent + 1);
+  }
+  numerator.ShiftLeft(1);
+  const int order = numerator.Compare(denominator);
+  return RoundToExtended(quotient, order >= 0, order != 0 && !numerator.IsZero(), lowBitExponent);
+}
+
+bool IsDigit(char character) {
+  return character >= '0' && character <= '9';
+}
+
+// The decimal text taken apart: Number * 10^Exponent.
+struct TDecimal {
+  static constexpr int MaxSignificant = 40;
+
+  explicit TDecimal(std::string_view text) {
+    std::size_t i = 0;
+    Negative = !text.empty() && text[0] == '-';
+    if (Negative || (!text.empty() && text[0] == '+')) ++i;
+    bool fraction = false;
+    for (; i < text.size() && (IsDigit(text[i]) || text[i] == '.'); ++i) {
+      if (text[i] == '.')
+        fraction = true;
+      else
+        AddDigit(static_cast<std::uint32_t>(text[i] - '0'), fraction);
+    }
+    if (Rest) {
+      Number.MultiplyAdd(10, 1);
+      --Exponent;
+      ++Significant;
+    }
+    if (i < text.size()) AddExponent(text.substr(i + 1));
+  }
+
+  bool Negative = false;
+  TBigNumber Number{0};
+  std::int64_t Exponent = 0;
+  int Significant = 0;
+  bool Rest = false;  // non-zero digits were dropped
+
+ private:
+  void AddDigit(std::uint32_t digit, bool fraction) {
+    const bool leadingZero = Significant == 0 && digit == 0;
+    const bool keep = !leadingZero && Significant < MaxSignificant;
+    if (keep) {
+      Number.MultiplyAdd(10, digit);
+      ++Significant;
+    } else if (digit != 0) {
+      Rest = true;
+    }
+    if (fraction && (keep || leadingZero)) --Exponent;
+    if (!fraction && !keep && !leadingZero) ++Exponent;
+  }
+
+  void AddExponent(std::string_view text) {
+    const bool negative = !text.empty() && text[0] == '-';
+    if (!text.empty() && (text[0] == '-' || text[0] == '+')) text.remove_prefix(1);
+    std::int64_t value = 0;
+    for (const char digit : text)
+      value = std::min<std::int64_t>(value * 10 + (digit - '0'), 1'000'000'000);
+    Exponent += negative ? -value : value;
+  }
+};
+
+}  // namespace
+
+double ExtendedToDouble(TExtended value) {
+  const double sign = value.Negative() ? -1.0 : 1.0;
+  if (!value.IsFinite()) {
+    const bool infinite = (value.Mantissa & ~TopBit) == 0;
+    return infinite ? sign * HUGE_VAL : std::nan("");
+  }
+  std::uint64_t mantissa = value.Mantissa;
+  if (mantissa == 0) return sign * 0.0;
+  const int leading = std::countl_zero(mantissa);
+  mantissa <<= leading;
+  const int lowBit = std::max(value.Exponent(), 1) + LowBitExponent - leading;
+  // Double keeps 53 bits, fewer below its smallest normal number; round once, here.
+  const int drop = std::clamp(std::max(11, -1074 - lowBit), 11, 65);
+  if (drop >= 65) return sign * 0.0;
+  const std::uint64_t kept = drop == 64 ? 0 : mantissa >> drop;
+  const std::uint64_t rest = drop == 64 ? mantissa : mantissa << (64 - drop);
+  const bool up = rest > TopBit || (rest == TopBit && (kept & 1) != 0);
+  return sign * std::ldexp(static_cast<double>(kept + (up ? 1 : 0)), lowBit + drop);
+}
+
+TExtended DoubleToExtended(double value) {
+  TExtended result;
+  if (std::signbit(value)) result.SignExponent = 0x8000;
+  if (value == 0) return result;
+  if (!std::isfinite(value)) {
+    result.SignExponent |= TExtended::MaxExponent;
+    result.Mantissa = std::isnan(value) ? TopBit | TopBit >> 1 : TopBit;
+    return result;
+  }
+  int exponent = 0;
+  const double fraction = std::frexp(std::fabs(value), &exponent);
+  result.Mantissa = static_cast<std::uint64_t>(std::ldexp(fraction, 64));
+  result.SignExponent |= static_cast<std::uint16_t>(exponent + TExtended::ExponentBias - 1);
+  return result;
+}
+
+TExtended IntegerToExtended(std::int64_t value) {
+  TExtended result;
+  if (value == 0) return result;
+  const auto bits = static_cast<std::uint64_t>(value);
+  const std::uint64_t magnitude = value < 0 ? ~bits + 1 : bits;
+  const int leading = std::countl_zero(magnitude);
+  result.Mantissa = magnitude << leading;
+  result.SignExponent = static_cast<std::uint16_t>((value < 0 ? 0x8000 : 0) |
+                                                   (TExtended::ExponentBias + 63 - leading));
+  return result;
+}
+
+bool DecimalToExtended(std::string_view text, TExtended& value) {
+  TDecimal decimal(text);
+  value = TExtended();
+  const std::int64_t point = decimal.Significant + decimal.Exponent;
+  if (!decimal.Number.IsZero() && point >= SmallestPoint) {
+    if (point > LargestPoint) return false;
+    TBigNumber denominator(1);
+    if (decimal.Exponent >= 0)
+      decimal.Number.MultiplyByPowerOfTen(static_cast<int>(decimal.Exponent));
+    else
+      denominator.MultiplyByPowerOfTen(static_cast<int>(-decimal.Exponent));
+    value = Divide(decimal.Number, denominator);
+    if (value.Exponent() >= TExtended::MaxExponent) return false;
+  }
+  if (decimal.Negative) value.SignExponent |= 0x8000;
+  return true;
+}
+
+TDecimalDigits ExtendedToDigits(TExtended value, int precision) {
+  TDecimalDigits result;
+  if (value.IsZero()) return result;
+  const int lowBit = std::max(value.Exponent(), 1) + LowBitExponent;
+  TBigNumber numerator(value.Mantissa);
+  TBigNumber denominator(1);
+  if (lowBit >= 0)
+    numerator.ShiftLeft(lowBit);
+  else
+    denominator.ShiftLeft(-lowBit);
+  // Scale by a power of ten into [0.1, 1); the estimate is one too low at most.
+  const int bits = lowBit + static_cast<int>(std::bit_width(value.Mantissa));
+  result.Point = static_cast<int>(std::floor((bits - 1) * 0.30102999566398120)) + 1;
+  if (result.Point >= 0)
+    denominator.MultiplyByPowerOfTen(result.Point);
+  else
+    numerator.MultiplyByPowerOfTen(-result.Point);
+  if (numerator.Compare(denominator) >= 0) {
+    denominator.MultiplyAdd(10, 0);
+    ++result.Point;
+  }
+  for (result.Count = 0; result.Count < precision; ++result.Count) {
+    numerator.MultiplyAdd(10, 0);
+    char digit = '0';
+    for (; numerator.Compare(denominator) >= 0; ++digit) numerator.Subtract(denominator);
+    result.Digits[result.Count] = digit;
+  }
+  numerator.ShiftLeft(1);
+  bool up = numerator.Compare(denominator) >= 0;
+  while (up && result.Count > 0 && result.Digits[result.Count - 1] == '9') --result.Count;
+  if (up && result.Count > 0) {
+    ++result.Digits[result.Count - 1];
+  } else if (up) {
+    result.Digits[result.Count++] = '1';
+    ++result.Point;
+  }
+  while (result.Count > 0 && result.Digits[result.Count - 1] == '0') --result.Count;
+  return result;
+}
+
+}  // namespace wrenfold
