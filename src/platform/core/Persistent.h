@@ -114,7 +114,7 @@ class TComponent : public TPersistent {
   virtual void Loaded() { SetComponentState(csLoading, false); }
 
   // A free word for the owner's use.
-  std::intptr_t Tag = 0;
+  std::int32_t Tag = 0;
 
  private:
   void ForgetNotification(TComponent* component);

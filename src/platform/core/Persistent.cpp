@@ -1,0 +1,165 @@
+#include "platform/core/Persistent.h"
+
+#include <cxxabi.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <typeinfo>
+
+#include "platform/core/Exceptions.h"
+#include "platform/core/SysUtils.h"
+
+namespace wrenfold {
+
+namespace {
+
+bool IsIdentStart(char c) {
+  return (FoldChar(c) >= 'a' && FoldChar(c) <= 'z') || c == '_';
+}
+bool IsIdentPart(char c) {
+  return IsIdentStart(c) || (c >= '0' && c <= '9');
+}
+
+}  // namespace
+
+bool IsValidIdent(std::string_view name) {
+  return !name.empty() && IsIdentStart(name[0]) &&
+         std::all_of(name.begin(), name.end(), IsIdentPart);
+}
+
+std::string TObject::ClassName() const {
+  int status = 0;
+  const std::unique_ptr<char, decltype(&std::free)> text(
+      abi::__cxa_demangle(typeid(*this).name(), nullptr, nullptr, &status), &std::free);
+  const std::string full = status == 0 ? text.get() : typeid(*this).name();
+  const auto colon = full.rfind("::");
+  return colon == std::string::npos ? full : full.substr(colon + 2);
+}
+
+const TTypeInfo& TPersistent::ClassInfo() {
+  static const TTypeInfo info = Publish<TPersistent>("TPersistent");
+  return info;
+}
+
+void TPersistent::Assign(const TPersistent* source) {
+  if (source != nullptr) source->AssignTo(this);
+  else throw EConvertError("Cannot assign nil to a " + ClassName());
+}
+
+void TPersistent::AssignTo(TPersistent* destination) const {
+  throw EConvertError("Cannot assign a " + ClassName() + " to a " + destination->ClassName());
+}
+
+void TPersistent::DefineProperties(TFiler&) {}
+
+std::string TPersistent::GetNamePath() const {
+  const TPersistent* owner = GetOwner();
+  if (owner == nullptr) return ClassName();
+  const std::string path = owner->GetNamePath();
+  return path.empty() ? ClassName() : path + '.' + ClassName();
+}
+
+bool TPersistent::TakeUnknownProperty(std::string_view, std::string_view) {
+  return false;
+}
+
+const TTypeInfo& TComponent::ClassInfo() {
+  static const TTypeInfo info = Publish<TComponent>("TComponent", TPersistent::ClassInfo())
+                                    .Prop("Name", &TComponent::Name, &TComponent::SetName)
+                                    .NotStored()
+                                    .Prop("Tag", &TComponent::Tag)
+                                    .Default(0);
+  return info;
+}
+
+TComponent::TComponent(TComponent* owner) {
+  if (owner != nullptr) owner->InsertComponent(this);
+}
+
+TComponent::~TComponent() {
+  SetComponentState(csDestroying, true);
+  for (TComponent* other : std::vector(FFreeNotifies)) {
+    other->ForgetNotification(this);
+    other->Notification(this, opRemove);
+  }
+  DestroyComponents();
+  if (FOwner != nullptr) FOwner->RemoveComponent(this);
+}
+
+void TComponent::SetName(const std::string& name) {
+  if (name == FName) return;
+  if (!name.empty() && !IsValidIdent(name))
+    throw EComponentError('"' + name + "\" is not a valid component name");
+  if (FOwner != nullptr && !name.empty()) {
+    const TComponent* other = FOwner->FindComponent(name);
+    if (other != nullptr && other != this)
+      throw EComponentError("A component named " + name + " already exists");
+  }
+  FName = name;
+}
+
+TComponent* TComponent::FindComponent(std::string_view name) const {
+  if (name.empty()) return nullptr;
+  const auto found = std::find_if(FComponents.begin(), FComponents.end(),
+                                  [name](const auto* c) { return EqualText(c->FName, name); });
+  return found == FComponents.end() ? nullptr : *found;
+}
+
+void TComponent::InsertComponent(TComponent* component) {
+  if (component->FOwner == this) return;
+  if (FindComponent(component->FName) != nullptr)
+    throw EComponentError("A component named " + component->FName + " already exists");
+  if (component->FOwner != nullptr) component->FOwner->RemoveComponent(component);
+  component->FOwner = this;
+  FComponents.push_back(component);
+  Notification(component, opInsert);
+}
+
+void TComponent::RemoveComponent(TComponent* component) {
+  if (component->FOwner != this) return;
+  Notification(component, opRemove);
+  component->FOwner = nullptr;
+  // Components mostly go in reverse order of their coming.
+  const auto found = std::find(FComponents.rbegin(), FComponents.rend(), component);
+  FComponents.erase(std::next(found).base());
+}
+
+int TComponent::ComponentIndex() const {
+  if (FOwner == nullptr) return -1;
+  const auto& all = FOwner->FComponents;
+  return static_cast<int>(std::find(all.begin(), all.end(), this) - all.begin());
+}
+
+void TComponent::DestroyComponents() {
+  while (!FComponents.empty()) delete FComponents.back();
+}
+
+void TComponent::Notification(TComponent* component, TOperation operation) {
+  if (operation == opRemove) ForgetNotification(component);
+}
+
+// Both sides know of each other, so that whichever goes first takes itself out of the other.
+void TComponent::FreeNotification(TComponent* component) {
+  if (component == nullptr || component == this) return;
+  if (std::find(FFreeNotifies.begin(), FFreeNotifies.end(), component) != FFreeNotifies.end())
+    return;
+  FFreeNotifies.push_back(component);
+  component->FFreeNotifies.push_back(this);
+}
+
+void TComponent::ForgetNotification(TComponent* component) {
+  std::erase(FFreeNotifies, component);
+  std::erase(component->FFreeNotifies, this);
+}
+
+void TComponent::SetComponentState(TComponentState state, bool on) {
+  if (on) FState.Include(state);
+  else FState.Exclude(state);
+}
+
+void TComponent::GetChildren(const std::function<void(TComponent&)>&, TComponent*) {}
+
+void TComponent::SetParentComponent(TComponent*) {}
+
+}  // namespace wrenfold
