@@ -1,0 +1,68 @@
+// What the scanners of Pascal and C++ sources have in common: tokens, positions, character classes.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace wrenfold {
+
+enum class TTokenKind {
+  End,
+  Identifier,
+  Text,  // a quoted text, with its quotes
+  Number,
+  Symbol,     // one character
+  Note,       // a comment, without its delimiters
+  Directive,  // a compiler directive, without delimiters and its mark ('$' or '#')
+};
+
+// A token of a source. Text points into the scanned source.
+struct TSourceToken {
+  TTokenKind Kind = TTokenKind::End;
+  std::string_view Text;
+  size_t Offset = 0;
+
+  bool IsSymbol(char symbol) const { return Kind == TTokenKind::Symbol && Text[0] == symbol; }
+};
+
+// A place in a source, both counted from 1. Columns are bytes.
+struct TSourcePlace {
+  int Line = 1;
+  int Column = 1;
+};
+
+// Something wrong in a source that leaves the rest of it readable.
+struct TSourceProblem {
+  TSourcePlace Place;
+  std::string Message;
+};
+
+// Turns offsets into places. Offsets that grow from call to call are counted once in all.
+class TPlaceFinder {
+ public:
+  explicit TPlaceFinder(std::string_view source) : FSource(source) {}
+  TSourcePlace At(size_t offset);
+
+ private:
+  std::string_view FSource;
+  size_t FOffset = 0;
+  size_t FLineStart = 0;
+  int FLine = 1;
+};
+
+enum class TSourceLanguage { Pascal, Cpp };
+// By the extension of the file name; what is no C or C++ extension is Pascal.
+TSourceLanguage LanguageOfFile(std::string_view fileName);
+
+// Character classes of identifiers. Bytes from $80 on count as letters in either encoding.
+bool IsIdentifierStart(char character);
+bool IsIdentifierPart(char character);
+bool IsBlank(char character);
+// True for one identifier and nothing else.
+bool IsIdentifier(std::string_view text);
+
+// Where the lines of a source end: the offset of the line end at or after start, or its size.
+size_t EndOfLine(std::string_view source, size_t start);
+
+}  // namespace wrenfold

@@ -1,0 +1,84 @@
+// Loading, saving and watching of one source file.
+#include "host/project/TextFile.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include <functional>
+
+#include "platform/core/Files.h"
+
+namespace wrenfold {
+
+namespace {
+
+std::size_t HashOf(std::string_view bytes) {
+  return std::hash<std::string_view>()(bytes);
+}
+
+}  // namespace
+
+TTextFile TTextFile::Load(const std::string& fileName, int codePage) {
+  TTextFile file(fileName);
+  // The stamp is taken first: a write in between shows as a change, never goes unseen.
+  file.FStamp = StampOf(fileName);
+  if (file.FStamp.Size > MaxSize)
+    throw EFOpenError(fmt::format("{}: the file has {} bytes, expected a source of at most {}",
+                                  fileName, file.FStamp.Size, MaxSize));
+  const std::string bytes = ReadWholeFile(fileName);
+  file.FStamp.Hash = HashOf(bytes);
+  file.FText = DecodeText(bytes, codePage, file.FFormat);
+  file.FLineEnds = CountLineEnds(file.FText);
+  return file;
+}
+
+void TTextFile::SetText(std::string text) {
+  if (text == FText) return;
+  FText = std::move(text);
+  FLineEnds = CountLineEnds(FText);
+  FModified = true;
+}
+
+void TTextFile::SetFormat(const TTextFormat& format) {
+  FFormat = format;
+  FModified = true;
+}
+
+TTextFile::TStamp TTextFile::StampOf(const std::string& fileName) {
+  std::error_code error;
+  TStamp stamp;
+  stamp.Time = std::filesystem::last_write_time(fileName, error);
+  stamp.Size = FileSize(fileName);
+  return stamp;
+}
+
+TDiskState TTextFile::DiskState() const {
+  const TStamp now = StampOf(FFileName);
+  if (now.Size < 0) return TDiskState::Missing;
+  if (now.Size != FStamp.Size) return TDiskState::Changed;
+  if (now.Time == FStamp.Time) return TDiskState::Same;
+  try {
+    return HashOf(ReadWholeFile(FFileName)) == FStamp.Hash ? TDiskState::Same : TDiskState::Changed;
+  } catch (const EFOpenError&) {
+    return TDiskState::Changed;
+  }
+}
+
+bool TTextFile::ReadOnly() const {
+  return access(FFileName.c_str(), F_OK) == 0 && access(FFileName.c_str(), W_OK) != 0;
+}
+
+void TTextFile::Save() {
+  SaveAs(FFileName);
+}
+
+void TTextFile::SaveAs(const std::string& fileName) {
+  const std::string bytes = EncodeText(FText, FFormat, fileName);
+  SafeWriteFile(fileName, bytes);
+  FFileName = fileName;
+  FStamp = StampOf(fileName);
+  FStamp.Hash = HashOf(bytes);
+  FModified = false;
+}
+
+}  // namespace wrenfold
