@@ -53,6 +53,10 @@ class TByteReader {
     FNext += count;
     return view;
   }
+  // The bytes from `position`, which was read before, up to here.
+  std::string_view Since(std::size_t position) const {
+    return {FBegin + position, static_cast<std::size_t>(FNext - FBegin) - position};
+  }
   // A length byte and as many bytes.
   std::string_view ReadShortString(const char* expected) {
     const std::size_t count = ReadByte(expected);

@@ -1,18 +1,15 @@
-// Components of forms being designed: every class, compiled or known only from the user's source.
+// Components of forms being designed: of any class, compiled or known only from the user's source.
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "platform/core/Bytes.h"
 #include "platform/core/Persistent.h"
-#include "platform/core/ValueTypes.h"
 
 namespace wrenfold {
-
-class TWriter;
 
 // One stored property: the dotted path and the value as it stands in the stream, tag first.
 struct TDesignProperty {
@@ -20,48 +17,74 @@ struct TDesignProperty {
   std::string_view Value;
 };
 
-// A component read from a form file that keeps every property, in order, as it was stored. Names
-// and values are views into the form's bytes, which all its components hold together, or into
-// bytes of their own when they were changed.
+// The bytes that the components of one form have their names and values in.
+class TDesignBytes {
+ public:
+  explicit TDesignBytes(std::string stream) : FStream(std::move(stream)) {}
+  std::string_view Stream() const { return FStream; }
+  // Keeps further bytes; the view stays valid as long as this object.
+  std::string_view Keep(std::string_view bytes) { return FKept.emplace_back(bytes); }
+
+ private:
+  std::string FStream;
+  std::deque<std::string> FKept;
+};
+
+// Keeps every property as it was stored, in order, whatever its class: writing the component gives
+// the same bytes. The root of a form owns all its components; they share the form's bytes.
 class TDesignComponent : public TComponent {
  public:
+  // The root class of all design classes.
   static const TTypeInfo& ClassInfo();
-  const TTypeInfo& GetClassInfo() const override {
-    return FClass != nullptr ? *FClass : ClassInfo();
-  }
+  const TTypeInfo& GetClassInfo() const override { return *FClass; }
   std::string ClassName() const override { return std::string(FClassName); }
 
-  explicit TDesignComponent(TComponent* owner = nullptr) : TComponent(owner) {}
+  // A component of a class that is known by its name alone, stored nowhere yet.
+  explicit TDesignComponent(TComponent* owner = nullptr);
 
-  // The class name that the stream gave; the record of the class, where it is known.
+  // The record of the component's class: a chain of names that ends in TDesignComponent. It is
+  // the root class until somebody who knows the user's source gives another; not owned.
+  void SetDesignClass(const TTypeInfo& info) { FClass = &info; }
   std::string_view StoredClassName() const { return FClassName; }
-  void SetDesignClass(const TTypeInfo* info) { FClass = info; }
+  void SetStoredClassName(std::string_view name) { FClassName = FBytes->Keep(name); }
 
   const std::vector<TDesignProperty>& Properties() const { return FProperties; }
-  // The stored value of a property by path (letter case ignored), or empty.
+  // The stored value of a property by path (letter case ignored); empty when there is none.
   std::string_view FindValue(std::string_view path) const;
-  // Replaces or appends a value (tag first).
-  void SetValue(std::string_view path, std::string value);
+  // Replaces the value of a property or appends one. The bytes must be one value, tag first.
+  void SetValue(std::string_view path, std::string_view value);
 
-  // The stored prefix: inherited, inline, child position.
-  std::uint8_t Flags() const { return FFlags; }
-  std::int32_t ChildPosition() const { return FChildPosition; }
+  // The components inside this one, in stored order.
   const std::vector<TDesignComponent*>& Children() const { return FChildren; }
-  TDesignComponent* ParentDesign() const { return FParent; }
   TComponent* GetParentComponent() const override { return FParent; }
-  // Name of the component as stored; Name() may differ where the stored one is empty or taken.
-  std::string_view StoredName() const { return FStoredName; }
+  void SetParentComponent(TComponent* parent) override;
+  void GetChildren(const std::function<void(TComponent&)>& visit, TComponent* root) override;
+  std::uint8_t FilerFlags(std::int32_t& childPosition) const override;
+  void DefineProperties(TFiler& filer) override;
+  bool TakeUnknownProperty(std::string_view path, std::string_view value) override;
 
  private:
   friend class TDesignReader;
-  std::string_view FClassName;
-  std::string_view FStoredName;
-  const TTypeInfo* FClass = nullptr;
-  std::uint8_t FFlags = 0;
-  std::int32_t FChildPosition = 0;
+  friend class TDesignWriter;
+  friend std::string WriteDesignForm(const TDesignComponent& root);
+  TDesignComponent(TComponent* owner, std::shared_ptr<TDesignBytes> bytes);
+
+  const TTypeInfo* FClass = &ClassInfo();
+  std::shared_ptr<TDesignBytes> FBytes;
+  std::string_view FClassName = "TDesignComponent";
   std::vector<TDesignProperty> FProperties;
   TDesignComponent* FParent = nullptr;
   std::vector<TDesignComponent*> FChildren;
+  std::int32_t FChildPosition = 0;
+  std::uint8_t FPrefix = 0;  // as stored, 0 for none
 };
+
+// Reads one form from a binary component stream ("TPF0" first) that is handed over. With consumed,
+// bytes may follow the form and are counted out; without, they are an error. Errors of the form
+// raise EReadError naming the offset. Nesting is limited by the size of the stream alone.
+std::unique_ptr<TDesignComponent> ReadDesignForm(std::string stream,
+                                                 std::size_t* consumed = nullptr);
+// The stream of a form: for one that was read and not changed, the same bytes.
+std::string WriteDesignForm(const TDesignComponent& root);
 
 }  // namespace wrenfold

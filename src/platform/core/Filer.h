@@ -80,7 +80,7 @@ class TReader : public TFiler {
   // Properties up to the end of the list, which is left in place.
   void ReadProperties(TPersistent& instance);
   void ReadProperty(TPersistent& instance);
-  // Fills the collection with the items of the stream; what it held is gone.
+  // A collection value, its tag included; what the collection held is gone.
   void ReadCollection(TCollection& collection);
 
   void DefineProperty(std::string_view name, const TReaderProc& readData,
@@ -108,7 +108,11 @@ class TReader : public TFiler {
 
  private:
   struct TPropertyScope;
+  void ReadPropertyAt(TPersistent& instance, std::string_view path, std::size_t start);
   void ReadPropertyValue(TPersistent& instance, const TPropInfo& property);
+  std::int32_t ReadOrdinal(const TTypeInfo& type);
+  TMethod ReadMethod();
+  TVariant ReadVariant();
   void ReadClassValue(TPersistent& instance, const TPropInfo& property);
   bool ReadDefinedProperty(TPersistent& instance, std::string_view name);
   void ReadDataInner(TComponent& component);
@@ -121,6 +125,7 @@ class TReader : public TFiler {
     TPersistent* Instance;
     const TPropInfo* Property;
     std::string Name;
+    std::string Path;
   };
 
   TStream& FStream;
@@ -128,6 +133,7 @@ class TReader : public TFiler {
   std::string FOwned;  // what was read ahead, when the stream has no bytes to show
   TByteReader FBytes;
   TComponent* FOwner = nullptr;
+  int FDepth = 0;
   std::vector<TReference> FReferences;
   std::string FPath;              // of the property being read
   std::string_view FDefinedName;  // the property that DefineProperties is being asked for
@@ -192,6 +198,8 @@ class TWriter : public TFiler {
 
  private:
   void WriteClassProperty(const TPropInfo& property, TPersistent& value);
+  void WriteOrdinal(std::int32_t value, const TTypeInfo& type);
+  void WriteVariant(const TVariant& value);
   std::string ReferenceName(const TComponent& component) const;
 
   TStream& FStream;

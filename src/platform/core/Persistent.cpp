@@ -162,4 +162,8 @@ void TComponent::GetChildren(const std::function<void(TComponent&)>&, TComponent
 
 void TComponent::SetParentComponent(TComponent*) {}
 
+std::uint8_t TComponent::FilerFlags(std::int32_t&) const {
+  return 0;
+}
+
 }  // namespace wrenfold

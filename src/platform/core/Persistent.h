@@ -58,6 +58,18 @@ class TPersistent : public TObject {
   virtual void EndUpdate() {}
 };
 
+// Holds an object's update bracket open.
+class TUpdate {
+ public:
+  explicit TUpdate(TPersistent& object) : FObject(object) { FObject.BeginUpdate(); }
+  ~TUpdate() { FObject.EndUpdate(); }
+  TUpdate(const TUpdate&) = delete;
+  TUpdate& operator=(const TUpdate&) = delete;
+
+ private:
+  TPersistent& FObject;
+};
+
 enum TOperation : std::uint8_t { opInsert, opRemove };
 enum TComponentState : std::uint8_t {
   csLoading,
@@ -112,9 +124,16 @@ class TComponent : public TPersistent {
   // The owner of components that are read inside this one; null means the reader's root.
   virtual TComponent* GetChildOwner() { return nullptr; }
   virtual void Loaded() { SetComponentState(csLoading, false); }
+  // The prefix that the component is stored with (0: none), and its position among its siblings
+  // where the prefix says that one is stored.
+  virtual std::uint8_t FilerFlags(std::int32_t& childPosition) const;
 
   // A free word for the owner's use.
   std::int32_t Tag = 0;
+
+ protected:
+  // Takes a name unchecked: names of a stored form stay what they were.
+  void TakeName(std::string name) { FName = std::move(name); }
 
  private:
   void ForgetNotification(TComponent* component);

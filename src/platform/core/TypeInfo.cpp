@@ -232,6 +232,12 @@ bool TTypeInfo::InheritsFrom(const TTypeInfo& ancestor) const {
   return false;
 }
 
+bool TTypeInfo::InheritsFrom(std::string_view ancestorName) const {
+  for (const TTypeInfo* info = this; info != nullptr; info = info->FParent)
+    if (EqualText(info->FName, ancestorName)) return true;
+  return false;
+}
+
 std::unique_ptr<TPersistent> TTypeInfo::Make() const {
   if (FMakers.Plain) return std::unique_ptr<TPersistent>(FMakers.Plain());
   if (FMakers.Component) return std::unique_ptr<TPersistent>(FMakers.Component(nullptr));

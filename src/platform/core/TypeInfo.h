@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "platform/core/Event.h"
+#include "platform/core/Unicode.h"
 #include "platform/core/Values.h"
 
 namespace wrenfold {
@@ -127,6 +128,8 @@ class TTypeInfo {
   // The descriptor by name, letter case ignored, in constant time; null when there is none.
   const TPropInfo* FindProperty(std::string_view name) const;
   bool InheritsFrom(const TTypeInfo& ancestor) const;
+  // The same by class name: classes of a user's forms are known by name alone.
+  bool InheritsFrom(std::string_view ancestorName) const;
 
   // Makes an instance; null for an abstract class. A class of components wants MakeComponent, a
   // class of collection items MakeItem.
@@ -248,9 +251,6 @@ std::unique_ptr<TTypeInfo> MakeSetInfo() {
   return TTypeInfo::MakeSet(*name ? name : "Set of " + element.Name(), element);
 }
 
-std::string Utf8FromWide(std::u16string_view text);
-std::u16string WideFromUtf8(std::string_view text);
-
 template <class Class, class Value>
 class TTypedAccess;
 
@@ -329,13 +329,13 @@ class TTypedAccess : public TPropAccess {
   }
   std::string GetStr(const TPersistent& instance) const override {
     if constexpr (Kind == tkLString || Kind == tkString) return Get(Cast(instance));
-    else if constexpr (Kind == tkWString) return Utf8FromWide(Get(Cast(instance)));
+    else if constexpr (Kind == tkWString) return Utf8FromUtf16(Get(Cast(instance)));
     else return TPropAccess::GetStr(instance);
   }
   void SetStr(TPersistent& instance, std::string_view value) const override {
     if constexpr (Kind == tkString) Set(Cast(instance), Value(std::string(value.substr(0, 255))));
     else if constexpr (Kind == tkLString) Set(Cast(instance), Value(std::string(value)));
-    else if constexpr (Kind == tkWString) Set(Cast(instance), WideFromUtf8(value));
+    else if constexpr (Kind == tkWString) Set(Cast(instance), Utf16FromUtf8(value));
     else TPropAccess::SetStr(instance, value);
   }
   TPersistent* GetObject(const TPersistent& instance) const override {

@@ -1,0 +1,800 @@
+#include "platform/core/Filer.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "platform/core/ClassRegistry.h"
+#include "platform/core/Exceptions.h"
+#include "platform/core/Identifiers.h"
+#include "platform/core/SysUtils.h"
+
+namespace wrenfold {
+
+namespace {
+
+// Components nest in the stream as they do on a form; far more is no form but an attack.
+constexpr int MaxComponentDepth = 1000;
+
+std::string_view RestOf(TStream& stream, std::string& owned) {
+  std::string_view bytes;
+  if (stream.ViewRest(bytes)) return bytes;
+  owned = stream.ReadRest();
+  return owned;
+}
+
+double CurrencyToFloat(std::int64_t value) {
+  return static_cast<double>(value) / 10000;
+}
+
+std::string WideToUtf8(std::string_view bytes) {
+  std::u16string text(bytes.size() / 2, u'\0');
+  std::copy_n(bytes.data(), text.size() * 2, reinterpret_cast<char*>(text.data()));
+  return Utf8FromUtf16(text);
+}
+
+}  // namespace
+
+// The path of the property being read, kept for messages.
+struct TReader::TPropertyScope {
+  TPropertyScope(TReader& reader, std::string path)
+      : FReader(reader), FSaved(std::exchange(reader.FPath, std::move(path))) {}
+  ~TPropertyScope() { FReader.FPath = std::move(FSaved); }
+  TReader& FReader;
+  std::string FSaved;
+};
+
+TReader::TReader(TStream& stream, int)
+    : FStream(stream), FStart(stream.Position()), FBytes(RestOf(stream, FOwned)) {}
+
+TReader::~TReader() {
+  FlushBuffer();
+}
+
+void TReader::FlushBuffer() {
+  FStream.SetPosition(Position());
+}
+
+std::int64_t TReader::Position() const {
+  return FStart + static_cast<std::int64_t>(FBytes.Position());
+}
+
+std::string TReader::PropertyPath() const {
+  return FPath;
+}
+
+bool TReader::Error(const std::string&) {
+  return false;
+}
+
+void TReader::RaiseInvalidValue(const char* expected) const {
+  throw EReadError(fmt::format("Invalid property value: expected {}, found {}", expected,
+                               ValueTypeName(NextValue())));
+}
+
+TValueType TReader::NextValue() const {
+  return TByteReader(FBytes).PeekValueType();
+}
+
+TValueType TReader::ReadValue() {
+  return FBytes.ReadValueType();
+}
+
+bool TReader::EndOfList() const {
+  return NextValue() == TValueType::vaNull;
+}
+
+bool TReader::ReadBoolean() {
+  const TValueType type = NextValue();
+  if (type != TValueType::vaTrue && type != TValueType::vaFalse) RaiseInvalidValue("a Boolean");
+  ReadValue();
+  return type == TValueType::vaTrue;
+}
+
+char TReader::ReadChar() {
+  const std::string text = ReadString();
+  if (text.size() != 1) throw EReadError("Invalid property value: expected one character");
+  return text[0];
+}
+
+std::int64_t TReader::ReadInt64() {
+  switch (NextValue()) {
+    case TValueType::vaInt8:
+    case TValueType::vaInt16:
+    case TValueType::vaInt32:
+    case TValueType::vaInt64:
+      return FBytes.ReadIntegerValue();
+    default:
+      RaiseInvalidValue("an integer");
+  }
+}
+
+// Unsigned values of the full 32 bits come back as their two's complement.
+std::int32_t TReader::ReadInteger() {
+  const std::int64_t value = ReadInt64();
+  if (value < INT32_MIN || value > UINT32_MAX)
+    throw EReadError(fmt::format("Invalid property value: {} does not fit 32 bits", value));
+  return static_cast<std::int32_t>(value);
+}
+
+double TReader::ReadFloat() {
+  switch (NextValue()) {
+    case TValueType::vaExtended:
+      ReadValue();
+      return ExtendedToDouble(FBytes.ReadExtended());
+    case TValueType::vaSingle:
+      ReadValue();
+      return static_cast<double>(FBytes.ReadFixed<float>("a single float"));
+    case TValueType::vaDouble:
+      ReadValue();
+      return FBytes.ReadFixed<double>("a double float");
+    case TValueType::vaDate:
+      ReadValue();
+      return FBytes.ReadFixed<double>("a date");
+    case TValueType::vaCurrency:
+      ReadValue();
+      return CurrencyToFloat(FBytes.ReadFixed<std::int64_t>("a currency value"));
+    case TValueType::vaInt8:
+    case TValueType::vaInt16:
+    case TValueType::vaInt32:
+    case TValueType::vaInt64:
+      return static_cast<double>(FBytes.ReadIntegerValue());
+    default:
+      RaiseInvalidValue("a number");
+  }
+}
+
+std::string TReader::ReadIdent() {
+  switch (NextValue()) {
+    case TValueType::vaIdent:
+      ReadValue();
+      return std::string(FBytes.ReadShortString("an identifier"));
+    case TValueType::vaFalse:
+      return ReadValue(), "False";
+    case TValueType::vaTrue:
+      return ReadValue(), "True";
+    case TValueType::vaNil:
+      return ReadValue(), "nil";
+    case TValueType::vaNull:
+      return ReadValue(), "Null";
+    default:
+      RaiseInvalidValue("an identifier");
+  }
+}
+
+std::string TReader::ReadString() {
+  switch (NextValue()) {
+    case TValueType::vaString:
+      ReadValue();
+      return std::string(FBytes.ReadShortString("a string"));
+    case TValueType::vaLString:
+    case TValueType::vaUTF8String:
+      ReadValue();
+      return std::string(FBytes.ReadLongString("a long string"));
+    case TValueType::vaWString: {
+      ReadValue();
+      const std::uint64_t units = FBytes.ReadFixed<std::uint32_t>("a wide string");
+      return WideToUtf8(FBytes.ReadView(units * 2, "a wide string"));
+    }
+    default:
+      RaiseInvalidValue("a string");
+  }
+}
+
+std::uint32_t TReader::ReadSet(const TTypeInfo& elementType) {
+  if (NextValue() != TValueType::vaSet) RaiseInvalidValue("a set");
+  ReadValue();
+  std::uint32_t bits = 0;
+  while (true) {
+    const std::string_view name = FBytes.ReadShortString("an identifier of a set");
+    if (name.empty()) return bits;
+    const auto value = elementType.FindEnumValue(name);
+    if (!value || *value > 31)
+      throw EReadError(
+          fmt::format("Invalid property value: {} is no element of {}", name, elementType.Name()));
+    bits |= std::uint32_t{1} << *value;
+  }
+}
+
+std::string_view TReader::ReadBinary() {
+  if (NextValue() != TValueType::vaBinary) RaiseInvalidValue("binary data");
+  ReadValue();
+  return FBytes.ReadLongString("binary data");
+}
+
+void TReader::ReadListBegin() {
+  if (NextValue() != TValueType::vaList) RaiseInvalidValue("a list");
+  ReadValue();
+}
+
+void TReader::ReadListEnd() {
+  if (NextValue() != TValueType::vaNull) RaiseInvalidValue("the end of a list");
+  ReadValue();
+}
+
+void TReader::ReadSignature() {
+  FBytes.ReadSignature();
+}
+
+std::string TReader::ReadResHeader() {
+  std::string_view name;
+  std::uint32_t size = 0;
+  FBytes.ReadResourceHeader(name, size);
+  return std::string(name);
+}
+
+void TReader::SkipValue() {
+  FBytes.SkipValue();
+}
+
+void TReader::SkipProperty() {
+  FBytes.ReadShortString("a property name");
+  FBytes.SkipValue();
+}
+
+void TReader::SkipComponent() {
+  FBytes.SkipComponent();
+}
+
+TComponent* TReader::CreateComponent(std::string_view className, std::string_view,
+                                     TComponent* owner) {
+  TComponent* component = FindClass(className).MakeComponent(owner);
+  if (component == nullptr)
+    throw EClassNotFound(fmt::format("Class {} is no class of components", className));
+  return component;
+}
+
+TComponent* TReader::ReadRootComponent(TComponent* root) {
+  ReadSignature();
+  if (FBytes.ReadFilerFlags() & ffChildPos) FBytes.ReadIntegerValue();
+  const std::string_view className = FBytes.ReadShortString("a class name");
+  const std::string name(FBytes.ReadShortString("a component name"));
+  std::unique_ptr<TComponent> made;
+  if (root == nullptr) {
+    made.reset(CreateComponent(className, name, nullptr));
+    root = made.get();
+  }
+  Root = root;
+  FOwner = root;
+  root->SetComponentState(csLoading, true);
+  root->SetName(name);
+  ReadDataInner(*root);
+  ResolveReferences();
+  for (TComponent* component : root->Components())
+    if (component->ComponentState().Contains(csLoading)) component->Loaded();
+  root->Loaded();
+  return made ? made.release() : root;
+}
+
+void TReader::ReadDataInner(TComponent& component) {
+  ReadProperties(component);
+  ReadListEnd();
+  ReadChildren(component);
+}
+
+void TReader::ReadChildren(TComponent& component) {
+  if (++FDepth > MaxComponentDepth)
+    throw EReadError(fmt::format("Components nest deeper than {} levels at offset {}",
+                                 MaxComponentDepth, Position()));
+  while (!EndOfList()) ReadComponent(component);
+  ReadListEnd();
+  --FDepth;
+}
+
+void TReader::ReadComponent(TComponent& parent) {
+  const std::size_t start = FBytes.Position();
+  const std::uint8_t flags = FBytes.ReadFilerFlags();
+  if (flags & ffChildPos) FBytes.ReadIntegerValue();
+  const std::string_view className = FBytes.ReadShortString("a class name");
+  const std::string name(FBytes.ReadShortString("a component name"));
+  TComponent* component = nullptr;
+  if (flags & ffInherited) component = FOwner->FindComponent(name);
+  if (component == nullptr) {
+    try {
+      TComponent* owner = parent.GetChildOwner();
+      component = CreateComponent(className, name, owner != nullptr ? owner : FOwner);
+      component->SetComponentState(csLoading, true);
+      component->SetName(name);
+    } catch (const Exception& problem) {
+      if (!Error(problem.Message())) throw;
+      FBytes.Seek(start);
+      return SkipComponent();
+    }
+  }
+  component->SetParentComponent(&parent);
+  ReadDataInner(*component);
+}
+
+void TReader::ReadProperties(TPersistent& instance) {
+  while (!EndOfList()) ReadProperty(instance);
+}
+
+// An error of the contents leaves the reader behind the value; one of the form shows up again when
+// the value is skipped and then stands.
+void TReader::ReadProperty(TPersistent& instance) {
+  const std::string_view path = FBytes.ReadShortString("a property name");
+  const std::size_t start = FBytes.Position();
+  const TPropertyScope scope(*this, instance.ClassName() + '.' + std::string(path));
+  try {
+    ReadPropertyAt(instance, path, start);
+  } catch (const EAbort&) {
+    throw;
+  } catch (const Exception& problem) {
+    FBytes.Seek(start);
+    FBytes.SkipValue();
+    const std::string message =
+        fmt::format("Error reading {} at offset {}: {}", FPath,
+                    FStart + static_cast<std::int64_t>(start), problem.Message());
+    if (!Error(message)) throw EReadError(message);
+  }
+}
+
+void TReader::ReadPropertyAt(TPersistent& instance, std::string_view path, std::size_t start) {
+  TPersistent* current = &instance;
+  std::string_view rest = path;
+  for (auto dot = rest.find('.'); dot != rest.npos && current != nullptr; dot = rest.find('.')) {
+    const TPropInfo* step = current->GetClassInfo().FindProperty(rest.substr(0, dot));
+    current =
+        step != nullptr && step->Kind() == tkClass ? step->Access->GetObject(*current) : nullptr;
+    rest.remove_prefix(dot + 1);
+  }
+  if (current != nullptr) {
+    const TPropInfo* property = current->GetClassInfo().FindProperty(rest);
+    if (property != nullptr) return ReadPropertyValue(*current, *property);
+    if (ReadDefinedProperty(*current, rest)) return;
+  }
+  FBytes.SkipValue();
+  if (!instance.TakeUnknownProperty(path, FBytes.Since(start)))
+    throw EReadError("Property does not exist");
+}
+
+bool TReader::ReadDefinedProperty(TPersistent& instance, std::string_view name) {
+  const auto savedName = std::exchange(FDefinedName, name);
+  const bool savedRead = std::exchange(FDefinedRead, false);
+  instance.DefineProperties(*this);
+  FDefinedName = savedName;
+  return std::exchange(FDefinedRead, savedRead);
+}
+
+void TReader::DefineProperty(std::string_view name, const TReaderProc& readData, const TWriterProc&,
+                             bool) {
+  if (FDefinedRead || !readData || !EqualText(name, FDefinedName)) return;
+  readData(*this);
+  FDefinedRead = true;
+}
+
+void TReader::DefineBinaryProperty(std::string_view name, const TStreamProc& readData,
+                                   const TStreamProc&, bool) {
+  if (FDefinedRead || !readData || !EqualText(name, FDefinedName)) return;
+  TMemoryStream bytes{std::string(ReadBinary())};
+  readData(bytes);
+  FDefinedRead = true;
+}
+
+std::int32_t TReader::ReadOrdinal(const TTypeInfo& type) {
+  switch (type.Kind()) {
+    case tkChar:
+      return static_cast<unsigned char>(ReadChar());
+    case tkSet:
+      return static_cast<std::int32_t>(ReadSet(*type.ElementType()));
+    case tkEnumeration: {
+      const std::string name = ReadIdent();
+      const auto value = type.FindEnumValue(name);
+      if (!value) throw EReadError(name + " is no value of " + type.Name());
+      return *value;
+    }
+    default:
+      break;
+  }
+  if (NextValue() != TValueType::vaIdent) return ReadInteger();
+  const std::string name = ReadIdent();
+  const TIdentMap* names = FindIdentMap(type.Name());
+  std::int32_t value = 0;
+  if (names == nullptr || !names->IdentToInt(name, value))
+    throw EReadError(name + " is no value of " + type.Name());
+  return value;
+}
+
+void TReader::ReadPropertyValue(TPersistent& instance, const TPropInfo& property) {
+  const TPropAccess& access = *property.Access;
+  switch (property.Kind()) {
+    case tkInteger:
+    case tkChar:
+    case tkEnumeration:
+    case tkSet:
+      return access.SetOrd(instance, ReadOrdinal(*property.PropType));
+    case tkWChar: {
+      const std::u16string text = Utf16FromUtf8(ReadString());
+      return access.SetOrd(instance, text.empty() ? 0 : text[0]);
+    }
+    case tkFloat:
+      return access.SetFloat(instance, ReadFloat());
+    case tkString:
+    case tkLString:
+    case tkWString:
+      return access.SetStr(instance, ReadString());
+    case tkInt64:
+      return access.SetInt64(instance, ReadInt64());
+    case tkClass:
+      return ReadClassValue(instance, property);
+    case tkMethod:
+      return access.SetMethod(instance, ReadMethod());
+    case tkVariant:
+      return access.SetVariant(instance, ReadVariant());
+    default:
+      throw EReadError("A property of type " + property.PropType->Name() + " cannot be stored");
+  }
+}
+
+TMethod TReader::ReadMethod() {
+  if (NextValue() == TValueType::vaNil) return ReadValue(), TMethod{};
+  const std::string name = ReadIdent();
+  const TMethod method = OnFindMethod ? OnFindMethod(*this, name) : TMethod{};
+  if (!method) throw EReadError("Method " + name + " does not exist");
+  return method;
+}
+
+TVariant TReader::ReadVariant() {
+  switch (NextValue()) {
+    case TValueType::vaNull:
+    case TValueType::vaNil:
+      return ReadValue(), TVariant();
+    case TValueType::vaTrue:
+    case TValueType::vaFalse:
+      return ReadBoolean();
+    case TValueType::vaInt8:
+    case TValueType::vaInt16:
+    case TValueType::vaInt32:
+      return ReadInteger();
+    case TValueType::vaInt64:
+      return ReadInt64();
+    case TValueType::vaString:
+    case TValueType::vaLString:
+    case TValueType::vaUTF8String:
+    case TValueType::vaWString:
+      return ReadString();
+    default:
+      return ReadFloat();
+  }
+}
+
+void TReader::ReadClassValue(TPersistent& instance, const TPropInfo& property) {
+  switch (NextValue()) {
+    case TValueType::vaNil:
+      ReadValue();
+      return property.Access->SetObject(instance, nullptr);
+    case TValueType::vaIdent:
+      FReferences.push_back({&instance, &property, ReadIdent(), FPath});
+      return;
+    case TValueType::vaCollection: {
+      auto* collection = dynamic_cast<TCollection*>(property.Access->GetObject(instance));
+      if (collection == nullptr) throw EReadError("The property holds no collection");
+      return ReadCollection(*collection);
+    }
+    default:
+      RaiseInvalidValue("a component name, nil or a collection");
+  }
+}
+
+void TReader::ReadCollection(TCollection& collection) {
+  if (NextValue() != TValueType::vaCollection) RaiseInvalidValue("a collection");
+  ReadValue();
+  const TUpdate update(collection);
+  collection.Clear();
+  while (!EndOfList()) {
+    if (NextValue() != TValueType::vaList) ReadInteger();  // the order, which is the order read in
+    ReadListBegin();
+    TCollectionItem* item = collection.Add();
+    if (item == nullptr) throw EReadError("Items of " + collection.ClassName() + " cannot be made");
+    ReadProperties(*item);
+    ReadListEnd();
+  }
+  ReadListEnd();
+}
+
+// References by component name are settled when all components are there.
+void TReader::ResolveReferences() {
+  for (const TReference& reference : std::exchange(FReferences, {})) {
+    TComponent* target = FOwner;
+    std::string_view rest = reference.Name;
+    while (target != nullptr && !rest.empty()) {
+      const auto dot = std::min(rest.find('.'), rest.size());
+      const std::string_view name = rest.substr(0, dot);
+      const bool self = target == FOwner && (name == "Owner" || EqualText(name, target->Name()));
+      if (!self || target->FindComponent(name) != nullptr) target = target->FindComponent(name);
+      rest.remove_prefix(std::min(dot + 1, rest.size()));
+    }
+    if (target != nullptr) {
+      reference.Property->Access->SetObject(*reference.Instance, target);
+    } else {
+      const std::string message = fmt::format("Error reading {}: component {} does not exist",
+                                              reference.Path, reference.Name);
+      if (!Error(message)) throw EReadError(message);
+    }
+  }
+}
+
+TWriter::TWriter(TStream& stream, int bufferSize)
+    : FStream(stream), FBytes(static_cast<std::size_t>(std::max(bufferSize, 16))) {}
+
+// Callers that must know of a failed write flush first.
+TWriter::~TWriter() {
+  try {
+    FlushBuffer();
+  } catch (const Exception&) {
+  }
+}
+
+void TWriter::FlushBuffer() {
+  FStream.WriteBuffer(FBytes.View().data(), FBytes.Size());
+  FBytes.Clear();
+}
+
+std::int64_t TWriter::Position() const {
+  return FStream.Position() + static_cast<std::int64_t>(FBytes.Size());
+}
+
+void TWriter::WriteValue(TValueType value) {
+  FBytes.WriteValueType(value);
+}
+
+void TWriter::WriteBoolean(bool value) {
+  WriteValue(value ? TValueType::vaTrue : TValueType::vaFalse);
+}
+
+void TWriter::WriteChar(char value) {
+  WriteString({&value, 1});
+}
+
+void TWriter::WriteInteger(std::int64_t value) {
+  FBytes.WriteIntegerValue(value);
+}
+
+void TWriter::WriteFloat(double value) {
+  FBytes.WriteExtendedValue(DoubleToExtended(value));
+}
+
+void TWriter::WriteIdent(std::string_view ident) {
+  FBytes.WriteIdentValue(ident);
+}
+
+void TWriter::WriteString(std::string_view text) {
+  FBytes.WriteStringValue(text);
+}
+
+void TWriter::WriteWideString(std::string_view text) {
+  const std::u16string wide = Utf16FromUtf8(text);
+  WriteValue(TValueType::vaWString);
+  FBytes.WriteFixed(static_cast<std::uint32_t>(wide.size()));
+  FBytes.WriteBytes({reinterpret_cast<const char*>(wide.data()), wide.size() * 2});
+}
+
+void TWriter::WriteSet(std::uint32_t value, const TTypeInfo& elementType) {
+  WriteValue(TValueType::vaSet);
+  const auto& names = elementType.EnumNames();
+  for (std::size_t i = 0; i < 32; ++i) {
+    if ((value >> i & 1) == 0) continue;
+    if (i >= names.size())
+      throw EWriteError(
+          fmt::format("Element {} of a set of {} has no name", i, elementType.Name()));
+    FBytes.WriteShortString(names[i]);
+  }
+  FBytes.WriteShortString("");
+}
+
+void TWriter::WriteBinary(std::string_view bytes) {
+  FBytes.WriteBinaryValue(bytes);
+}
+
+void TWriter::WriteRawValue(std::string_view value) {
+  FBytes.WriteBytes(value);
+}
+
+void TWriter::WriteListBegin() {
+  WriteValue(TValueType::vaList);
+}
+
+void TWriter::WriteListEnd() {
+  FBytes.WriteEndOfList();
+}
+
+void TWriter::WriteSignature() {
+  FBytes.WriteSignature();
+}
+
+void TWriter::WriteCollection(TCollection& collection) {
+  const std::string saved = std::exchange(FPropPath, {});
+  WriteValue(TValueType::vaCollection);
+  for (TCollectionItem* item : collection.Items()) {
+    WriteListBegin();
+    WriteProperties(*item);
+    WriteListEnd();
+  }
+  WriteListEnd();
+  FPropPath = saved;
+}
+
+void TWriter::WriteRootComponent(TComponent& root) {
+  Root = &root;
+  WriteSignature();
+  WriteComponent(root);
+}
+
+void TWriter::WriteComponentRes(const std::string& resourceName, TComponent& root) {
+  const std::size_t sizeAt = FBytes.WriteResourceHeader(resourceName);
+  const std::size_t start = FBytes.Size();
+  WriteRootComponent(root);
+  FBytes.PatchFixed(sizeAt, static_cast<std::uint32_t>(FBytes.Size() - start));
+}
+
+void TWriter::WriteComponent(TComponent& component) {
+  std::int32_t childPosition = 0;
+  const std::uint8_t flags = component.FilerFlags(childPosition);
+  if (flags != 0) FBytes.WriteByte(FilerPrefixMark | flags);
+  if (flags & ffChildPos) WriteInteger(childPosition);
+  FBytes.WriteShortString(component.ClassName());
+  FBytes.WriteShortString(component.Name());
+  WriteProperties(component);
+  WriteListEnd();
+  auto* root = dynamic_cast<TComponent*>(Root);
+  component.GetChildren([this](TComponent& child) { WriteComponent(child); }, root);
+  WriteListEnd();
+}
+
+void TWriter::WriteProperties(TPersistent& instance) {
+  for (const TPropInfo* property : instance.GetClassInfo().Properties())
+    if (MustWrite(instance, *property)) WriteProperty(instance, *property);
+  instance.DefineProperties(*this);
+}
+
+bool TWriter::MustWrite(TPersistent& instance, const TPropInfo& property) const {
+  const TPropAccess& access = *property.Access;
+  if (!property.Stored(instance)) return false;
+  if (property.Kind() == tkClass) return access.GetObject(instance) != nullptr;
+  if (!access.CanWrite()) return false;
+  switch (property.Kind()) {
+    case tkInteger:
+    case tkChar:
+    case tkWChar:
+    case tkEnumeration:
+    case tkSet:
+      return !property.Default || access.GetOrd(instance) != *property.Default;
+    case tkFloat:
+      return access.GetFloat(instance) != 0;
+    case tkInt64:
+      return access.GetInt64(instance) != 0;
+    case tkString:
+    case tkLString:
+    case tkWString:
+      return !access.GetStr(instance).empty();
+    case tkMethod:
+      return static_cast<bool>(access.GetMethod(instance));
+    default:
+      return true;
+  }
+}
+
+void TWriter::WritePropName(std::string_view name) {
+  FBytes.WriteShortString(FPropPath.empty() ? std::string(name) : FPropPath + std::string(name));
+}
+
+void TWriter::WriteProperty(TPersistent& instance, const TPropInfo& property) {
+  if (property.Kind() == tkClass) {
+    TPersistent* value = property.Access->GetObject(instance);
+    if (value != nullptr) return WriteClassProperty(property, *value);
+    WritePropName(property.Name);
+    return WriteValue(TValueType::vaNil);
+  }
+  if (property.Kind() == tkMethod) {
+    const TMethod method = property.Access->GetMethod(instance);
+    const std::string name = OnMethodName && method ? OnMethodName(*this, method) : std::string();
+    if (name.empty()) return;
+    WritePropName(property.Name);
+    return WriteIdent(name);
+  }
+  WritePropName(property.Name);
+  WritePropertyValue(instance, property);
+}
+
+void TWriter::WriteClassProperty(const TPropInfo& property, TPersistent& value) {
+  if (const auto* component = dynamic_cast<TComponent*>(&value)) {
+    WritePropName(property.Name);
+    return WriteIdent(ReferenceName(*component));
+  }
+  if (auto* collection = dynamic_cast<TCollection*>(&value)) {
+    WritePropName(property.Name);
+    return WriteCollection(*collection);
+  }
+  const std::string saved = FPropPath;
+  FPropPath += property.Name + '.';
+  WriteProperties(value);
+  FPropPath = saved;
+}
+
+// The name within the root; a component of another owner stands behind its owner's name.
+std::string TWriter::ReferenceName(const TComponent& component) const {
+  if (&component == Root) return component.Name().empty() ? "Owner" : component.Name();
+  const TComponent* owner = component.Owner();
+  if (owner == nullptr || owner == Root || owner->Name().empty()) return component.Name();
+  return owner->Name() + '.' + component.Name();
+}
+
+void TWriter::WriteOrdinal(std::int32_t value, const TTypeInfo& type) {
+  switch (type.Kind()) {
+    case tkChar:
+      return WriteChar(static_cast<char>(value));
+    case tkWChar:
+      return WriteWideString(Utf8FromUtf16(std::u16string(1, static_cast<char16_t>(value))));
+    case tkSet:
+      return WriteSet(static_cast<std::uint32_t>(value), *type.ElementType());
+    case tkEnumeration:
+      if (value < 0 || value >= static_cast<int>(type.EnumNames().size()))
+        throw EWriteError(fmt::format("{} is no value of {}", value, type.Name()));
+      return WriteIdent(type.EnumNames()[static_cast<std::size_t>(value)]);
+    default:
+      break;
+  }
+  std::string ident;
+  const TIdentMap* names = FindIdentMap(type.Name());
+  if (names != nullptr && names->IntToIdent(value, ident)) WriteIdent(ident);
+  else if (type.Name() == "Cardinal") WriteInteger(static_cast<std::uint32_t>(value));
+  else WriteInteger(value);
+}
+
+void TWriter::WritePropertyValue(TPersistent& instance, const TPropInfo& property) {
+  const TPropAccess& access = *property.Access;
+  switch (property.Kind()) {
+    case tkInteger:
+    case tkChar:
+    case tkWChar:
+    case tkEnumeration:
+    case tkSet:
+      return WriteOrdinal(access.GetOrd(instance), *property.PropType);
+    case tkFloat:
+      return WriteFloat(access.GetFloat(instance));
+    case tkInt64:
+      return WriteInteger(access.GetInt64(instance));
+    case tkString:
+    case tkLString:
+      return WriteString(access.GetStr(instance));
+    case tkWString:
+      return WriteWideString(access.GetStr(instance));
+    case tkVariant:
+      return WriteVariant(access.GetVariant(instance));
+    default:
+      throw EWriteError("A property of type " + property.PropType->Name() + " cannot be stored");
+  }
+}
+
+void TWriter::WriteVariant(const TVariant& value) {
+  struct TVisitor {
+    TWriter& Writer;
+    void operator()(std::monostate) const { Writer.WriteValue(TValueType::vaNull); }
+    void operator()(bool value) const { Writer.WriteBoolean(value); }
+    void operator()(std::int32_t value) const { Writer.WriteInteger(value); }
+    void operator()(std::int64_t value) const { Writer.WriteInteger(value); }
+    void operator()(double value) const { Writer.WriteFloat(value); }
+    void operator()(const std::string& value) const { Writer.WriteString(value); }
+  };
+  std::visit(TVisitor{*this}, value);
+}
+
+void TWriter::DefineProperty(std::string_view name, const TReaderProc&,
+                             const TWriterProc& writeData, bool hasData) {
+  if (!hasData || !writeData) return;
+  WritePropName(name);
+  const std::string saved = std::exchange(FPropPath, {});
+  writeData(*this);
+  FPropPath = saved;
+}
+
+void TWriter::DefineBinaryProperty(std::string_view name, const TStreamProc&,
+                                   const TStreamProc& writeData, bool hasData) {
+  if (!hasData || !writeData) return;
+  WritePropName(name);
+  TMemoryStream bytes;
+  writeData(bytes);
+  WriteBinary(bytes.Bytes());
+}
+
+}  // namespace wrenfold
