@@ -2,9 +2,9 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/core/Values.h"
@@ -17,16 +17,18 @@ struct TIdentMapEntry {
 };
 
 // The names of one integer type; the first entry of a value gives its name, names are compared
-// without regard to letter case.
+// without regard to letter case. Both ways take constant time.
 class TIdentMap {
  public:
-  explicit TIdentMap(std::vector<TIdentMapEntry> entries) : FEntries(std::move(entries)) {}
+  explicit TIdentMap(std::vector<TIdentMapEntry> entries);
   bool IntToIdent(std::int32_t value, std::string& name) const;
   bool IdentToInt(std::string_view name, std::int32_t& value) const;
   const std::vector<TIdentMapEntry>& Entries() const { return FEntries; }
 
  private:
   std::vector<TIdentMapEntry> FEntries;
+  std::unordered_map<std::int32_t, std::string_view> FNames;
+  std::unordered_map<std::string, std::int32_t> FValues;  // by folded name
 };
 
 // The names of an integer type by the type's name ("TColor"), or null.
