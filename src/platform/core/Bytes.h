@@ -28,6 +28,8 @@ class TByteReader {
   std::size_t Size() const { return static_cast<std::size_t>(FEnd - FBegin); }
   std::size_t Left() const { return static_cast<std::size_t>(FEnd - FNext); }
   bool AtEnd() const { return FNext == FEnd; }
+  // What is left, not copied.
+  std::string_view Rest() const { return {FNext, Left()}; }
   // `position` must not be beyond Size().
   void Seek(std::size_t position);
 

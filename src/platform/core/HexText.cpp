@@ -1,0 +1,104 @@
+#include "platform/core/HexText.h"
+
+#include <array>
+#include <cstdint>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+namespace wrenfold {
+namespace {
+
+constexpr std::uint8_t NoDigit = 0xFF;
+
+constexpr std::array<std::uint8_t, 256> MakeDigitValues() {
+  std::array<std::uint8_t, 256> values{};
+  values.fill(NoDigit);
+  for (unsigned i = 0; i < 10; ++i) values['0' + i] = static_cast<std::uint8_t>(i);
+  for (unsigned i = 0; i < 6; ++i)
+    values['A' + i] = values['a' + i] = static_cast<std::uint8_t>(10 + i);
+  return values;
+}
+constexpr std::array<std::uint8_t, 256> DigitValues = MakeDigitValues();
+constexpr char Digits[] = "0123456789ABCDEF";
+
+#ifdef __SSE2__
+
+// 0xFF in each byte of `value` - `low` that is at most `span`, unsigned.
+__m128i InRange(__m128i value, char low, char span) {
+  const __m128i offset = _mm_sub_epi8(value, _mm_set1_epi8(low));
+  return _mm_cmpeq_epi8(_mm_min_epu8(offset, _mm_set1_epi8(span)), offset);
+}
+
+// Sixteen digits to their values; false when one is none.
+bool DigitsToValues(const char* text, __m128i& values) {
+  const __m128i digits = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
+  const __m128i lower = _mm_or_si128(digits, _mm_set1_epi8(0x20));
+  const __m128i decimal = InRange(digits, '0', 9);
+  const __m128i letter = InRange(lower, 'a', 5);
+  if (_mm_movemask_epi8(_mm_or_si128(decimal, letter)) != 0xFFFF) return false;
+  const __m128i nibble = _mm_and_si128(digits, _mm_set1_epi8(0x0F));
+  values = _mm_add_epi8(nibble, _mm_and_si128(letter, _mm_set1_epi8(9)));
+  return true;
+}
+
+// Pairs of values (high digit first) to bytes in 16-bit lanes.
+__m128i JoinPairs(__m128i values) {
+  const __m128i joined = _mm_or_si128(_mm_slli_epi16(values, 4), _mm_srli_epi16(values, 8));
+  return _mm_and_si128(joined, _mm_set1_epi16(0xFF));
+}
+
+// Values 0 to 15 to digits.
+__m128i ValuesToDigits(__m128i values) {
+  const __m128i letter = _mm_cmpgt_epi8(values, _mm_set1_epi8(9));
+  const __m128i digits = _mm_add_epi8(values, _mm_set1_epi8('0'));
+  return _mm_add_epi8(digits, _mm_and_si128(letter, _mm_set1_epi8('A' - '0' - 10)));
+}
+
+#endif
+
+}  // namespace
+
+std::size_t DecodeHex(const char* text, std::size_t size, char* bytes) {
+  std::size_t count = 0;
+#ifdef __SSE2__
+  for (; size - count * 2 >= 32; count += 16) {
+    __m128i first;
+    __m128i second;
+    if (!DigitsToValues(text + count * 2, first)) break;
+    if (!DigitsToValues(text + count * 2 + 16, second)) break;
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes + count),
+                     _mm_packus_epi16(JoinPairs(first), JoinPairs(second)));
+  }
+#endif
+  for (; size - count * 2 >= 2; ++count) {
+    const std::uint8_t high = DigitValues[static_cast<std::uint8_t>(text[count * 2])];
+    const std::uint8_t low = DigitValues[static_cast<std::uint8_t>(text[count * 2 + 1])];
+    if ((high | low) > 15) break;
+    bytes[count] = static_cast<char>(high << 4 | low);
+  }
+  return count;
+}
+
+void EncodeHex(const char* bytes, std::size_t size, char* text) {
+  std::size_t i = 0;
+#ifdef __SSE2__
+  const __m128i low = _mm_set1_epi8(0x0F);
+  for (; size - i >= 16; i += 16) {
+    const __m128i data = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes + i));
+    const __m128i highDigits = ValuesToDigits(_mm_and_si128(_mm_srli_epi16(data, 4), low));
+    const __m128i lowDigits = ValuesToDigits(_mm_and_si128(data, low));
+    auto* out = reinterpret_cast<__m128i*>(text + i * 2);
+    _mm_storeu_si128(out, _mm_unpacklo_epi8(highDigits, lowDigits));
+    _mm_storeu_si128(out + 1, _mm_unpackhi_epi8(highDigits, lowDigits));
+  }
+#endif
+  for (; i < size; ++i) {
+    const auto byte = static_cast<std::uint8_t>(bytes[i]);
+    text[i * 2] = Digits[byte >> 4];
+    text[i * 2 + 1] = Digits[byte & 15];
+  }
+}
+
+}  // namespace wrenfold
