@@ -1,0 +1,84 @@
+#include "foundation/rkAppUtils.h"
+
+#include <cxxabi.h>
+
+#include <cstdlib>
+#include <memory>
+#include <typeinfo>
+
+#include "platform/core/Files.h"
+
+namespace wrenfold {
+
+namespace {
+
+TApplicationWindow& RecordedWindow() {
+  static TApplicationWindow window;
+  return window;
+}
+
+// Without namespaces; a nested exception has a class of the library around its own.
+std::string ClassNameOf(const std::type_info& type) {
+  int status = 0;
+  const std::unique_ptr<char, decltype(&std::free)> text(
+      abi::__cxa_demangle(type.name(), nullptr, nullptr, &status), &std::free);
+  std::string name = status == 0 ? text.get() : type.name();
+  if (name.starts_with("std::_Nested_exception<")) name.pop_back();
+  const std::size_t colon = name.rfind("::");
+  return colon == std::string::npos ? name : name.substr(colon + 2);
+}
+
+}  // namespace
+
+void AddLogData(const std::string& fileName, const std::string& text, std::uint64_t maxSize) {
+  const std::int64_t size = FileSize(fileName);
+  const bool full = maxSize != 0 && size >= 0 && static_cast<std::uint64_t>(size) >= maxSize;
+  if (full) SafeWriteFile(fileName, text + "\r\n");
+  else AppendToFile(fileName, text + "\r\n");
+}
+
+std::string ExceptionText(const std::exception& error) {
+  std::string text = ClassNameOf(typeid(error)) + ": " + error.what();
+  const auto* nested = dynamic_cast<const std::nested_exception*>(&error);
+  if (nested != nullptr && nested->nested_ptr())
+    text += "\r\n" + ExceptionText(nested->nested_ptr());
+  return text;
+}
+
+std::string ExceptionText(const std::exception_ptr& error) {
+  if (!error) return "No exception";
+  try {
+    std::rethrow_exception(error);
+  } catch (const std::exception& known) {
+    return ExceptionText(known);
+  } catch (...) {
+    const std::type_info* type = abi::__cxa_current_exception_type();
+    return "Unknown exception" + (type != nullptr ? " of type " + ClassNameOf(*type) : "");
+  }
+}
+
+void SetApplicationWindow(const TApplicationWindow& window) {
+  RecordedWindow() = window;
+}
+
+const TApplicationWindow& ApplicationWindow() {
+  return RecordedWindow();
+}
+
+TMsgDlgBtn MsgQuestion(const std::string& text, TMsgDlgButtons buttons) {
+  return MessageDlg(text, mtConfirmation, buttons);
+}
+
+TMsgDlgBtn MsgWarning(const std::string& text, TMsgDlgButtons buttons) {
+  return MessageDlg(text, mtWarning, buttons);
+}
+
+TMsgDlgBtn MsgError(const std::string& text, TMsgDlgButtons buttons) {
+  return MessageDlg(text, mtError, buttons);
+}
+
+TMsgDlgBtn MsgInformation(const std::string& text, TMsgDlgButtons buttons) {
+  return MessageDlg(text, mtInformation, buttons);
+}
+
+}  // namespace wrenfold
