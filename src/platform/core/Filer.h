@@ -105,6 +105,8 @@ class TReader : public TFiler {
   // registry unless a descendant knows better. Raises EClassNotFound.
   virtual TComponent* CreateComponent(std::string_view className, std::string_view name,
                                       TComponent* owner);
+  // The bytes behind Position(), for records that only a descendant knows.
+  TByteReader& Bytes() { return FBytes; }
 
  private:
   struct TPropertyScope;
@@ -195,6 +197,8 @@ class TWriter : public TFiler {
   // The value alone, without the name. Class properties with parts of their own write their
   // properties under the dotted prefix instead.
   void WritePropertyValue(TPersistent& instance, const TPropInfo& property);
+  // What is written but not flushed, for records that only a descendant knows.
+  TByteWriter& Bytes() { return FBytes; }
 
  private:
   void WriteClassProperty(const TPropInfo& property, TPersistent& value);

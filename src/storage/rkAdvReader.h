@@ -1,0 +1,30 @@
+// The platform's reader and writer with the suite's way of dealing with errors.
+#pragma once
+
+#include "platform/core/Filer.h"
+
+namespace wrenfold {
+
+// A reader that asks the user whether to go on when a property cannot be read.
+class TAdvReader : public TReader {
+ public:
+  using TReader::TReader;
+
+  // Goes on silently instead of asking.
+  bool IgnoreErrors = false;
+
+ protected:
+  // Once the user has said no, the error stands without another question on its way up.
+  bool Error(const std::string& message) override;
+
+ private:
+  bool FRefused = false;
+};
+
+// A writer by the platform's rules.
+class TAdvWriter : public TWriter {
+ public:
+  using TWriter::TWriter;
+};
+
+}  // namespace wrenfold

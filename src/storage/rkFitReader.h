@@ -1,0 +1,46 @@
+// The reader of objects stored without a wrapper.
+#pragma once
+
+#include <string>
+
+#include "platform/core/Exceptions.h"
+#include "storage/rkAdvReader.h"
+
+namespace wrenfold {
+
+class TFixedCollection;
+class TFreeCollection;
+
+class EFitReaderError : public Exception {
+ public:
+  using Exception::Exception;
+};
+
+// Reads a root's record directly into any persistent object.
+class TFitReader : public TAdvReader {
+ public:
+  using TAdvReader::TAdvReader;
+
+  // Reads a signature and a record into the object, whose own class is kept. Answers the stored
+  // object name.
+  std::string ReadAsComponent(TPersistent& object);
+  // Reads over a signature and a record.
+  void SkipObject();
+  // Reads over the names of a set behind its tag.
+  void SkipSetBody();
+
+  // Both read a stored collection into the items that are there, by key: no item is added, removed
+  // or replaced, stored items without a counterpart are dropped, items that were not stored keep
+  // their values. With reorder, matched items move to their stored positions.
+  // Of a fixed collection all stored properties of the item are taken over, as an item of the same
+  // class has them after reading.
+  void ReadFixedCollection(TFixedCollection& collection, bool reorder);
+  // Of a free collection the stored properties are read into the object that the item holds.
+  void ReadFreeCollection(TFreeCollection& collection, bool reorder);
+
+ private:
+  std::string FindItemKey(std::string_view propertyName);
+  void SkipProperties();
+};
+
+}  // namespace wrenfold

@@ -1,0 +1,92 @@
+// Value types of properties that the settings editor shows with a control of their own.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "platform/core/Graphics.h"
+#include "platform/core/StringList.h"
+#include "storage/rkInitData.h"
+
+namespace wrenfold {
+
+// Lines with check marks.
+class TCheckStrings : public TStringList {
+ public:
+  static const TTypeInfo& ClassInfo();
+  const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
+  void Assign(const TPersistent* source) override;
+
+  // The indices of the checked lines, from 0, joined by commas.
+  std::string CheckedInds;
+};
+
+// Lines of which one is selected.
+class TSelectStrings : public TStringList {
+ public:
+  static const TTypeInfo& ClassInfo();
+  const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
+  void Assign(const TPersistent* source) override;
+
+  std::int32_t ItemIndex = -1;  // -1: none
+};
+
+// Free text of several lines.
+class TMemoStrings : public TStringList {
+ public:
+  static const TTypeInfo& ClassInfo();
+  const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
+};
+
+class TFontEx : public TFont {
+ public:
+  static const TTypeInfo& ClassInfo();
+  const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
+};
+
+class TPictureEx : public TPicture {
+ public:
+  static const TTypeInfo& ClassInfo();
+  const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
+};
+
+enum TPropTypeIdent : std::uint8_t {
+  tiUnknown,
+  tiStrings,
+  tiChkStrings,
+  tiSelStrings,
+  tiFont,
+  tiPicture,
+  tiGraphic
+};
+// tiUnknown for null.
+TPropTypeIdent ClassifyPropValue(const TPersistent* value);
+
+// The conversions of these types to text and back. An object of another class than the entry is
+// for raises EDataHandlingError. Fonts and pictures travel as binary data in the string.
+struct TPropTypesData : TUserData {
+  static constexpr const char* BlockName = "PropTypes";
+  TPropTypesData() : TUserData(BlockName) {}
+
+  std::function<void(TPersistent& value, std::string& text)> StringsToText;
+  std::function<void(TPersistent& value, std::string& text, std::string& checkedInds)>
+      CheckStringsToText;
+  std::function<void(TPersistent& value, std::string& text, std::int32_t& itemIndex)>
+      SelectStringsToText;
+  std::function<void(TPersistent& value, std::string& text)> FontToText;
+  std::function<void(TPersistent& value, std::string& text)> PictureToText;
+  std::function<void(TPersistent& value, const std::string& text)> TextToStrings;
+  std::function<void(TPersistent& value, const std::string& text, const std::string& checkedInds)>
+      TextToCheckStrings;
+  std::function<void(TPersistent& value, const std::string& text, std::int32_t itemIndex)>
+      TextToSelectStrings;
+  std::function<void(TPersistent& value, const std::string& text)> TextToFont;
+  std::function<void(TPersistent& value, const std::string& text)> TextToPicture;
+  std::function<TPropTypeIdent(const TPersistent* value)> Classify;
+};
+
+// Adds the block to the installed init data, at the first of nested calls; the last Done ends it.
+void InitPropTypes();
+void DonePropTypes();
+
+}  // namespace wrenfold
