@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <string_view>
 #include <typeinfo>
 
 #include "platform/core/Files.h"
@@ -23,7 +24,9 @@ std::string ClassNameOf(const std::type_info& type) {
   const std::unique_ptr<char, decltype(&std::free)> text(
       abi::__cxa_demangle(type.name(), nullptr, nullptr, &status), &std::free);
   std::string name = status == 0 ? text.get() : type.name();
-  if (name.starts_with("std::_Nested_exception<")) name.pop_back();
+  constexpr std::string_view nesting = "std::_Nested_exception<";
+  if (name.starts_with(nesting))
+    name = name.substr(nesting.size(), name.size() - nesting.size() - 1);
   const std::size_t colon = name.rfind("::");
   return colon == std::string::npos ? name : name.substr(colon + 2);
 }

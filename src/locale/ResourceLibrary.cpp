@@ -3,11 +3,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 
 #include "platform/core/Bytes.h"
+#include "platform/core/Unicode.h"
 
 namespace wrenfold {
 
@@ -27,6 +28,7 @@ class TStringTableReader {
     std::uint32_t Id, Offset;
     bool IsDirectory() const { return (Offset & cHighBit) != 0; }
     bool IsNamed() const { return (Id & cHighBit) != 0; }
+    bool IsNeutral() const { return (Id & 0x3FF) == 0; }  // the primary language
   };
   static constexpr std::uint32_t cHighBit = 0x80000000;
   static constexpr std::uint32_t cStringTableType = 6;
@@ -35,9 +37,11 @@ class TStringTableReader {
 
   TByteReader At(std::uint64_t position, const char* expected) const;
   std::uint64_t ReadHeaders();
-  std::uint64_t FileOffset(std::uint32_t address, std::uint32_t size, const char* expected) const;
-  std::vector<TEntry> ReadDirectory(const TEntry& parent) const;
-  TResourceLibrary::TBlock ReadBlock(std::uint32_t number, const TEntry& data) const;
+  std::uint64_t FileOffset(std::uint32_t address, std::uint32_t size, std::uint64_t place,
+                           const char* expected) const;
+  TByteReader AtEntry(const TEntry& entry, bool directory, const char* expected) const;
+  std::vector<TEntry> ReadDirectory(const TEntry& entry) const;
+  TResourceLibrary::TBlock ReadBlock(std::uint32_t number, const TEntry& entry) const;
 
   std::string_view FImage;
   std::vector<TSection> FSections;
@@ -78,6 +82,7 @@ std::uint64_t TStringTableReader::ReadHeaders() {
       directories + 4 + 8 * (cResourceDirectory + 1) > optional + optionalSize)
     reader.FailAt(directories, "a directory of resources");
   reader.ReadView(8 * cResourceDirectory, "the data directories");
+  const std::uint64_t place = reader.Position();
   const auto address = reader.ReadFixed<std::uint32_t>("the address of the resources");
 
   reader = At(optional + optionalSize, "the table of sections");
@@ -90,45 +95,52 @@ std::uint64_t TStringTableReader::ReadHeaders() {
     reader.ReadView(16, "the flags of a section");
     FSections.push_back(section);
   }
-  return FileOffset(address, 16, "the resources inside a section");
+  return FileOffset(address, 16, place, "the resources inside a section");
 }
 
+// Where the bytes of an address stand in the file; `place` is where the address was read.
 std::uint64_t TStringTableReader::FileOffset(std::uint32_t address, std::uint32_t size,
-                                             const char* expected) const {
+                                             std::uint64_t place, const char* expected) const {
   for (const TSection& section : FSections) {
     if (address < section.Address) continue;
     const std::uint32_t inSection = address - section.Address;
     if (inSection < section.RawSize && size <= section.RawSize - inSection)
       return std::uint64_t{section.RawOffset} + inSection;
   }
-  TByteReader(FImage).FailAt(0, expected);
+  TByteReader(FImage).FailAt(place, expected);
+}
+
+TByteReader TStringTableReader::AtEntry(const TEntry& entry, bool directory,
+                                        const char* expected) const {
+  const std::uint64_t start = FRoot + (entry.Offset & ~cHighBit);
+  const TByteReader reader = At(start, expected);
+  if (entry.IsDirectory() != directory) reader.FailAt(start, expected);
+  return reader;
 }
 
 std::vector<TStringTableReader::TEntry> TStringTableReader::ReadDirectory(
-    const TEntry& parent) const {
-  const std::uint64_t start = FRoot + (parent.Offset & ~cHighBit);
-  TByteReader reader = At(start, "a resource directory");
-  if (!parent.IsDirectory()) reader.FailAt(start, "a resource directory, not data");
+    const TEntry& entry) const {
+  TByteReader reader = AtEntry(entry, true, "a resource directory, not data");
   reader.ReadView(12, "a resource directory");
   std::size_t count = reader.ReadFixed<std::uint16_t>("the number of named resources");
   count += reader.ReadFixed<std::uint16_t>("the number of resources");
-  if (count > cMaxEntries) reader.FailAt(start, "at most 4096 resources in a directory");
+  if (count > cMaxEntries)
+    reader.FailAt(reader.Position(), "at most 4096 resources in a directory");
   std::vector<TEntry> entries(count);
-  for (TEntry& entry : entries) {
-    entry.Id = reader.ReadFixed<std::uint32_t>("the number of a resource");
-    entry.Offset = reader.ReadFixed<std::uint32_t>("the offset of a resource");
+  for (TEntry& child : entries) {
+    child.Id = reader.ReadFixed<std::uint32_t>("the number of a resource");
+    child.Offset = reader.ReadFixed<std::uint32_t>("the offset of a resource");
   }
   return entries;
 }
 
 TResourceLibrary::TBlock TStringTableReader::ReadBlock(std::uint32_t number,
-                                                       const TEntry& data) const {
-  const std::uint64_t place = FRoot + data.Offset;
-  TByteReader reader = At(place, "the place of a string table");
-  if (data.IsDirectory()) reader.FailAt(place, "a string table, not a directory");
+                                                       const TEntry& entry) const {
+  TByteReader reader = AtEntry(entry, false, "the place of a string table, not a directory");
+  const std::uint64_t place = reader.Position();
   const auto address = reader.ReadFixed<std::uint32_t>("the address of a string table");
   const auto size = reader.ReadFixed<std::uint32_t>("the size of a string table");
-  const std::uint64_t start = FileOffset(address, size, "a string table inside a section");
+  const std::uint64_t start = FileOffset(address, size, place, "a string table inside a section");
   reader = At(start, "a string table");
   const std::uint64_t end = start + size;
 
@@ -154,7 +166,7 @@ std::vector<TResourceLibrary::TBlock> TStringTableReader::Read() {
     if (entry.IsNamed()) continue;
     const std::vector<TEntry> languages = ReadDirectory(entry);
     if (languages.empty()) continue;
-    const auto neutral = std::ranges::find(languages, 0u, &TEntry::Id);
+    const auto neutral = std::ranges::find_if(languages, &TEntry::IsNeutral);
     const TEntry& chosen = neutral != languages.end() ? *neutral : languages.front();
     blocks.push_back(ReadBlock(entry.Id, chosen));
   }
@@ -182,45 +194,13 @@ std::string ReadLibraryFile(const std::string& fileName) {
   return bytes;
 }
 
-void AppendUtf8(std::string& text, char32_t code) {
-  const auto append = [&text](char32_t byte) { text += static_cast<char>(byte); };
-  if (code < 0x80) {
-    append(code);
-  } else if (code < 0x800) {
-    append(0xC0 | code >> 6);
-    append(0x80 | (code & 0x3F));
-  } else if (code < 0x10000) {
-    append(0xE0 | code >> 12);
-    append(0x80 | (code >> 6 & 0x3F));
-    append(0x80 | (code & 0x3F));
-  } else {
-    append(0xF0 | code >> 18);
-    append(0x80 | (code >> 12 & 0x3F));
-    append(0x80 | (code >> 6 & 0x3F));
-    append(0x80 | (code & 0x3F));
-  }
-}
-
-// A surrogate without its other half, also one that was cut off, becomes U+FFFD.
-std::string Utf8OfUtf16(std::string_view bytes) {
-  const std::size_t count = bytes.size() / 2;
-  const auto unit = [&bytes](std::size_t i) -> char32_t {
-    return static_cast<unsigned char>(bytes[2 * i]) | static_cast<unsigned char>(bytes[2 * i + 1])
-                                                          << 8;
-  };
-  const auto isIn = [](char32_t code, char32_t first) {
-    return code >= first && code < first + 0x400;
-  };
-  std::string text;
-  text.reserve(bytes.size());
-  for (std::size_t i = 0; i < count; ++i) {
-    char32_t code = unit(i);
-    if (isIn(code, 0xD800) && i + 1 < count && isIn(unit(i + 1), 0xDC00))
-      code = 0x10000 + ((code - 0xD800) << 10) + (unit(++i) - 0xDC00);
-    else if (isIn(code, 0xD800) || isIn(code, 0xDC00)) code = 0xFFFD;
-    AppendUtf8(text, code);
-  }
-  return text;
+// At most `limit` units, without half of a surrogate pair at the cut.
+std::string TextOfUnits(std::string_view bytes, std::size_t limit) {
+  std::u16string units(std::min(bytes.size() / 2, limit), u'\0');
+  std::memcpy(units.data(), bytes.data(), 2 * units.size());
+  const bool isCut = bytes.size() / 2 > limit;
+  if (isCut && units.back() >= 0xD800 && units.back() < 0xDC00) units.pop_back();
+  return Utf8FromUtf16(units);
 }
 
 }  // namespace
@@ -242,8 +222,7 @@ std::string TResourceLibrary::FindString(int id) const {
   const auto number = static_cast<std::uint32_t>(id / cTextsInBlock + 1);
   const auto block = std::ranges::lower_bound(FBlocks, number, {}, &TBlock::Number);
   if (block == FBlocks.end() || block->Number != number) return {};
-  const std::string_view text = block->Texts[static_cast<std::size_t>(id % cTextsInBlock)];
-  return Utf8OfUtf16(text.substr(0, 2 * MaxTextLength));
+  return TextOfUnits(block->Texts[static_cast<std::size_t>(id % cTextsInBlock)], MaxTextLength);
 }
 
 }  // namespace wrenfold

@@ -27,8 +27,10 @@ std::string PackageText(int id) {
 
 }  // namespace
 
-TfrLocale::TfrLocale(std::string_view hostFileName)
-    : FHostIsDelphi(UpperCase(ExtractFileName(hostFileName)) == "DELPHI32.EXE") {}
+TfrLocale::TfrLocale(std::string_view hostFileName) {
+  const std::size_t nameStart = hostFileName.find_last_of("/\\:") + 1;  // 0 without a directory
+  FHostIsDelphi = EqualText(hostFileName.substr(nameStart), "DELPHI32.EXE");
+}
 
 std::string TfrLocale::LocaleStr(int id) const {
   std::string text;

@@ -41,7 +41,7 @@ class TfrLocale {
   std::unique_ptr<const TResourceLibrary> FModule;
   bool FLoaded = false;
   std::string FLoadError;
-  bool FHostIsDelphi;
+  bool FHostIsDelphi = false;
 };
 
 // The one instance, made on first use.
