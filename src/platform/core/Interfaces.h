@@ -32,7 +32,7 @@ class IInterface {
   virtual int _Release() = 0;
 
  protected:
-  ~IInterface() = default;
+  virtual ~IInterface() = default;
 };
 
 // Holds one reference.

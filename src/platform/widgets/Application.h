@@ -1,0 +1,131 @@
+// The application and its screen: one of each in the process.
+#pragma once
+
+#include <QApplication>
+#include <exception>
+#include <string>
+#include <vector>
+
+#include "platform/core/Event.h"
+#include "platform/core/Identifiers.h"
+#include "platform/core/Persistent.h"
+#include "platform/widgets/Forms.h"
+#include "platform/widgets/Guard.h"
+
+namespace wrenfold {
+
+inline constexpr TCursor crDefault = 0, crHourGlass = -11;
+
+// The forms of the process, docked ones too, in the order of their making.
+class TScreen : public TObject {
+ public:
+  int FormCount() const { return static_cast<int>(FForms.size()); }
+  // Raises EListError outside 0..FormCount-1.
+  TForm* Forms(int index) const;
+  const std::vector<TForm*>& Forms() const { return FForms; }
+  // By component name, letter case ignored; null when there is none.
+  TForm* FindForm(std::string_view name) const;
+  // A form that was remembered may have gone: looks by address alone.
+  bool HasForm(const TForm* form) const;
+
+  // The innermost form with the focus: what "the foreground window" means. Null when the user is in
+  // another program.
+  TForm* ActiveForm() const { return FActiveForm; }
+  QWidget* ActiveControl() const;
+
+  // Of the primary screen, in device-independent pixels.
+  int Width() const;
+  int Height() const;
+
+  TCursor Cursor() const { return FCursor; }
+  void SetCursor(TCursor cursor);
+
+  // The sender is the screen.
+  TNotifyEvent OnActiveFormChange;
+
+ private:
+  friend class TForm;
+  friend class TApplication;
+  void AddForm(TForm* form) { FForms.push_back(form); }
+  void RemoveForm(TForm* form);
+  // Finds the active form and reports a change.
+  void UpdateActiveForm();
+
+  std::vector<TForm*> FForms;
+  TForm* FActiveForm = nullptr;
+  TCursor FCursor = crDefault;
+};
+
+// Exists before the application and after it (then without forms).
+TScreen& Screen();
+
+// Sets the cursor, and the one before again at the end of the scope.
+class TWaitCursor {
+ public:
+  TWaitCursor() : FBefore(Screen().Cursor()) { Screen().SetCursor(crHourGlass); }
+  ~TWaitCursor() { Screen().SetCursor(FBefore); }
+  TWaitCursor(const TWaitCursor&) = delete;
+  TWaitCursor& operator=(const TWaitCursor&) = delete;
+
+ private:
+  TCursor FBefore;
+};
+
+using TExceptionEvent = TEvent<void(TObject* sender, std::exception_ptr exception)>;
+
+// Owns the components that are given to it; they go before the toolkit does. Catches every
+// exception that an event handler lets out, and dispatches the shortcuts of actions and menus.
+class TApplication : public QApplication, public TComponent {
+ public:
+  static const TTypeInfo& ClassInfo();
+  const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
+
+  // As for QApplication: both must outlive the application.
+  TApplication(int& argc, char** argv);
+  ~TApplication() override;
+
+  TForm* MainForm() const { return FMainForm; }
+  void SetMainForm(TForm* form) { FMainForm = form; }
+  std::string Title() const;
+  void SetTitle(const std::string& title);
+
+  // Runs until Terminate; answers the exit code.
+  int Run() { return exec(); }
+  void Terminate();
+  bool Terminated() const { return FTerminated; }
+  // Handles what is waiting, posted messages among it. Released forms go when no event is being
+  // handled.
+  void ProcessMessages();
+  // What runs before the application waits: actions of visible forms update themselves.
+  void Idle();
+
+  // For catch blocks: hands the current exception to OnException, or shows it.
+  void HandleException(TObject* sender);
+  // Shows the message of an exception, of whatever class it is; EAbort has none.
+  void ShowException(std::exception_ptr exception);
+  // Takes the place of showing. A handler that raises in turn is not asked again for that.
+  TExceptionEvent OnException;
+
+  // The toolkit's entry for every event.
+  bool notify(QObject* receiver, QEvent* event) override;
+
+  // Runs the action or menu item that has the key in that form; as a key press there would.
+  bool HandleShortCut(TForm* form, TShortCut shortCut);
+
+ private:
+  friend class TForm;
+  bool DispatchKey(QWidget* receiver, QKeyEvent& key);
+  TForm* FMainForm = nullptr;
+  int FNotifyDepth = 0;
+  bool FTerminated = false, FHandlingException = false, FIdling = false;
+};
+
+// Raises Exception when there is none.
+TApplication& Application();
+bool HasApplication();
+
+// The message of any exception; "EReadError: ..." is not added, classes stand in ExceptionClass.
+std::string ExceptionMessage(const std::exception_ptr& exception);
+std::string ExceptionClassName(const std::exception_ptr& exception);
+
+}  // namespace wrenfold
