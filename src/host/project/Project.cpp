@@ -12,6 +12,9 @@ namespace wrenfold {
 
 namespace {
 
+// The classes of the environment's library that a designed root can descend from.
+constexpr std::string_view RootClasses[] = {"TForm", "TFrame", "TDataModule", "TQuickRep"};
+
 constexpr std::string_view PascalExtensions[] = {".pas", ".pp"};
 constexpr std::string_view HeaderExtensions[] = {".h", ".hpp"};
 
@@ -19,6 +22,11 @@ std::string MissingMessage(const TProjectEntry& entry, const std::string& fileNa
   if (IsForeignPath(entry.Path))
     return fmt::format("{}: this system does not have the drive of this file", fileName);
   return fmt::format("{}: the file of unit {} is missing", fileName, entry.UnitName);
+}
+
+bool IsRootClass(std::string_view className) {
+  return std::any_of(std::begin(RootClasses), std::end(RootClasses),
+                     [&](std::string_view known) { return EqualText(known, className); });
 }
 
 }  // namespace
@@ -67,6 +75,10 @@ std::optional<TProjectModule> TProject::MakeModule(const TProjectEntry& entry,
     module.FileName = ResolveFileName(FFolder, path);
     module.State = TModuleState::Missing;
     module.Message = MissingMessage(entry, module.FileName);
+  } else if (entry.Path.empty()) {
+    // Sources that give no file names carry no notes either: the form file knows its name.
+    const std::string formFile = FindFormFile(module.FileName);
+    if (!formFile.empty()) module.FormName = ReadFormHeader(formFile).FormName;
   }
   return module;
 }
@@ -166,6 +178,17 @@ std::vector<std::string> TProject::ClassChain(const TProjectModule& module,
     chain.push_back(ancestor);
   }
   return chain;
+}
+
+TFormFile TProject::LoadForm(const TProjectModule& module) {
+  const std::string fileName = FindFormFile(module.FileName);
+  if (fileName.empty()) return {};
+  TFormFile form = LoadFormFile(fileName);
+  std::vector<std::string> chain = ClassChain(module, form.Root->StoredClassName());
+  if (!IsRootClass(chain.back()))
+    chain.push_back(module.DesignClass.empty() ? std::string(RootClasses[0]) : module.DesignClass);
+  form.Root->SetDesignClass(FClasses.Record(chain));
+  return form;
 }
 
 std::string FindHeader(const std::string& unitFile) {

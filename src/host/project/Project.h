@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/project/FileLookup.h"
+#include "host/project/FormFile.h"
 #include "host/project/ProjectSource.h"
 #include "host/project/TextFile.h"
 #include "host/project/UnitSource.h"
@@ -84,6 +85,12 @@ class TProject {
   // uses, the last one first.
   std::vector<std::string> ClassChain(const TProjectModule& module, std::string_view className);
 
+  // Reads the form of a module. Its root's class record tells what it is (IsDesignClass), as far as
+  // the project's units do, else as the note in the project's source says; a form where that says
+  // nothing. The record lives as long as the project. No root when the module has no form file.
+  // Raises EFormFileError or EFOpenError.
+  TFormFile LoadForm(const TProjectModule& module);
+
  private:
   explicit TProject(TTextFile text) : FText(std::move(text)) {}
 
@@ -93,6 +100,7 @@ class TProject {
                                            const TProjectModule*& module);
 
   TTextFile FText;
+  TDesignClasses FClasses;
   std::string FFolder;
   TDefinedSymbols FSymbols;
   TProjectSource FSource;

@@ -193,7 +193,10 @@ class TPascalProjectReader {
     return name;
   }
 
+  // One place is reported once, by whoever saw it first.
   void Problem(std::string_view expected) {
+    if (FToken.Offset == FProblemOffset) return;
+    FProblemOffset = FToken.Offset;
     FResult.Problems.push_back(
         {FPlaces.At(FToken.Offset), fmt::format("{}, found {}", expected, Describe(FToken))});
   }
@@ -219,6 +222,7 @@ class TPascalProjectReader {
   TPlaceFinder FPlaces;
   const std::string& FFileName;
   TSourceToken FToken;
+  size_t FProblemOffset = std::string_view::npos;
   std::optional<TFormNote>* FNote = nullptr;  // where the note behind a path is awaited
   TProjectSource FResult;
 };

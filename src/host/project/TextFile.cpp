@@ -2,6 +2,7 @@
 #include "host/project/TextFile.h"
 
 #include <fmt/format.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <functional>
@@ -65,7 +66,11 @@ TDiskState TTextFile::DiskState() const {
 }
 
 bool TTextFile::ReadOnly() const {
-  return access(FFileName.c_str(), F_OK) == 0 && access(FFileName.c_str(), W_OK) != 0;
+  struct stat status;
+  if (stat(FFileName.c_str(), &status) != 0) return false;
+  // A file that nobody may write is meant to stay as it is, whatever rights this user has.
+  constexpr mode_t anybody = S_IWUSR | S_IWGRP | S_IWOTH;
+  return (status.st_mode & anybody) == 0 || access(FFileName.c_str(), W_OK) != 0;
 }
 
 void TTextFile::Save() {

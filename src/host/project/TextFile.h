@@ -39,7 +39,7 @@ class TTextFile {
   // Whether the file on disk still is what was loaded or saved last. Its bytes are read only when
   // its size or time say that it was written to.
   TDiskState DiskState() const;
-  // The file exists and may not be written.
+  // The file is on disk and marked as not to be written, or this user may not write it.
   bool ReadOnly() const;
 
   // Writes the text in the file's encoding. The old file stays as it was when that fails: raises
