@@ -90,6 +90,7 @@ class TGraphic : public TPersistent {
   TNotifyEvent OnChange;
 
  protected:
+  friend class TPicture;
   // The stored bytes as the class frames them, and back.
   virtual std::string StoredData() const { return FData; }
   virtual void TakeStoredData(std::string data) { SetData(std::move(data)); }

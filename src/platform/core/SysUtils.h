@@ -9,6 +9,9 @@
 
 namespace wrenfold {
 
+constexpr bool IsAsciiLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
 // ASCII letters to lower case, other bytes as they are.
 constexpr char FoldChar(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
@@ -21,6 +24,8 @@ bool EqualText(std::string_view left, std::string_view right);
 int CompareText(std::string_view left, std::string_view right);
 // The order of the user's locale, letter case ignored (UTF-8 texts).
 int AnsiCompareText(const std::string& left, const std::string& right);
+// Keys whose byte order is that order, for sorting many texts.
+std::string AnsiSortKey(const std::string& text);
 // Without leading and trailing blanks and control characters.
 std::string_view Trim(std::string_view text);
 
