@@ -78,15 +78,29 @@ class TPropAccess {
   virtual bool CanWrite() const { return true; }
 };
 
+// A type record that is made when it is first asked for, so that a class can publish a property of
+// its own type.
+class TTypeRef {
+ public:
+  using TGet = const TTypeInfo& (*)();
+  TTypeRef(TGet get) : FGet(get) {}                      // NOLINT
+  operator const TTypeInfo*() const { return &FGet(); }  // NOLINT
+  const TTypeInfo& operator*() const { return FGet(); }
+  const TTypeInfo* operator->() const { return &FGet(); }
+
+ private:
+  TGet FGet;
+};
+
 // The descriptor of one published property.
 struct TPropInfo {
   std::string Name;
-  const TTypeInfo* PropType = nullptr;
-  std::unique_ptr<TPropAccess> Access;
+  TTypeRef PropType;
+  std::unique_ptr<TPropAccess> Access = nullptr;
   // An ordinal that the platform's writer leaves out; without one the value is always written.
-  std::optional<std::int32_t> Default;
+  std::optional<std::int32_t> Default = std::nullopt;
   // Whether the storage writes the property at all.
-  std::function<bool(const TPersistent&)> IsStored;
+  std::function<bool(const TPersistent&)> IsStored = nullptr;
 
   TTypeKind Kind() const;
   bool Stored(const TPersistent& instance) const { return !IsStored || IsStored(instance); }
@@ -468,10 +482,7 @@ class TPublisher {
  private:
   template <class Value>
   TPublisher&& Add(const char* name, std::unique_ptr<TPropAccess> access) && {
-    auto property = std::make_unique<TPropInfo>();
-    property->Name = name;
-    property->PropType = &TypeInfoOf<Value>();
-    property->Access = std::move(access);
+    auto property = std::make_unique<TPropInfo>(name, &TypeInfoOf<Value>, std::move(access));
     FLast = property.get();
     FProperties.push_back(std::move(property));
     return std::move(*this);

@@ -153,7 +153,7 @@ TEST(Filer, EveryKindOfValueComesBack) {
 TEST(Filer, DefaultsAreLeftOut) {
   TDeck deck;
   const std::string bytes = Written(deck);
-  for (const char* name : {"Trump", "Ratio", "Big", "Next", "OnDeal", "Tag", "Name", "Size"})
+  for (const char* name : {"Trump", "Ratio", "Big", "Next", "OnDeal", "Tag", "\x04Name", "Size"})
     EXPECT_EQ(bytes.find(name), std::string::npos) << name;
   for (const char* name : {"Suits", "Back", "Font.Color", "Cards"})
     EXPECT_NE(bytes.find(name), std::string::npos) << name;
@@ -253,12 +253,9 @@ TEST(DesignComponent, AnyFormComesBackByteForByte) {
   Fill(deck);
   const std::string plain = Written(deck);
   // Prefixes: inherited with a child position, inline; a child list inside a child.
-  const std::string prefixed = std::string(
-      "TPF0\xF1\x05TMain\x04Main\x00\xF3\x02\x05\x04TBox\x00\x05"
-      "Odd.A\x0D\x00"
-      "\xF4\x04TBox\x01"
-      "B\x00\x00\x00\x00",
-      48);
+  const std::string prefixed =
+      "TPF0\xF1\x05TMain\x04Main\x00\xF3\x02\x05\x04TBox\x00\x05Odd.A\x0D\x00"
+      "\xF4\x04TBox\x01\x42\x00\x00\x00\x00"s;
   for (const std::string& stream : {plain, prefixed, Nested(1000000)}) {
     const auto root = ReadDesignForm(stream);
     EXPECT_TRUE(WriteDesignForm(*root) == stream);
