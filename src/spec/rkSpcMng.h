@@ -36,7 +36,7 @@ TObjectStorageFormat LoadSpcInner(std::unique_ptr<TSpcObject>& spc, const std::s
                                   bool askOnErrors, bool recreate);
 
 // Destroys the specification and makes a new one of its class. ESpcMngError when there is none, or
-// when objects of its class cannot be made (it is kept then).
+// when its class has no constructor without arguments.
 void RecreateSpc(std::unique_ptr<TSpcObject>& spc);
 
 // "1.01 4.00" for osfBin, "e_ver: 1.01 d_ver: 4.00" for osfText, else empty. The decimal separator

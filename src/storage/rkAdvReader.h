@@ -5,6 +5,10 @@
 
 namespace wrenfold {
 
+// The object whose components the names in an object's record refer to: the owner of a component
+// that has a named one, else the object itself.
+TPersistent* NamingRoot(TPersistent& object);
+
 // A reader that asks the user whether to go on when a property cannot be read.
 class TAdvReader : public TReader {
  public:

@@ -31,7 +31,7 @@ class TFilteringWriter : public TFitWriter {
 
  private:
   using TNames = std::unordered_set<std::string>;
-  bool Allows(const std::string& path, bool isObject);
+  bool Allows(std::string_view name, bool isObject);
 
   TNames FStored;  // all in lower case
   TNames FIgnored;

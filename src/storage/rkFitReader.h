@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "platform/core/Exceptions.h"
 #include "storage/rkAdvReader.h"
@@ -39,8 +40,8 @@ class TFitReader : public TAdvReader {
   void ReadFreeCollection(TFreeCollection& collection, bool reorder);
 
  private:
-  std::string FindItemKey(std::string_view propertyName);
-  void SkipProperties();
+  void ReadRecordHead();
+  std::string PeekItemKey(std::string_view propertyName);
 };
 
 }  // namespace wrenfold

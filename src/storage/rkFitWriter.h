@@ -44,6 +44,9 @@ class TFitWriter : public TWriter {
   void WriteCollectionEx(TCollection& collection);
 
   using TWriter::WritePropName;
+
+ private:
+  bool IsStored(TPersistent& object, const TPropInfo& property) const;
 };
 
 }  // namespace wrenfold

@@ -80,8 +80,9 @@ TValueType TReader::ReadValue() {
   return FBytes.ReadValueType();
 }
 
+// Where a property name may come its length stands, which is no tag.
 bool TReader::EndOfList() const {
-  return NextValue() == TValueType::vaNull;
+  return TByteReader(FBytes).PeekByte("a value or the end of a list") == 0;
 }
 
 bool TReader::ReadBoolean() {
@@ -208,8 +209,7 @@ void TReader::ReadListBegin() {
 }
 
 void TReader::ReadListEnd() {
-  if (NextValue() != TValueType::vaNull) RaiseInvalidValue("the end of a list");
-  ReadValue();
+  if (!FBytes.SkipEndOfList("the end of a list")) FBytes.Fail("the end of a list");
 }
 
 void TReader::ReadSignature() {
@@ -259,7 +259,7 @@ TComponent* TReader::ReadRootComponent(TComponent* root) {
   root->SetComponentState(csLoading, true);
   root->SetName(name);
   ReadDataInner(*root);
-  ResolveReferences();
+  ResolveReferences(root);
   for (TComponent* component : root->Components())
     if (component->ComponentState().Contains(csLoading)) component->Loaded();
   root->Loaded();
@@ -493,14 +493,14 @@ void TReader::ReadCollection(TCollection& collection) {
 }
 
 // References by component name are settled when all components are there.
-void TReader::ResolveReferences() {
+void TReader::ResolveReferences(TComponent* root) {
   for (const TReference& reference : std::exchange(FReferences, {})) {
-    TComponent* target = FOwner;
+    TComponent* target = root;
     std::string_view rest = reference.Name;
     while (target != nullptr && !rest.empty()) {
       const auto dot = std::min(rest.find('.'), rest.size());
       const std::string_view name = rest.substr(0, dot);
-      const bool self = target == FOwner && (name == "Owner" || EqualText(name, target->Name()));
+      const bool self = target == root && (name == "Owner" || EqualText(name, target->Name()));
       if (!self || target->FindComponent(name) != nullptr) target = target->FindComponent(name);
       rest.remove_prefix(std::min(dot + 1, rest.size()));
     }

@@ -105,6 +105,8 @@ class TReader : public TFiler {
   // registry unless a descendant knows better. Raises EClassNotFound.
   virtual TComponent* CreateComponent(std::string_view className, std::string_view name,
                                       TComponent* owner);
+  // Settles the references by component name that were read, from the root on (null: none can be).
+  void ResolveReferences(TComponent* root);
   // The bytes behind Position(), for records that only a descendant knows.
   TByteReader& Bytes() { return FBytes; }
 
@@ -120,7 +122,6 @@ class TReader : public TFiler {
   void ReadDataInner(TComponent& component);
   void ReadComponent(TComponent& parent);
   void ReadChildren(TComponent& component);
-  void ResolveReferences();
   [[noreturn]] void RaiseInvalidValue(const char* expected) const;
 
   struct TReference {

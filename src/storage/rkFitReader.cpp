@@ -1,0 +1,114 @@
+#include "storage/rkFitReader.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include "platform/core/SysUtils.h"
+#include "storage/rkKeyedCollections.h"
+#include "storage/rkObjectSaver.h"
+
+namespace wrenfold {
+
+namespace {
+
+// The items of a collection by their keys; of equal keys the first item counts.
+template <class Item>
+using TItemsByKey = std::unordered_map<std::string, Item*>;
+
+void MoveTo(TCollection& collection, TCollectionItem& item, int index) {
+  const int place = std::min(index, collection.Count() - 1);
+  if (collection.Item(place) != &item) item.SetIndex(place);
+}
+
+bool IsStringValue(TValueType type) {
+  return type == TValueType::vaString || type == TValueType::vaLString ||
+         type == TValueType::vaUTF8String || type == TValueType::vaWString;
+}
+
+}  // namespace
+
+// A resource header may stand in front of a record, as the form's recognition allows.
+void TFitReader::ReadRecordHead() {
+  if (Bytes().PeekByte("the signature of a stored object") == ResourceMark) ReadResHeader();
+  ReadSignature();
+}
+
+std::string TFitReader::ReadAsComponent(TPersistent& object) {
+  Root = NamingRoot(object);
+  ReadRecordHead();
+  if (Bytes().ReadFilerFlags() & ffChildPos) Bytes().ReadIntegerValue();
+  Bytes().ReadShortString("a class name");
+  const std::string name(Bytes().ReadShortString("an object name"));
+  ReadProperties(object);
+  ReadListEnd();
+  ReadListEnd();
+  ResolveReferences(dynamic_cast<TComponent*>(Root));
+  return name;
+}
+
+void TFitReader::SkipObject() {
+  ReadRecordHead();
+  SkipComponent();
+}
+
+void TFitReader::SkipSetBody() {
+  while (!Bytes().ReadShortString("an element of a set").empty()) {
+  }
+}
+
+void TFitReader::ReadFixedCollection(TFixedCollection& collection, bool reorder) {
+  if (collection.Count() == 0) return SkipValue();
+  TCollection stored(collection.ItemClass());
+  ReadCollection(stored);
+  TItemsByKey<TCollectionItem> items;
+  for (TCollectionItem* item : collection.Items()) items.try_emplace(collection.KeyOf(*item), item);
+  items.erase("");
+  const TUpdate update(collection);
+  for (int i = 0; i < stored.Count(); ++i) {
+    const auto found = items.find(collection.KeyOf(*stored.Item(i)));
+    if (found == items.end()) continue;
+    CopyStoredProps(*found->second, *stored.Item(i));
+    if (reorder) MoveTo(collection, *found->second, i);
+  }
+}
+
+void TFitReader::ReadFreeCollection(TFreeCollection& collection, bool reorder) {
+  if (NextValue() != TValueType::vaCollection) Bytes().Fail("a collection");
+  ReadValue();
+  TItemsByKey<TWrapperItem> items;
+  for (int i = 0; i < collection.Count(); ++i)
+    items.try_emplace(collection.Item(i)->AObjectID, collection.Item(i));
+  items.erase("");
+  const TUpdate update(collection);
+  for (int i = 0; !EndOfList(); ++i) {
+    if (NextValue() != TValueType::vaList) ReadInteger();
+    ReadListBegin();
+    const auto found = items.find(PeekItemKey("AObjectID"));
+    if (found == items.end()) {
+      Bytes().SkipProperties();
+      continue;
+    }
+    ReadProperties(*found->second);
+    ReadListEnd();
+    if (reorder) MoveTo(collection, *found->second, i);
+  }
+  ReadListEnd();
+}
+
+// Looks through the properties of an item for its key and goes back to the first one.
+std::string TFitReader::PeekItemKey(std::string_view propertyName) {
+  const std::size_t start = Bytes().Position();
+  std::string key;
+  while (!EndOfList()) {
+    const std::string_view name = Bytes().ReadShortString("a property name");
+    if (EqualText(name, propertyName) && IsStringValue(NextValue())) {
+      key = ReadString();
+      break;
+    }
+    SkipValue();
+  }
+  Bytes().Seek(start);
+  return key;
+}
+
+}  // namespace wrenfold
