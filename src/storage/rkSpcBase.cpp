@@ -17,7 +17,7 @@ bool Contains(const std::vector<Procedure>& list, const Procedure& procedure) {
   return std::find(list.begin(), list.end(), procedure) != list.end();
 }
 
-// The first class of the list that the instance is of decides.
+// The first class of the list that the instance is of decides; without one it is ciObject.
 struct TClassRule {
   TBaseClassIdent Ident;
   bool (*Matches)(const TPersistent&);
@@ -31,7 +31,7 @@ bool IsOf(const TPersistent& instance) {
 constexpr TClassRule ClassRules[] = {
     {ciSpcObject, IsOf<TSpcObject>}, {ciSpcItem, IsOf<TSpcItem>},
     {ciItem, IsOf<TCollectionItem>}, {ciCollection, IsOf<TCollection>},
-    {ciComponent, IsOf<TComponent>}, {ciObject, IsOf<TPersistent>},
+    {ciComponent, IsOf<TComponent>},
 };
 
 }  // namespace
@@ -110,7 +110,7 @@ TBaseClassIdent ClassifyInstance(const TPersistent* instance) {
   if (instance == nullptr) return ciUnknown;
   const auto* rule = std::find_if(std::begin(ClassRules), std::end(ClassRules),
                                   [&](const TClassRule& r) { return r.Matches(*instance); });
-  return rule->Ident;
+  return rule != std::end(ClassRules) ? rule->Ident : ciObject;
 }
 
 }  // namespace wrenfold
