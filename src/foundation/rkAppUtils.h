@@ -10,8 +10,8 @@
 namespace wrenfold {
 
 // Writes the text and a line break to the end of a log file, in one write. A file of `maxSize`
-// bytes or more starts afresh with this entry; 0 means no limit. Raises EFCreateError or
-// EFOpenError naming the file.
+// bytes or more starts afresh with this entry; 0 means no limit. Raises EStreamError
+// naming the file and the reason.
 void AddLogData(const std::string& fileName, const std::string& text, std::uint64_t maxSize);
 
 // Class name and message of an exception, and of those nested in it, one a line. An exception of

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 
 #include "platform/core/Bytes.h"
+#include "platform/core/Files.h"
 #include "platform/core/Unicode.h"
 
 namespace wrenfold {
@@ -180,18 +180,17 @@ namespace {
 std::string ReadLibraryFile(const std::string& fileName) {
   namespace fs = std::filesystem;
   std::error_code error;
-  const auto fail = [&](std::string_view reason) {
-    throw EResourceLibraryError(fmt::format("{}: {}", fileName, reason));
-  };
-  if (!fs::is_regular_file(fileName, error)) fail("expected a file with a library of texts");
+  if (!fs::is_regular_file(fileName, error))
+    throw EResourceLibraryError(fileName + ": expected a file with a library of texts");
   const std::uintmax_t size = fs::file_size(fileName, error);
-  if (error) fail(error.message());
   if (size > TResourceLibrary::MaxFileSize)
-    fail(fmt::format("expected at most {} bytes, found {}", TResourceLibrary::MaxFileSize, size));
-  std::ifstream file(fileName, std::ios::binary);
-  std::string bytes(size, '\0');
-  if (!file.read(bytes.data(), static_cast<std::streamsize>(size))) fail("cannot be read");
-  return bytes;
+    throw EResourceLibraryError(fmt::format("{}: expected at most {} bytes, found {}", fileName,
+                                            TResourceLibrary::MaxFileSize, size));
+  try {
+    return ReadWholeFile(fileName);
+  } catch (const EStreamError& unreadable) {
+    throw EResourceLibraryError(unreadable.Message());
+  }
 }
 
 // At most `limit` units, without half of a surrogate pair at the cut.

@@ -1,0 +1,85 @@
+// The log, texts of exceptions, message dialogs.
+#include <gmock/gmock.h>
+
+#include "foundation/rkAppUtils.h"
+#include "platform/core/Exceptions.h"
+#include "platform/core/Files.h"
+
+namespace wrenfold {
+namespace {
+
+TEST(AddLogDataTest, AppendsUntilTheLimitThenStartsAfresh) {
+  struct TRow {
+    const char* Name;
+    const char* Before;  // null: no file
+    std::uint64_t MaxSize;
+    const char* Expected;
+  };
+  const TRow rows[] = {
+      {"new file", nullptr, 100, "entry\r\n"},
+      {"below the limit", "123456789", 10, "123456789entry\r\n"},
+      {"at the limit", "1234567890", 10, "entry\r\n"},
+      {"above the limit", "12345678901", 10, "entry\r\n"},
+      {"no limit", "1234567890", 0, "1234567890entry\r\n"},
+      {"empty file", "", 1, "entry\r\n"},
+  };
+  const std::string name = testing::TempDir() + "wrenfold_error.log";
+  for (const TRow& row : rows) {
+    SCOPED_TRACE(row.Name);
+    DeleteFile(name);
+    if (row.Before != nullptr) SafeWriteFile(name, row.Before);
+    AddLogData(name, "entry", row.MaxSize);
+    EXPECT_EQ(ReadWholeFile(name), row.Expected);
+  }
+  DeleteFile(name);
+  EXPECT_THROW(AddLogData(testing::TempDir() + "missing/directory/x.log", "entry", 0),
+               EStreamError);
+}
+
+struct ECustom : EListError {
+  using EListError::EListError;
+};
+
+template <class TThrow>
+std::string TextOf(TThrow raise) {
+  try {
+    raise();
+  } catch (...) {
+    return ExceptionText(std::current_exception());
+  }
+  return "nothing raised";
+}
+
+TEST(ExceptionTextTest, NamesClassAndMessageOfEveryLevel) {
+  EXPECT_EQ(TextOf([] { throw ECustom("index 3"); }), "ECustom: index 3");
+  EXPECT_EQ(TextOf([] { throw std::out_of_range("far"); }), "out_of_range: far");
+  EXPECT_EQ(TextOf([] { throw 5; }), "Unknown exception of type int");
+  EXPECT_EQ(ExceptionText(std::exception_ptr()), "No exception");
+  const auto nested = [] {
+    try {
+      throw EReadError("inner");
+    } catch (...) {
+      std::throw_with_nested(EFilerError("outer"));
+    }
+  };
+  EXPECT_EQ(TextOf(nested), "EFilerError: outer\r\nEReadError: inner");
+}
+
+TEST(MessageTest, AsksThroughTheInstalledProcedure) {
+  std::vector<TMsgDlgType> types;
+  const auto answer = [&types](const std::string& text, TMsgDlgType type, TMsgDlgButtons buttons) {
+    EXPECT_EQ(text, "text");
+    types.push_back(type);
+    return buttons.Contains(mbYes) ? mbYes : mbOK;
+  };
+  const TMessageDlgProc before = SetMessageDlgProc(answer);
+  EXPECT_EQ(MsgQuestion("text"), mbYes);
+  EXPECT_EQ(MsgWarning("text"), mbYes);
+  EXPECT_EQ(MsgError("text"), mbOK);
+  EXPECT_EQ(MsgInformation("text"), mbOK);
+  SetMessageDlgProc(before);
+  EXPECT_THAT(types, testing::ElementsAre(mtConfirmation, mtWarning, mtError, mtInformation));
+}
+
+}  // namespace
+}  // namespace wrenfold
