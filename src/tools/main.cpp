@@ -1,0 +1,130 @@
+// wrenfold-spc: convert, inspect and check stored objects and form files.
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+
+#include "tools/Commands.h"
+
+namespace wrenfold {
+namespace {
+
+constexpr std::size_t BarWidth = 30;
+constexpr std::size_t MaxShownName = 40;
+
+class TTerminal : public TOutput {
+ public:
+  void Line(const std::string& text) override {
+    HideBar();
+    std::printf("%s\n", text.c_str());
+  }
+  void Error(const std::string& text) override {
+    HideBar();
+    std::fflush(stdout);
+    std::fprintf(stderr, "wrenfold-spc: %s\n", text.c_str());
+  }
+  void Progress(std::size_t done, std::size_t total, const std::string& what) override {
+    if (!FIsTerminal || total < 2) return;
+    if (done == total) return HideBar();
+    const std::size_t filled = BarWidth * done / total;
+    const std::string bar = std::string(filled, '#') + std::string(BarWidth - filled, '.');
+    const std::string name =
+        what.size() > MaxShownName ? what.substr(what.size() - MaxShownName) : what;
+    std::fflush(stdout);
+    std::fprintf(stderr, "\r\033[K[%s] %zu/%zu %s", bar.c_str(), done, total, name.c_str());
+    FBarShown = true;
+  }
+
+ private:
+  void HideBar() {
+    if (!FBarShown) return;
+    std::fprintf(stderr, "\r\033[K");
+    FBarShown = false;
+  }
+
+  bool FIsTerminal = isatty(STDERR_FILENO) != 0;
+  bool FBarShown = false;
+};
+
+struct TArguments {
+  std::vector<std::string> Files;
+  std::string Form;
+  std::string Style{DefaultFormTextStyle().Name};
+  bool InPlace = false;
+};
+
+std::vector<std::string> StyleNames() {
+  std::vector<std::string> names;
+  for (const TFormTextStyle& style : FormTextStyles()) names.emplace_back(style.Name);
+  return names;
+}
+
+std::string StyleHelp() {
+  std::string text = "Styles of the text form:\n";
+  for (const TFormTextStyle& style : FormTextStyles())
+    text.append("  ").append(style.Name).append(": ").append(style.Meaning).append("\n");
+  return text;
+}
+
+int Convert(const TArguments& arguments, TOutput& output) {
+  TConversion conversion;
+  FindStoredForm(arguments.Form, conversion.Form);
+  conversion.Style = FindFormTextStyle(arguments.Style);
+  if (arguments.InPlace) return RunConvertInPlace(arguments.Files, conversion, output);
+  if (arguments.Files.size() == 2)
+    return RunConvert(arguments.Files[0], arguments.Files[1], conversion, output);
+  output.Error("convert needs one input and one output, or --in-place");
+  return ecTrouble;
+}
+
+int Run(int argc, char** argv) {
+  CLI::App app{"Convert, inspect and check stored objects and form files.", "wrenfold-spc"};
+  app.set_version_flag("--version", "wrenfold-spc " WRENFOLD_VERSION);
+  app.require_subcommand(1);
+  TArguments arguments;
+
+  CLI::App* info = app.add_subcommand("info", "Tell what files are and hold");
+  info->add_option("FILE", arguments.Files, "Files or folders; - is standard input")->required();
+
+  CLI::App* convert = app.add_subcommand("convert", "Convert files from one form into another");
+  convert->add_option("FILE", arguments.Files, "IN and OUT, or with --in-place files and folders")
+      ->required();
+  convert->add_option("--to", arguments.Form, "The form to convert to")
+      ->required()
+      ->check(CLI::IsMember({"text", "binary", "resource"}));
+  convert->add_option("--style", arguments.Style, "The style of the text form")
+      ->check(CLI::IsMember(StyleNames()));
+  convert->add_flag("--in-place", arguments.InPlace, "Replace the files safely");
+  convert->footer(StyleHelp());
+
+  CLI::App* check =
+      app.add_subcommand("check", "Render files through their other form and compare");
+  check->add_option("FILE", arguments.Files, "Files or folders; - is standard input")->required();
+  check->footer(StyleHelp());
+
+  CLI::App* diff = app.add_subcommand("diff", "Compare two stored objects by meaning");
+  diff->add_option("FILE", arguments.Files, "Two files in any forms")->required()->expected(2);
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? ecFine : ecTrouble;
+  }
+  TTerminal terminal;
+  if (info->parsed()) return RunInfo(arguments.Files, terminal);
+  if (convert->parsed()) return Convert(arguments, terminal);
+  if (check->parsed()) return RunCheck(arguments.Files, terminal);
+  return RunDiff(arguments.Files[0], arguments.Files[1], terminal);
+}
+
+}  // namespace
+}  // namespace wrenfold
+
+int main(int argc, char** argv) {
+  try {
+    return wrenfold::Run(argc, argv);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "wrenfold-spc: %s\n", error.what());
+    return wrenfold::ecTrouble;
+  }
+}

@@ -1,0 +1,243 @@
+// The commands of wrenfold-spc over files in a folder of their own.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+#include "platform/core/Files.h"
+#include "tools/Commands.h"
+#include "tools/StoredWalk.h"
+
+namespace wrenfold {
+namespace {
+
+using namespace std::string_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+namespace fs = std::filesystem;
+
+class TCollected : public TOutput {
+ public:
+  void Line(const std::string& text) override { Lines.push_back(text); }
+  void Error(const std::string& text) override { Errors.push_back(text); }
+  void Progress(std::size_t, std::size_t, const std::string&) override {}
+
+  std::vector<std::string> Lines;
+  std::vector<std::string> Errors;
+};
+
+class CommandsTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string pattern = (fs::temp_directory_path() / "wrenfold-spc-XXXXXX").string();
+    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
+    Folder = pattern;
+  }
+  void TearDown() override { fs::remove_all(Folder); }
+
+  std::string Write(const std::string& name, std::string_view bytes) {
+    const std::string path = (Folder / name).string();
+    fs::create_directories(fs::path(path).parent_path());
+    SafeWriteFile(path, bytes);
+    return path;
+  }
+
+  fs::path Folder;
+  TCollected Output;
+};
+
+const std::string Form =
+    "object A: TForm1\r\n  Left = 8\r\n  object B: TButton\r\n  end\r\nend\r\n";
+const std::string FormBinary =
+    "TPF0\x06TForm1\x01"s + "A\x04Left\x02\x08\0\x07TButton\x01"s + "B\0\0\0"s;
+const std::string ResourceHeader = "\xFF\x0A\0TFORM1\0\x30\x10\x22\0\0\0"s;
+const std::string Wrapped = "TPF0\x08TWrapper\x00\x03I.N\x02\x01\0\0"s;
+const std::string WrappedText = "object TWrapper\r\n  I.N = 1\r\nend\r\n";
+const std::string Label = "stored Instance --> TWrapper\r\n";
+
+struct TConvertCase {
+  const char* Name;
+  std::string Bytes;
+  TStoredForm Form;
+  std::string Converted;
+};
+
+class ConvertTest : public CommandsTest, public testing::WithParamInterface<TConvertCase> {};
+
+TEST_P(ConvertTest, WritesTheOtherForm) {
+  const std::string from = Write("from.dfm", GetParam().Bytes);
+  const std::string to = (Folder / "to").string();
+  EXPECT_EQ(RunConvert(from, to, {.Form = GetParam().Form}, Output), ecFine);
+  EXPECT_THAT(Output.Errors, ElementsAre());
+  EXPECT_EQ(ReadWholeFile(to), GetParam().Converted);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Forms, ConvertTest,
+    testing::Values(
+        TConvertCase{"TextToBinary", Form, TStoredForm::Binary, FormBinary},
+        TConvertCase{"BinaryToText", FormBinary, TStoredForm::Text, Form},
+        TConvertCase{"LineFeedsOnly", "object A: T\nend\n", TStoredForm::Text,
+                     "object A: T\r\nend\r\n"},
+        TConvertCase{"ToResource", FormBinary, TStoredForm::Resource, ResourceHeader + FormBinary},
+        TConvertCase{"TwoRoots", Form + Form, TStoredForm::Binary, FormBinary + FormBinary},
+        TConvertCase{"ResourcesInARow", ResourceHeader + FormBinary + ResourceHeader + FormBinary,
+                     TStoredForm::Text, Form + Form},
+        TConvertCase{"HeaderToText", "sys_bin\0\x04"s + "1 2x" + Wrapped, TStoredForm::Text,
+                     "sys_txt 1 2x\r\n------------\r\n" + Label + WrappedText},
+        TConvertCase{"HeaderToBinary", "sys_txt\r\n-------\r\nany label\r\n" + WrappedText,
+                     TStoredForm::Binary, "sys_bin\0\0"s + Wrapped},
+        TConvertCase{"LabelWithoutHeader", Label + WrappedText, TStoredForm::Binary, Wrapped}),
+    [](const auto& row) { return row.param.Name; });
+
+TEST_F(CommandsTest, ConvertInPlaceLeavesUnchangedFilesUntouched) {
+  const std::string unixText = Write("a/unix.dfm", "object A: T\nend\n");
+  const std::string text = Write("a/b/text.DFM", Form);
+  const std::string binary = Write("a/binary.sbn", FormBinary);
+  const std::string other = Write("a/notes.txt", "object");
+  const auto old = fs::last_write_time(text) - std::chrono::hours(1);
+  for (const std::string& name : {unixText, text, binary, other}) fs::last_write_time(name, old);
+  EXPECT_EQ(RunConvertInPlace({Folder.string()}, {}, Output), ecFine);
+  EXPECT_THAT(Output.Lines, ElementsAre("converted 3 files: 1 changed, 2 unchanged, 0 failed"));
+  for (const std::string& name : {unixText, text, other})
+    EXPECT_EQ(fs::last_write_time(name), old) << name;
+  EXPECT_EQ(ReadWholeFile(binary), Form);
+}
+
+TEST_F(CommandsTest, ConvertOfABadFileNamesThePlaceAndLeavesEveryFileAsItWas) {
+  const std::string bad = "object A: T\r\n  P = 'open\r\nend\r\n";
+  const std::string name = Write("bad.dfm", bad);
+  const std::string to = Write("to.dfm", "old");
+  EXPECT_EQ(RunConvert(name, to, {.Form = TStoredForm::Binary}, Output), ecTrouble);
+  EXPECT_EQ(RunConvertInPlace({name}, {.Form = TStoredForm::Binary}, Output), ecTrouble);
+  EXPECT_THAT(Output.Errors,
+              testing::Each(HasSubstr(name + ": Line 2, column 7: expected a string")));
+  EXPECT_EQ(Output.Errors.size(), 2u);
+  EXPECT_EQ(ReadWholeFile(to), "old");
+  EXPECT_EQ(ReadWholeFile(name), bad);
+}
+
+TEST_F(CommandsTest, CheckCountsAndShowsTheLineThatDiffers) {
+  const std::string good = Write("1.dfm", Form);
+  const std::string fixed = Write("2.dfm", "object A: T\n  F = 1.000000000000000000\nend\n");
+  const std::string odd = Write("3.dfm", "object A: T\r\n  S = 'a' + 'b'\r\nend\r\n");
+  const std::string none = Write("4.dfm", "unit A;");
+  const std::string binary = Write("5.dfm", FormBinary);
+  EXPECT_EQ(RunCheck({Folder.string()}, Output), ecTrouble);
+  EXPECT_THAT(
+      Output.Lines,
+      ElementsAre(good + ": identical, text, style plain", fixed + ": identical, text, style fixed",
+                  odd + ": different at line 2", "  file:       S = 'a' + 'b'",
+                  "  rendered:   S = 'ab'", binary + ": identical, binary, style plain",
+                  "checked 5 files: 3 identical, 1 different, 1 unreadable"));
+  EXPECT_THAT(Output.Errors, ElementsAre(HasSubstr(none + ": ")));
+  EXPECT_EQ(RunCheck({good, odd}, Output), ecFindings);
+  EXPECT_EQ(RunCheck({good}, Output), ecFine);
+}
+
+TEST_F(CommandsTest, CheckOfBinaryFindsTheStyleThatLosesNothing) {
+  const std::string exact = Write(
+      "exact.dfm", "TPF0\x01T\x01"s + "A\x01P\x05\xAB\xAA\xAA\xAA\xAA\xAA\xAA\xAA\xFD\x3F\0\0"s);
+  const std::string wide = Write("wide.dfm", "TPF0\x01T\x01"s + "A\x01P\x03\x01\0\0\0"s);
+  EXPECT_EQ(RunCheck({exact, wide}, Output), ecFindings);
+  EXPECT_THAT(Output.Lines, testing::Contains(exact + ": identical, binary, style exact"));
+  EXPECT_THAT(Output.Lines, testing::Contains(HasSubstr("different at offset 10: another tag")));
+}
+
+TEST_F(CommandsTest, InfoTellsFormCountsAndTags) {
+  const std::string form = Write("form.dfm", Form);
+  EXPECT_EQ(RunInfo({form}, Output), ecFine);
+  EXPECT_THAT(Output.Lines,
+              ElementsAre(form + ": form, text", "  A: TForm1, 2 components, 1 properties",
+                          "  value tags: vaInt8 1"));
+  const std::string spec = Write("spec.sbn", "sys_bin\0\x03"s + "1 2" + Wrapped);
+  EXPECT_EQ(RunInfo({spec}, Output), ecFine);
+  EXPECT_THAT(Output.Lines, testing::Contains(spec + ": specification, binary"));
+  EXPECT_THAT(Output.Lines, testing::Contains("  data header, description \"1 2\""));
+  const std::string extended = Write("spec.sbe", "TPF0\x04Left\x02\x08\0\x03Top\x09\0"s);
+  EXPECT_EQ(RunInfo({extended}, Output), ecFine);
+  EXPECT_THAT(Output.Lines, testing::Contains(extended + ": specification, extended"));
+  EXPECT_THAT(Output.Lines, testing::Contains(HasSubstr("2 properties")));
+}
+
+struct TDiffCase {
+  const char* Name;
+  std::string Left;  // what stands in one object
+  std::string Right;
+  std::vector<std::string> Lines;
+};
+
+class DiffTest : public CommandsTest, public testing::WithParamInterface<TDiffCase> {};
+
+TEST_P(DiffTest, ComparesByMeaning) {
+  const std::string left = Write("left.dfm", "object A: T\r\n" + GetParam().Left + "\r\nend\r\n");
+  const std::string text = Write("right.txt", "object A: T\r\n" + GetParam().Right + "\r\nend\r\n");
+  const std::string right = (Folder / "right.bin").string();
+  ASSERT_EQ(RunConvert(text, right, {.Form = TStoredForm::Resource}, Output), ecFine);
+  EXPECT_EQ(RunDiff(left, right, Output), GetParam().Lines.empty() ? ecFine : ecFindings);
+  EXPECT_EQ(Output.Lines, GetParam().Lines);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Cases, DiffTest,
+    testing::Values(
+        TDiffCase{"FormDoesNotMatter", "P = 1", "P = 1", {}},
+        TDiffCase{"WholeFloatIsAnInteger", "P = 2", "P = 2.0", {}},
+        TDiffCase{"SetsHaveNoOrder", "P = [a, b]", "P = [b, a]", {}},
+        TDiffCase{"PropertiesHaveNoOrder", "P = 1 Q = 2", "Q = 2 P = 1", {}},
+        TDiffCase{"StringIsNoIdentifier", "P = 'x'", "P = x", {"! property A.P: 'x' -> x"}},
+        TDiffCase{"Missing", "P = 1", "", {"- property A.P: 1"}},
+        TDiffCase{"EmptyListIsAValue", "", "P = ()", {"+ property A.P: ()"}},
+        TDiffCase{"ListElement", "P = (1 2)", "P = (1 3)", {"! property A.P[1]: 2 -> 3"}},
+        TDiffCase{"ItemProperty",
+                  "P = <item Q = 1 end>",
+                  "P = <item Q = 2 end>",
+                  {"! property A.P[0].Q: 1 -> 2"}},
+        TDiffCase{"ComponentClass",
+                  "object B: U end",
+                  "inherited B: U end",
+                  {"! component A.B: U -> inherited U"}},
+        TDiffCase{"ComponentOrder",
+                  "object B: U end object C: U end",
+                  "object C: U end object B: U end",
+                  {"! order of components: A.C stands where A.B was"}}),
+    [](const auto& row) { return row.param.Name; });
+
+TEST_F(CommandsTest, DiffOfAnUnreadableFileIsTrouble) {
+  const std::string good = Write("good.dfm", Form);
+  EXPECT_EQ(RunDiff(good, (Folder / "missing.dfm").string(), Output), ecTrouble);
+  EXPECT_THAT(Output.Errors, ElementsAre(HasSubstr("missing.dfm")));
+}
+
+TEST(FlattenObject, DeepNestingIsRefused) {
+  const std::string deep = "TPF0\x01T\x01"s + "A\x01P"s + std::string(1'000'000, '\x01');
+  EXPECT_THROW(FlattenObject(deep, true), EReadError);
+}
+
+// The program itself.
+
+int ExitCodeOf(const std::string& arguments) {
+  const std::string command = WRENFOLD_BIN_DIR "/wrenfold-spc " + arguments + " >/dev/null 2>&1";
+  return WEXITSTATUS(std::system(command.c_str()));
+}
+
+TEST(Program, ExitCodesTellUsageFromFindings) {
+  const std::string samples = WRENFOLD_SOURCE_DIR "/tests/data/forms";
+  const std::string two = samples + "/dates.dfm " + samples + "/fixed.dfm";
+  const std::pair<std::string, int> rows[] = {{"--help", ecFine},
+                                              {"--version", ecFine},
+                                              {"", ecTrouble},
+                                              {"frobnicate", ecTrouble},
+                                              {"convert --to nonsense a b", ecTrouble},
+                                              {"convert --to text " + samples, ecTrouble},
+                                              {"check " + samples, ecFine},
+                                              {"info /nowhere.dfm", ecTrouble},
+                                              {"diff " + two, ecFindings},
+                                              {"info - < " + samples + "/dates.dfm", ecFine}};
+  for (const auto& [arguments, code] : rows) EXPECT_EQ(ExitCodeOf(arguments), code) << arguments;
+}
+
+}  // namespace
+}  // namespace wrenfold
