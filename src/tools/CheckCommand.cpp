@@ -74,8 +74,7 @@ class TRoundTrip {
     RenderStoredFile(ParseStoredFile(FBack.View()), TStoredForm::Text, exact, right);
     if (left.View() != right.View()) return FindDifference(left.View(), right.View());
     TDifference difference;
-    difference.Original = difference.Rendered = fmt::format(
-        "the texts are equal, the bytes differ at offset {}", CommonPrefix(FBytes, FBack.View()));
+    difference.Common = CommonPrefix(FBytes, FBack.View());
     return difference;
   }
 
