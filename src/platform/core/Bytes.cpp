@@ -49,18 +49,6 @@ void TByteReader::ReadSignature() {
   FNext += FilerSignature.size();
 }
 
-TValueType TByteReader::PeekValueType() {
-  const std::uint8_t tag = PeekByte("a value tag");
-  if (tag > MaxValueType) Fail("a value tag (0 to 21)");
-  return static_cast<TValueType>(tag);
-}
-
-TValueType TByteReader::ReadValueType() {
-  const TValueType type = PeekValueType();
-  ++FNext;
-  return type;
-}
-
 std::int64_t TByteReader::ReadIntegerValue() {
   const std::size_t start = Position();
   switch (ReadValueType()) {
@@ -160,10 +148,8 @@ void TByteReader::SkipNested(std::string& nesting) {
   while (!nesting.empty()) {
     switch (nesting.back()) {
       case nsList:
-        if (SkipEndOfList("a value or the end of a list"))
-          nesting.pop_back();
-        else
-          SkipContent(ReadValueType(), nesting);
+        if (SkipEndOfList("a value or the end of a list")) nesting.pop_back();
+        else SkipContent(ReadValueType(), nesting);
         break;
       case nsItem:
         if (SkipEndOfList("a property or the end of an item")) {
@@ -247,11 +233,6 @@ void TByteWriter::WriteShortString(std::string_view text) {
 
 namespace {
 
-template <typename T>
-bool Holds(std::int64_t value) {
-  return value >= std::numeric_limits<T>::min() && value <= std::numeric_limits<T>::max();
-}
-
 std::uint32_t Length32(std::size_t size) {
   if (size > std::numeric_limits<std::uint32_t>::max())
     throw EWriteError("Stream write error: a value of more than four gigabytes");
@@ -259,22 +240,6 @@ std::uint32_t Length32(std::size_t size) {
 }
 
 }  // namespace
-
-void TByteWriter::WriteIntegerValue(std::int64_t value) {
-  if (Holds<std::int8_t>(value)) {
-    WriteValueType(TValueType::vaInt8);
-    WriteFixed(static_cast<std::int8_t>(value));
-  } else if (Holds<std::int16_t>(value)) {
-    WriteValueType(TValueType::vaInt16);
-    WriteFixed(static_cast<std::int16_t>(value));
-  } else if (Holds<std::int32_t>(value)) {
-    WriteValueType(TValueType::vaInt32);
-    WriteFixed(static_cast<std::int32_t>(value));
-  } else {
-    WriteValueType(TValueType::vaInt64);
-    WriteFixed(value);
-  }
-}
 
 void TByteWriter::WriteStringValue(std::string_view text) {
   if (text.size() <= 255) {

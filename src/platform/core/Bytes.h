@@ -72,8 +72,17 @@ class TByteReader {
 
   void ReadSignature();
   // The tag of the next value; a byte above MaxValueType is an error.
-  TValueType ReadValueType();
-  TValueType PeekValueType();
+  TValueType ReadValueType() {
+    const TValueType type = PeekValueType();
+    ++FNext;
+    return type;
+  }
+  TValueType PeekValueType() {
+    const std::uint8_t tag = PeekByte("a value tag");
+    if (tag > MaxValueType) [[unlikely]]
+      Fail("a value tag (0 to 21)");
+    return static_cast<TValueType>(tag);
+  }
   // True, and the cursor behind it, when the next byte is zero.
   bool SkipEndOfList(const char* expected) {
     if (PeekByte(expected) != 0) return false;
@@ -165,7 +174,19 @@ class TByteWriter {
 
   // Values with their tags. An integer takes the smallest tag that holds it, a string vaString up
   // to 255 bytes and vaLString above, an identifier its own tag for False, True, nil and Null.
-  void WriteIntegerValue(std::int64_t value);
+  void WriteIntegerValue(std::int64_t value) {
+    // By the bits that the magnitude needs, so that no branch has to be guessed.
+    static constexpr TIntegerForm forms[] = {{TValueType::vaInt8, 1},
+                                             {TValueType::vaInt16, 2},
+                                             {TValueType::vaInt32, 4},
+                                             {TValueType::vaInt64, 8}};
+    const auto bits = std::bit_width(static_cast<std::uint64_t>(value ^ (value >> 63)));
+    const TIntegerForm form = forms[(bits > 7) + (bits > 15) + (bits > 31)];
+    Reserve(1 + sizeof value);
+    *End() = static_cast<char>(form.Tag);
+    std::memcpy(End() + 1, &value, sizeof value);
+    FSize += 1 + form.Size;
+  }
   void WriteStringValue(std::string_view text);
   void WriteIdentValue(std::string_view name);
   void WriteExtendedValue(TExtended value);
@@ -176,6 +197,11 @@ class TByteWriter {
   std::size_t WriteResourceHeader(std::string_view name);
 
  private:
+  struct TIntegerForm {
+    TValueType Tag;
+    std::uint8_t Size;
+  };
+
   void Grow(std::size_t count);
 
   std::unique_ptr<char[]> FBuffer;

@@ -273,15 +273,21 @@ class TFormTextReader {
         FOut.WriteValueType(TValueType::vaCollection);
         return Push(TNesting::Collection);
       default:
-        if (IsDigit(first) || first == '-' || first == '$') return ReadNumber();
+        if (IsDigit(first) || first == '-') return ReadNumber();
+        if (first == '$') return ReadLongNumber();
         return ReadIdent();
     }
   }
 
   void ReadIdent() {
     const std::string_view word = ReadWord("a value");
-    if (word == "INF" || word == "NAN") return WriteNotFinite(word, false);
-    FOut.WriteIdentValue(word);
+    // Few words are other than identifiers, and all of them are short.
+    if (word.size() <= 5) {
+      if (word == "INF" || word == "NAN") return WriteNotFinite(word, false);
+      return FOut.WriteIdentValue(word);
+    }
+    FOut.WriteValueType(TValueType::vaIdent);
+    WriteName(word);
   }
 
   void WriteNotFinite(std::string_view word, bool negative) {
@@ -374,6 +380,19 @@ class TFormTextReader {
   };
 
   void ReadNumber() {
+    const char* next = *FNext == '-' ? FNext + 1 : FNext;
+    const char* const digits = next;
+    const std::int64_t magnitude = ReadShortNumber(next, FEnd);
+    if (next != digits && next != FEnd && !IsWordCharacter(*next)) {
+      const std::int64_t sign = -static_cast<std::int64_t>(digits != FNext);
+      FNext = next;
+      return FOut.WriteIntegerValue((magnitude ^ sign) - sign);
+    }
+    ReadLongNumber();
+  }
+
+  // Floats, hexadecimal numbers and those of more than eight digits.
+  void ReadLongNumber() {
     if (FEnd - FNext >= 4 && std::memcmp(FNext, "-INF", 4) == 0) {
       FNext += 4;
       return WriteNotFinite("INF", true);

@@ -31,6 +31,9 @@ constexpr std::size_t BinaryLineRoom = 2 * BinaryLineBytes + MaxIndent + 2 * Blo
 constexpr std::size_t MaxGrowth = 64;
 constexpr std::size_t FreeGrowth = 1 << 16;
 
+// CR LF.
+constexpr std::uint16_t LineEnd = 0x0A0D;
+
 class TFormTextWriter {
  public:
   TFormTextWriter(TByteReader& in, TByteWriter& out, const TFormTextStyle& style)
@@ -180,7 +183,8 @@ class TFormTextWriter {
 
   // A value that stands on its own: its line ends here, unless it is an element of a list.
   void EndValue() {
-    if (FNesting[FDepth - 1] != TNesting::List) Emit("\r\n");
+    if (FNesting[FDepth - 1] == TNesting::List) return;
+    FOut.WriteFixed(LineEnd);
   }
 
   void WriteValue() {
@@ -238,7 +242,12 @@ class TFormTextWriter {
 
   void EndInteger(std::int64_t value) {
     FOut.Reserve(LineRoom);
-    FOut.SetEnd(std::to_chars(FOut.End(), FOut.End() + 24, value).ptr);
+    char* out = FOut.End();
+    // Most numbers are small; 32 bits convert faster than 64.
+    if (static_cast<std::int32_t>(value) == value)
+      out = std::to_chars(out, out + 24, static_cast<std::int32_t>(value)).ptr;
+    else out = std::to_chars(out, out + 24, value).ptr;
+    FOut.SetEnd(out);
     EndValue();
   }
 

@@ -69,26 +69,47 @@ inline const char* SkipWord(const char* text, const char* end) {
 
 // The first byte of [text, end) that is no blank, tab or line break.
 inline const char* SkipBlanks(const char* text, const char* end) {
-  while (text != end) {
-    const char character = *text;
-    if (character == ' ') {
+  // Nearly always one line break and the indent of the next line.
+  if (end - text >= 2 && text[0] == '\r' && text[1] == '\n') text += 2;
 #ifdef __SSE2__
-      if (static_cast<std::size_t>(end - text) >= BlockSize) {
-        const __m128i blanks = _mm_cmpeq_epi8(detail::LoadBlock(text), _mm_set1_epi8(' '));
-        const unsigned other = ~static_cast<unsigned>(_mm_movemask_epi8(blanks)) & 0xFFFF;
-        text += other != 0 ? static_cast<std::size_t>(std::countr_zero(other)) : BlockSize;
-        continue;
-      }
-#endif
-      ++text;
-    } else if (character == '\n' || character == '\r' || (character >= '\t' && character < '\n') ||
-               character == '\v' || character == '\f') {
-      ++text;
-    } else {
-      break;
-    }
+  for (; static_cast<std::size_t>(end - text) >= BlockSize; text += BlockSize) {
+    const __m128i blanks = _mm_cmpeq_epi8(detail::LoadBlock(text), _mm_set1_epi8(' '));
+    const unsigned other = ~static_cast<unsigned>(_mm_movemask_epi8(blanks)) & 0xFFFF;
+    if (other == 0) continue;
+    text += std::countr_zero(other);
+    break;
   }
+#endif
+  while (text != end && (*text == ' ' || (*text >= '\t' && *text <= '\r'))) ++text;
   return text;
+}
+
+// The value of the decimal digits at the front of [text, end), if they are at most eight; `text`
+// moves behind them. A longer number leaves `text` on its first digit and gives 0.
+inline std::uint32_t ReadShortNumber(const char*& text, const char* end) {
+  if (end - text < 9) {
+    std::uint32_t value = 0;
+    const char* next = text;
+    for (; next != end && *next >= '0' && *next <= '9'; ++next)
+      value = value * 10 + static_cast<std::uint32_t>(*next - '0');
+    text = next;
+    return value;
+  }
+  std::uint64_t digits = 0;
+  std::memcpy(&digits, text, sizeof digits);
+  // Bytes that are no digits get their high bit set; the sums stay within a byte.
+  digits ^= 0x3030303030303030;
+  const std::uint64_t others = (digits | (digits + 0x7676767676767676)) & 0x8080808080808080;
+  const int count = others != 0 ? std::countr_zero(others) / 8 : 8;
+  if (count == 0 || (count == 8 && text[8] >= '0' && text[8] <= '9')) return 0;
+  text += count;
+  // Leading zeros in front, then pairs, fours and eights.
+  digits <<= 8 * (8 - count);
+  digits = digits * 10 + (digits >> 8);
+  constexpr std::uint64_t pairs = 0x000000FF000000FF;
+  constexpr std::uint64_t low = 100 + (std::uint64_t{1000000} << 32);
+  constexpr std::uint64_t high = 1 + (std::uint64_t{10000} << 32);
+  return static_cast<std::uint32_t>(((digits & pairs) * low + (digits >> 16 & pairs) * high) >> 32);
 }
 
 // Copies from [text, end) to `out` up to the first control code or quote and returns that place in
