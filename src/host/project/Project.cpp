@@ -37,6 +37,8 @@ std::unique_ptr<TProject> TProject::Open(const std::string& fileName,
   std::unique_ptr<TProject> project(new TProject(TTextFile::Load(path.string())));
   project->FFolder = path.parent_path().string();
   project->FSymbols = symbols;
+  // Projects that two compilers build tell them apart by this symbol.
+  if (EqualText(path.extension().string(), ".lpr")) project->FSymbols.insert("FPC");
   project->Refresh();
   return project;
 }

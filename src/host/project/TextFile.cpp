@@ -17,6 +17,14 @@ std::size_t HashOf(std::string_view bytes) {
   return std::hash<std::string_view>()(bytes);
 }
 
+bool IsReadOnly(const std::string& fileName) {
+  struct stat status;
+  if (stat(fileName.c_str(), &status) != 0) return false;
+  // A file that nobody may write is meant to stay as it is, whatever rights this user has.
+  constexpr mode_t anybody = S_IWUSR | S_IWGRP | S_IWOTH;
+  return (status.st_mode & anybody) == 0 || access(fileName.c_str(), W_OK) != 0;
+}
+
 }  // namespace
 
 TTextFile TTextFile::Load(const std::string& fileName, int codePage) {
@@ -66,11 +74,7 @@ TDiskState TTextFile::DiskState() const {
 }
 
 bool TTextFile::ReadOnly() const {
-  struct stat status;
-  if (stat(FFileName.c_str(), &status) != 0) return false;
-  // A file that nobody may write is meant to stay as it is, whatever rights this user has.
-  constexpr mode_t anybody = S_IWUSR | S_IWGRP | S_IWOTH;
-  return (status.st_mode & anybody) == 0 || access(FFileName.c_str(), W_OK) != 0;
+  return IsReadOnly(FFileName);
 }
 
 void TTextFile::Save() {
@@ -78,6 +82,10 @@ void TTextFile::Save() {
 }
 
 void TTextFile::SaveAs(const std::string& fileName) {
+  // The file would be replaced, which its own permissions do not prevent.
+  if (IsReadOnly(fileName))
+    throw EFCreateError(
+        fmt::format("{}: the file is read-only; save the text under another name", fileName));
   const std::string bytes = EncodeText(FText, FFormat, fileName);
   SafeWriteFile(fileName, bytes);
   FFileName = fileName;

@@ -43,7 +43,8 @@ class TTextFile {
   bool ReadOnly() const;
 
   // Writes the text in the file's encoding. The old file stays as it was when that fails: raises
-  // ETextEncodingError for a character that the encoding lacks, EFCreateError for a failed write.
+  // ETextEncodingError for a character that the encoding lacks, EFCreateError for a read-only file
+  // or a failed write.
   void Save();
   // The same under another name, which the text has from then on.
   void SaveAs(const std::string& fileName);

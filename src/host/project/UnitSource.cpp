@@ -70,7 +70,7 @@ class TPascalUnitReader {
   void ReadDeclaration() {
     const TSourceToken name = FToken;
     Advance();
-    if (FToken.IsSymbol('<')) SkipTypeParameters();
+    if (FToken.IsSymbol('<') && !SkipTypeParameters()) return;
     if (!FToken.IsSymbol('=')) return;
     Advance();
     TakeWord("packed");
@@ -87,15 +87,22 @@ class TPascalUnitReader {
                                FPlaces.At(name.Offset)});
   }
 
-  // Type parameters are names, commas, constraints; anything else means that it was a comparison.
-  void SkipTypeParameters() {
+  // Stands at '<'. What is not closed before a '=' was a comparison: nothing is passed over then,
+  // so that no declaration behind it is lost.
+  bool SkipTypeParameters() {
+    const TPascalScanner before = FScanner;
     int depth = 0;
     do {
       if (FToken.IsSymbol('<')) ++depth;
       if (FToken.IsSymbol('>')) --depth;
-      if (FToken.IsSymbol('=') || FToken.IsSymbol('(') || FToken.Kind == TTokenKind::End) return;
+      if (FToken.IsSymbol('=') || FToken.IsSymbol('(') || FToken.Kind == TTokenKind::End) {
+        FScanner = before;
+        Advance();
+        return false;
+      }
       Advance();
     } while (depth > 0);
+    return true;
   }
 
   TPascalScanner FScanner;

@@ -32,12 +32,12 @@ const TClassCase ClassCases[] = {
      "TMain = class(Base.Forms.TBase, IThing) end; TBare = class x: Integer; end;",
      "TMain<TBase TBare<TObject"},
     {"TypeParameters", "a.pas",
-     "TList<T: class, constructor> = class(TBase<T>) end; TMain = class(TForm) end;",
+     "TList<T: class; K: record> = class(TBase<T>) end; TMain = class(TForm) end;",
      "TList<TBase TMain<TForm"},
     {"SealedAndAbstract", "a.pas", "TA = class abstract(TForm) end; TB = packed class(TFrame) end;",
      "TA<TForm TB<TFrame"},
-    {"ComparisonIsNoTypeParameter", "a.pas",
-     "const C = A < B; D = 1; type TMain = class(TForm) end;", "TMain<TForm"},
+    {"ComparisonIsNoTypeParameter", "a.pas", "const C = A < B; type TMain = class(TForm) end;",
+     "TMain<TForm"},
     {"ImplementationIsNotRead", "a.pas", "implementation type TMain = class(TForm) end;", ""},
     {"LeftOutBranch", "a.pas",
      "{$IFDEF NO}TMain = class(TNo){$ELSE}TMain = class(TForm){$ENDIF} end;", "TMain<TForm"},
@@ -79,10 +79,12 @@ TEST(Project, FindsFilesWhateverTheirSlashAndLetterCaseAndListsMissingOnes) {
 TEST(Project, UnitsWithoutAFileNameAreThoseBesideTheProject) {
   const TTemporaryFolder folder;
   folder.Write("unit1.pas", "");
+  folder.Write("unit1.lfm", "object Form1: TForm1\n  Left = 1\nend\n");
   folder.Write("Unit2.pp", "");
-  const auto program =
-      TProject::Open(folder.Write("a.lpr", "program a; uses Interfaces, Unit1, Unit2, Unit3;"));
+  const auto program = TProject::Open(folder.Write(
+      "a.lpr", "program a; uses {$IFDEF FPC}Interfaces, Unit1{$ENDIF}, Unit2, Unit3;"));
   ASSERT_EQ(program->Modules().size(), 2u);
+  EXPECT_EQ(program->Modules()[0].FormName, "Form1");
   EXPECT_EQ(program->Modules()[1].FileName, folder.Path() + "/Unit2.pp");
   const auto package = TProject::Open(folder.Write("b.dpk", "package b; contains Unit1, Unit3;"));
   ASSERT_EQ(package->Modules().size(), 2u);

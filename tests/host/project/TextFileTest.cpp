@@ -161,13 +161,17 @@ TEST(TextFile, MissingFileAndFolderAreRefusedByName) {
   }
 }
 
-TEST(TextFile, ReadOnlyFileIsSeenAsSuch) {
+TEST(TextFile, ReadOnlyFileIsNotReplaced) {
   const TTemporaryFolder folder;
   const std::string name = folder.Write("a.pas", "one");
   TTextFile file = TTextFile::Load(name);
   EXPECT_FALSE(file.ReadOnly());
   chmod(name.c_str(), 0444);
   EXPECT_TRUE(file.ReadOnly());
+  file.SetText("two");
+  EXPECT_THROW(file.Save(), EFCreateError);
+  EXPECT_EQ(TTemporaryFolder::Read(name), "one");
+  EXPECT_TRUE(file.Modified());
 }
 
 }  // namespace
