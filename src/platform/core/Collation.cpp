@@ -65,11 +65,17 @@ std::string AnsiSortKey(const std::string& text) {
   return BytesOf(key);
 }
 
+bool AnsiSameText(std::string_view left, std::string_view right) {
+  if (IsAscii(left) && IsAscii(right)) return EqualText(left, right);
+  return Folded(left) == Folded(right);
+}
+
 int AnsiCompareText(const std::string& left, const std::string& right) {
   if (left == right) return 0;
-  if (CollationLocale() == nullptr && IsAscii(left) && IsAscii(right))
-    return CompareText(left, right);
-  return AnsiSortKey(left).compare(AnsiSortKey(right));
+  const locale_t locale = CollationLocale();
+  if (locale == nullptr && IsAscii(left) && IsAscii(right)) return CompareText(left, right);
+  if (locale == nullptr) return AnsiSortKey(left).compare(AnsiSortKey(right));
+  return wcscoll_l(Folded(left).c_str(), Folded(right).c_str(), locale);
 }
 
 }  // namespace wrenfold

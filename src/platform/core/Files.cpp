@@ -6,13 +6,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <utility>
 
 #include "platform/core/Exceptions.h"
-#include "platform/core/Streams.h"
 
 namespace wrenfold {
 
@@ -33,10 +35,18 @@ std::string DirectoryOf(const std::string& fileName) {
   return slash == 0 ? "/" : fileName.substr(0, slash);
 }
 
-// The file that a chain of links leads to, so that replacing it keeps the links.
+// The file that a chain of links leads to, whether it is there yet or not, so that replacing it
+// keeps the links.
 std::string LinkTarget(const std::string& fileName) {
-  char buffer[PATH_MAX];
-  return ::realpath(fileName.c_str(), buffer) != nullptr ? std::string(buffer) : fileName;
+  constexpr int maxLinks = 40;  // as the system has it
+  std::filesystem::path target(fileName);
+  std::error_code error;
+  for (int link = 0; link < maxLinks; ++link) {
+    const auto next = std::filesystem::read_symlink(target, error);
+    if (error) break;
+    target = target.parent_path() / next;
+  }
+  return target.string();
 }
 
 unsigned PermissionsOf(const std::string& fileName) {
@@ -102,7 +112,11 @@ class TReplacement {
 int TFileSystem::CreateNew(const std::string& fileName, unsigned permissions, int& handle) {
   handle = ::open(fileName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
   if (handle < 0) return errno;
-  return Outcome(::fchmod(handle, permissions));
+  const int error = Outcome(::fchmod(handle, permissions));
+  if (error == 0) return 0;
+  ::close(std::exchange(handle, -1));
+  ::unlink(fileName.c_str());
+  return error;
 }
 
 int TFileSystem::Write(int handle, std::string_view bytes, std::size_t& written) {
@@ -149,14 +163,23 @@ void SafeWriteFile(const std::string& fileName, std::string_view bytes) {
 }
 
 std::string ReadWholeFile(const std::string& fileName) {
-  if (DirectoryExists(fileName))
-    throw EFOpenError("Cannot open file " + fileName + ": a directory");
-  TFileStream stream(fileName, fmOpenRead);
-  std::string bytes(static_cast<std::size_t>(stream.Size()), '\0');
-  bytes.resize(stream.Read(bytes.data(), bytes.size()));
+  const int handle = ::open(fileName.c_str(), O_RDONLY | O_CLOEXEC);
+  if (handle < 0) throw EFOpenError("Cannot open file " + fileName + ": " + std::strerror(errno));
   // Files that do not know their size (pipes, files of the system) are read until they end.
-  char block[4096];
-  while (const std::size_t count = stream.Read(block, sizeof block)) bytes.append(block, count);
+  struct stat status {};
+  std::string bytes(::fstat(handle, &status) == 0 ? std::max<off_t>(status.st_size, 0) + 1 : 1,
+                    '\0');
+  std::size_t size = 0;
+  int error = 0;
+  for (ssize_t count = 1; count != 0;) {
+    if (size == bytes.size()) bytes.resize(size * 2 + 4096);
+    count = ::read(handle, bytes.data() + size, bytes.size() - size);
+    if (count > 0) size += static_cast<std::size_t>(count);
+    else if (count < 0 && errno != EINTR) count = 0, error = errno;
+  }
+  ::close(handle);
+  if (error != 0) throw EFOpenError("Cannot read file " + fileName + ": " + std::strerror(error));
+  bytes.resize(size);
   return bytes;
 }
 
@@ -193,7 +216,8 @@ bool DeleteFile(const std::string& fileName) {
 std::string ModuleFileName(const void* address) {
   Dl_info info{};
   if (::dladdr(address, &info) == 0 || info.dli_fname == nullptr) return {};
-  return LinkTarget(info.dli_fname);
+  char buffer[PATH_MAX];
+  return ::realpath(info.dli_fname, buffer) != nullptr ? buffer : info.dli_fname;
 }
 
 }  // namespace wrenfold

@@ -33,12 +33,12 @@ constexpr sys_days DayZero = sys_days(std::chrono::year(1899) / 12 / 30);
 }
 
 // A pattern as the system's locale gives it, in our letters; empty when it has parts that we have
-// no letter for.
+// no letter for. Years get all their digits, so that a date that becomes text stays the same date.
 std::string PatternFromLocale(std::string_view source) {
   static constexpr std::pair<char, std::string_view> parts[] = {{'d', "dd"},
                                                                 {'e', "d"},
                                                                 {'m', "mm"},
-                                                                {'y', "yy"},
+                                                                {'y', "yyyy"},
                                                                 {'Y', "yyyy"},
                                                                 {'H', "hh"},
                                                                 {'I', "hh"},
@@ -49,7 +49,7 @@ std::string PatternFromLocale(std::string_view source) {
                                                                 {'p', "am/pm"},
                                                                 {'T', "hh:nn:ss"},
                                                                 {'R', "hh:nn"},
-                                                                {'D', "mm/dd/yy"},
+                                                                {'D', "mm/dd/yyyy"},
                                                                 {'F', "yyyy-mm-dd"},
                                                                 {'r', "hh:nn:ss am/pm"}};
   std::string pattern;
@@ -171,31 +171,74 @@ int FullYear(int year, int digits) {
   return year < CenturyWindow ? 2000 + year : 1900 + year;
 }
 
-bool ScanDate(TTextScanner& scanner, TSystemTime& time, const TFormatSettings& settings) {
-  std::string order;  // of day, month and year
-  for (const char c : settings.ShortDateFormat)
-    if ((c == 'd' || c == 'm' || c == 'y') && order.find(c) == order.npos) order += c;
-  for (std::size_t i = 0; i < order.size(); ++i) {
-    int value = 0, digits = 0;
-    if (i > 0 && !scanner.Skip(settings.DateSeparator)) return false;
-    if (!scanner.Number(value, &digits)) return false;
-    if (order[i] == 'd') time.Day = value;
-    else if (order[i] == 'm') time.Month = value;
-    else time.Year = FullYear(value, digits);
+enum class THalfDay { Unknown, Am, Pm };
+
+bool ScanHalfDay(TTextScanner& scanner, THalfDay& half, const TFormatSettings& settings) {
+  if (scanner.SkipWord(settings.TimeAMString)) half = THalfDay::Am;
+  else if (scanner.SkipWord(settings.TimePMString)) half = THalfDay::Pm;
+  else return false;
+  return true;
+}
+
+// Reads one number of a pattern into the part of the time that the letter stands for.
+bool ScanNumber(TTextScanner& scanner, char letter, TSystemTime& time) {
+  int value = 0, digits = 0;
+  if (!scanner.Number(value, &digits)) return false;
+  switch (letter) {
+    case 'd':
+      time.Day = value;
+      break;
+    case 'm':
+      time.Month = value;
+      break;
+    case 'y':
+      time.Year = FullYear(value, digits);
+      break;
+    case 'h':
+      time.Hour = value;
+      break;
+    case 'n':
+      time.Minute = value;
+      break;
+    default:
+      time.Second = value;
   }
-  return order.size() == 3;
+  return true;
+}
+
+// Follows the pattern until the text stops doing so, and answers how many numbers were there; -1
+// when one is missing behind its separator. What the locale puts between them is skipped.
+int ScanPattern(TTextScanner& scanner, std::string_view pattern, TSystemTime& time, THalfDay& half,
+                const TFormatSettings& settings) {
+  int numbers = 0;
+  while (!pattern.empty()) {
+    const char letter = NextPart(pattern)[0];
+    if (letter == 'a') {
+      ScanHalfDay(scanner, half, settings);
+    } else if (std::string_view("dmyhns").find(letter) != std::string_view::npos) {
+      if (!ScanNumber(scanner, letter, time)) return -1;
+      ++numbers;
+    } else if (letter != ' ') {
+      const char separator = letter == '/'   ? settings.DateSeparator
+                             : letter == ':' ? settings.TimeSeparator
+                                             : letter;
+      if (!scanner.Skip(separator)) break;
+    }
+  }
+  return numbers;
+}
+
+bool ScanDate(TTextScanner& scanner, TSystemTime& time, const TFormatSettings& settings) {
+  THalfDay half = THalfDay::Unknown;
+  return ScanPattern(scanner, settings.ShortDateFormat, time, half, settings) == 3;
 }
 
 bool ScanTime(TTextScanner& scanner, TSystemTime& time, const TFormatSettings& settings) {
-  if (!scanner.Number(time.Hour)) return false;
-  if (scanner.Skip(settings.TimeSeparator)) {
-    if (!scanner.Number(time.Minute)) return false;
-    if (scanner.Skip(settings.TimeSeparator) && !scanner.Number(time.Second)) return false;
-  }
-  const bool am = scanner.SkipWord(settings.TimeAMString);
-  const bool pm = !am && scanner.SkipWord(settings.TimePMString);
-  if ((am || pm) && (time.Hour < 1 || time.Hour > 12)) return false;
-  if (am || pm) time.Hour = time.Hour % 12 + (pm ? 12 : 0);
+  THalfDay half = THalfDay::Unknown;
+  if (ScanPattern(scanner, settings.LongTimeFormat, time, half, settings) < 1) return false;
+  if (half == THalfDay::Unknown && !ScanHalfDay(scanner, half, settings)) return true;
+  if (time.Hour < 1 || time.Hour > 12) return false;
+  time.Hour = time.Hour % 12 + (half == THalfDay::Pm ? 12 : 0);
   return true;
 }
 
@@ -251,7 +294,7 @@ std::string FloatToStr(double value, const TFormatSettings& settings) {
 
 double StrToFloat(std::string_view text, const TFormatSettings& settings) {
   std::string number(Trim(text));
-  if (number.starts_with('+')) number.erase(0, 1);
+  if (number.starts_with('+') && !number.starts_with("+-")) number.erase(0, 1);
   const bool plain = number.find_first_not_of(std::string("0123456789eE+-") +
                                               settings.DecimalSeparator) == number.npos;
   std::replace(number.begin(), number.end(), settings.DecimalSeparator, '.');
@@ -263,6 +306,7 @@ double StrToFloat(std::string_view text, const TFormatSettings& settings) {
 }
 
 TSystemTime DecodeDateTime(TDateTime value) {
+  if (std::isnan(value.Value)) value = 0;  // a damaged file may hold anything
   // The date is counted towards minus infinity, the time away from zero.
   double whole = std::trunc(value.Value);
   auto fraction = static_cast<std::int64_t>(
@@ -290,12 +334,15 @@ TSystemTime DecodeDateTime(TDateTime value) {
 }
 
 TDateTime EncodeDateTime(const TSystemTime& time) {
-  const year_month_day date(std::chrono::year(time.Year),
-                            std::chrono::month(static_cast<unsigned>(time.Month)),
-                            std::chrono::day(static_cast<unsigned>(time.Day)));
   const auto within = [](int value, int limit) { return value >= 0 && value < limit; };
-  if (!date.ok() || time.Year < 1 || time.Year > 9999 || !within(time.Hour, 24) ||
-      !within(time.Minute, 60) || !within(time.Second, 60) || !within(time.Millisecond, 1000))
+  // The calendar's types hold a byte: a month of 257 would be January.
+  const bool fits =
+      within(time.Year - 1, 9999) && within(time.Month - 1, 12) && within(time.Day - 1, 31);
+  const year_month_day date(std::chrono::year(fits ? time.Year : 0),
+                            std::chrono::month(fits ? static_cast<unsigned>(time.Month) : 0),
+                            std::chrono::day(fits ? static_cast<unsigned>(time.Day) : 0));
+  if (!date.ok() || !within(time.Hour, 24) || !within(time.Minute, 60) ||
+      !within(time.Second, 60) || !within(time.Millisecond, 1000))
     throw EConvertError("Invalid argument to date encode");
   const auto day = static_cast<double>((sys_days(date) - DayZero).count());
   const double fraction =

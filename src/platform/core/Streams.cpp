@@ -23,7 +23,7 @@ std::int64_t SeekTarget(std::int64_t offset, TSeekOrigin origin, std::int64_t po
   const std::int64_t base = origin == soFromBeginning ? 0
                             : origin == soFromCurrent ? position
                                                       : size;
-  return std::clamp<std::int64_t>(base + offset, 0, size);
+  return base + std::clamp(offset, -base, size - base);
 }
 
 }  // namespace

@@ -110,9 +110,8 @@ void TStrings::AddStrings(const TStrings& source) {
 }
 
 int TStrings::IndexOf(std::string_view text) const {
-  const std::string wanted(text);
   for (int i = 0; i < Count(); ++i)
-    if (AnsiCompareText(Get(i), wanted) == 0) return i;
+    if (AnsiSameText(Get(i), text)) return i;
   return -1;
 }
 
@@ -224,7 +223,8 @@ void TStrings::SaveToFile(const std::string& fileName) const {
 }
 
 void TStrings::BeginUpdate() {
-  if (FUpdateCount++ == 0) SetUpdateState(true);
+  if (FUpdateCount == 0) SetUpdateState(true);
+  ++FUpdateCount;
 }
 
 void TStrings::EndUpdate() {
@@ -375,8 +375,8 @@ void TStringList::Changing() {
 }
 
 void TStringList::SetUpdateState(bool updating) {
-  if (updating) OnChanging(this);
-  else OnChange(this);
+  if (updating) Changing();
+  else Changed();
 }
 
 }  // namespace wrenfold

@@ -38,6 +38,10 @@ bool ParseInteger(std::string_view text, std::int64_t& value, bool& hexadecimal)
   return true;
 }
 
+bool Signed(std::string_view text) {
+  return Trim(text).starts_with('-');
+}
+
 std::size_t NameStart(std::string_view fileName) {
   std::size_t start = fileName.find_last_of(PathSeparators) + 1;  // npos + 1 is 0
   const bool drive = fileName.size() >= 2 && fileName[1] == ':' && IsAsciiLetter(fileName[0]);
@@ -98,7 +102,10 @@ bool TryStrToInt(std::string_view text, std::int32_t& value) {
   std::int64_t wide = 0;
   bool hexadecimal = false;
   if (!ParseInteger(text, wide, hexadecimal)) return false;
-  if (wide < INT32_MIN || wide > (hexadecimal ? std::int64_t{UINT32_MAX} : INT32_MAX)) return false;
+  // Hexadecimal texts of the full 64 bits come out negative here and are too large, too.
+  const bool tooLarge = hexadecimal ? wide > std::int64_t{UINT32_MAX} || (wide < 0 && !Signed(text))
+                                    : wide > INT32_MAX;
+  if (wide < INT32_MIN || tooLarge) return false;
   value = static_cast<std::int32_t>(wide);
   return true;
 }

@@ -24,6 +24,8 @@ bool EqualText(std::string_view left, std::string_view right);
 int CompareText(std::string_view left, std::string_view right);
 // The order of the user's locale, letter case ignored (UTF-8 texts).
 int AnsiCompareText(const std::string& left, const std::string& right);
+// Equal but for letter case; much quicker than the order.
+bool AnsiSameText(std::string_view left, std::string_view right);
 // Keys whose byte order is that order, for sorting many texts.
 std::string AnsiSortKey(const std::string& text);
 // Without leading and trailing blanks and control characters.

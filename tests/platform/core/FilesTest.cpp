@@ -1,0 +1,169 @@
+// Whole files: what a failed write leaves behind, links, permissions, bytes.
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "platform/core/Exceptions.h"
+#include "platform/core/Files.h"
+
+namespace wrenfold {
+namespace {
+
+namespace fs = std::filesystem;
+
+enum TStep { NoStep, AtCreate, AtWrite, AtLaterWrite, AtSync, AtClose, AtRename, AtSyncDirectory };
+
+// The real file system up to the step that fails. Writes are short, as they may be.
+class TFailingSystem : public TFileSystem {
+ public:
+  explicit TFailingSystem(TStep failing) : FFailing(failing), FBefore(SetFileSystem(this)) {}
+  ~TFailingSystem() override { SetFileSystem(FBefore); }
+
+  int CreateNew(const std::string& fileName, unsigned permissions, int& handle) override {
+    return FFailing == AtCreate ? EACCES : TFileSystem::CreateNew(fileName, permissions, handle);
+  }
+  int Write(int handle, std::string_view bytes, std::size_t& written) override {
+    if (FFailing == (FWrites++ == 0 ? AtWrite : AtLaterWrite)) return ENOSPC;
+    return TFileSystem::Write(handle, bytes.substr(0, 3), written);
+  }
+  int Sync(int handle) override { return FFailing == AtSync ? EIO : TFileSystem::Sync(handle); }
+  int Close(int handle) override {
+    const int result = TFileSystem::Close(handle);
+    return FFailing == AtClose ? EDQUOT : result;
+  }
+  int Rename(const std::string& from, const std::string& to) override {
+    return FFailing == AtRename ? EROFS : TFileSystem::Rename(from, to);
+  }
+  int SyncDirectory(const std::string& directory) override {
+    return FFailing == AtSyncDirectory ? EINVAL : TFileSystem::SyncDirectory(directory);
+  }
+
+ private:
+  TStep FFailing;
+  TFileSystem* FBefore;
+  int FWrites = 0;
+};
+
+class FilesTest : public testing::Test {
+ protected:
+  FilesTest() {
+    std::string pattern = testing::TempDir() + "files-XXXXXX";
+    FDirectory = ::mkdtemp(pattern.data());
+    ::chmod(FDirectory.c_str(), 0755);
+  }
+  ~FilesTest() override { fs::remove_all(FDirectory); }
+  std::string Path(const char* name) const { return (FDirectory / name).string(); }
+  std::ptrdiff_t Entries() const {
+    return std::distance(fs::directory_iterator(FDirectory), fs::directory_iterator());
+  }
+  fs::path FDirectory;
+};
+
+TEST_F(FilesTest, FailedWriteLeavesTheOldFileAndNothingElse) {
+  struct TRow {
+    TStep Step;
+    int Error;
+    const char* Text;
+  };
+  const TRow rows[] = {{AtCreate, EACCES, "creating a temporary file beside it failed"},
+                       {AtWrite, ENOSPC, "writing the temporary file failed"},
+                       {AtLaterWrite, ENOSPC, "writing the temporary file failed"},
+                       {AtSync, EIO, "syncing the temporary file failed"},
+                       {AtClose, EDQUOT, "closing the temporary file failed"},
+                       {AtRename, EROFS, "renaming the temporary file over it failed"}};
+  const std::string name = Path("settings");
+  SafeWriteFile(name, "old contents");
+  for (const TRow& row : rows) {
+    const TFailingSystem failing(row.Step);
+    try {
+      SafeWriteFile(name, "new contents");
+      ADD_FAILURE() << "no error from " << row.Text;
+    } catch (const EFCreateError& error) {
+      EXPECT_EQ(error.Message(),
+                "Cannot write " + name + ": " + row.Text + ": " + std::strerror(row.Error));
+    }
+    EXPECT_EQ(ReadWholeFile(name), "old contents") << row.Text;
+    EXPECT_EQ(Entries(), 1) << row.Text << ": the temporary file stayed";
+  }
+}
+
+TEST_F(FilesTest, WrittenFileStandsThoughItsDirectoryDoesNotSync) {
+  for (const TStep step : {NoStep, AtSyncDirectory}) {
+    const TFailingSystem failing(step);
+    SafeWriteFile(Path("file"), "written in short steps");
+    EXPECT_EQ(ReadWholeFile(Path("file")), "written in short steps");
+    EXPECT_EQ(Entries(), 1);
+  }
+}
+
+TEST_F(FilesTest, TemporaryFileOfSomebodyElseIsNotTaken) {
+  const std::string taken = Path("file") + '.' + std::to_string(::getpid()) + "-0.tmp";
+  AppendToFile(taken, "not ours");
+  SafeWriteFile(Path("file"), "ours");
+  EXPECT_EQ(ReadWholeFile(taken), "not ours");
+  EXPECT_EQ(ReadWholeFile(Path("file")), "ours");
+}
+
+TEST_F(FilesTest, ReadOnlyDirectoryIsAnErrorInWords) {
+  SafeWriteFile(Path("file"), "old");
+  ::chmod(FDirectory.c_str(), 0555);
+  const bool root = ::geteuid() == 0;  // may write everywhere: become somebody else
+  ASSERT_EQ(root ? ::seteuid(65534) : 0, 0);
+  std::string message;
+  try {
+    SafeWriteFile(Path("file"), "new");
+  } catch (const EFCreateError& error) {
+    message = error.Message();
+  }
+  ASSERT_EQ(root ? ::seteuid(0) : 0, 0);
+  ::chmod(FDirectory.c_str(), 0755);
+  EXPECT_EQ(message, "Cannot write " + Path("file") +
+                         ": creating a temporary file beside it failed: Permission denied");
+  EXPECT_EQ(ReadWholeFile(Path("file")), "old");
+}
+
+TEST_F(FilesTest, LinksAndPermissionsStay) {
+  fs::create_directory(Path("real"));
+  AppendToFile(Path("real/target"), "old");
+  ::chmod(Path("real/target").c_str(), 0640);
+  fs::create_symlink("real/target", Path("link"));
+  fs::create_symlink("link", Path("link to link"));
+  fs::create_symlink("real/not yet", Path("dangling"));
+  SafeWriteFile(Path("link to link"), "new");
+  SafeWriteFile(Path("dangling"), "made");
+  EXPECT_EQ(ReadWholeFile(Path("real/target")), "new");
+  EXPECT_EQ(ReadWholeFile(Path("real/not yet")), "made");
+  for (const char* link : {"link", "link to link", "dangling"})
+    EXPECT_TRUE(fs::is_symlink(Path(link))) << link;
+  EXPECT_EQ(fs::status(Path("real/target")).permissions(), fs::perms(0640));
+}
+
+TEST_F(FilesTest, UnreadableFilesAreErrorsNotEmptyTexts) {
+  // The last one opens but does not read.
+  for (const std::string& name :
+       {Path("missing"), FDirectory.string(), std::string("/proc/self/mem")})
+    try {
+      ReadWholeFile(name);
+      ADD_FAILURE() << name << " was read";
+    } catch (const EFOpenError& error) {
+      EXPECT_THAT(error.Message(), testing::HasSubstr(name + ": "));
+    }
+  EXPECT_FALSE(ReadWholeFile("/proc/self/maps").empty()) << "a file that does not know its size";
+  EXPECT_EQ(FileSize(Path("missing")), -1);
+}
+
+TEST_F(FilesTest, EveryByteComesBack) {
+  const std::string bytes("\0\r\n\xFF\x1A text", 10);
+  SafeWriteFile(Path("file"), bytes);
+  AppendToFile(Path("file"), bytes);
+  EXPECT_EQ(ReadWholeFile(Path("file")), bytes + bytes);
+  SafeWriteFile(Path("file"), "");
+  EXPECT_EQ(FileSize(Path("file")), 0);
+}
+
+}  // namespace
+}  // namespace wrenfold
