@@ -1,0 +1,36 @@
+// The error log beside the package, with the trails that a start or an end of the manager left.
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <string>
+
+#include "platform/core/Persistent.h"
+
+namespace wrenfold {
+
+// The way that the manager's constructor or destructor went, to tell where it failed.
+struct TTrail {
+  std::string Steps;    // "0" and the markers of the steps that were reached
+  std::string Experts;  // the experts that were created or destroyed, joined by CR LF
+  void Clear() { *this = {}; }
+  void AddExpert(const std::string& name) { Experts += (Experts.empty() ? "" : "\r\n") + name; }
+};
+
+struct TErrorLog {
+  std::string FileName;
+  bool Enabled = false;
+  std::uint32_t MaxSize = 0;  // kilobytes; 0: no limit
+  TTrail Constructor, Destructor;
+
+  // Appends an entry while the log is enabled; the trails are written once and cleared. A log that
+  // cannot be written is not worth another error: the failure goes to the standard error.
+  void Add(const TObject* sender, const std::exception_ptr& error);
+  // The text of an entry.
+  std::string EntryText(const TObject* sender, const std::exception_ptr& error) const;
+};
+
+// The one log of the loaded package.
+TErrorLog& ErrorLog();
+
+}  // namespace wrenfold

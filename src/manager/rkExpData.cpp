@@ -1,0 +1,199 @@
+// The settings classes of the manager and how they are stored.
+#include "manager/rkExpData.h"
+
+#include "locale/rkLocale.h"
+#include "storage/rkFitReader.h"
+#include "storage/rkFitWriter.h"
+
+namespace wrenfold {
+
+const TTypeInfo& TExpertInfo::ClassInfo() {
+  static const TTypeInfo info = Publish<TExpertInfo>("TExpertInfo", TSpcItem::ClassInfo())
+                                    .Prop("ExpertName", &TExpertInfo::ExpertName)
+                                    .Prop("Active", &TExpertInfo::Active);
+  return info;
+}
+
+void TExpertInfo::Assign(const TPersistent* source) {
+  const auto* other = dynamic_cast<const TExpertInfo*>(source);
+  if (other == nullptr) return TSpcItem::Assign(source);
+  ExpertName = other->ExpertName;
+  DisplayText = other->DisplayText;
+  Active = other->Active;
+}
+
+const TTypeInfo& TActiveExperts::ClassInfo() {
+  static const TTypeInfo info =
+      Publish<TActiveExperts>("TActiveExperts", TFixedCollection::ClassInfo());
+  return info;
+}
+
+std::string TActiveExperts::GetNodeName() const {
+  return LocaleStr(sInstalledExperts);
+}
+
+const TTypeInfo& TExpMenuItemData::ClassInfo() {
+  static const TTypeInfo info = Publish<TExpMenuItemData>("TExpMenuItemData", TSpcItem::ClassInfo())
+                                    .Prop("ItemID", &TExpMenuItemData::ItemID)
+                                    .Prop("HaveLineBefore", &TExpMenuItemData::HaveLineBefore)
+                                    .Prop("ShortCutText", &TExpMenuItemData::ShortCutText)
+                                    .Prop("Caption", &TExpMenuItemData::Caption)
+                                    .StoredWhen(&TExpMenuItemData::CaptionIsUsers)
+                                    .Prop("ImageIndex", &TExpMenuItemData::ImageIndex);
+  return info;
+}
+
+void TExpMenuItemData::Assign(const TPersistent* source) {
+  const auto* other = dynamic_cast<const TExpMenuItemData*>(source);
+  if (other == nullptr) return TSpcItem::Assign(source);
+  ItemID = other->ItemID;
+  Caption = other->Caption;
+}
+
+const TTypeInfo& TExpMenuData::ClassInfo() {
+  static const TTypeInfo info =
+      Publish<TExpMenuData>("TExpMenuData", TFixedCollection::ClassInfo());
+  return info;
+}
+
+std::string TExpMenuData::GetNodeName() const {
+  return LocaleStr(sExpertsMenu);
+}
+
+TExpMenuItemData& TExpMenuData::Demand(const std::string& itemId) {
+  TSpcItem* item = Find(itemId);
+  return static_cast<TExpMenuItemData&>(*(item != nullptr ? item : Add(itemId)));
+}
+
+const TTypeInfo& TCustomDataItem::ClassInfo() {
+  static const TTypeInfo info =
+      Publish<TCustomDataItem>("TCustomDataItem", TWrapperItem::ClassInfo());
+  return info;
+}
+
+const TTypeInfo& TCustomData::ClassInfo() {
+  static const TTypeInfo info = Publish<TCustomData>("TCustomData", TFreeCollection::ClassInfo());
+  return info;
+}
+
+std::string TCustomData::GetNodeName() const {
+  return LocaleStr(sSpecialSettings);
+}
+
+const TTypeInfo& TExpData::ClassInfo() {
+  static const TTypeInfo info = Publish<TExpData>("TExpData", TSpcObject::ClassInfo())
+                                    .Prop("ActiveExperts", &TExpData::ActiveExperts)
+                                    .NotStored()
+                                    .Prop("MenuData", &TExpData::MenuData)
+                                    .NotStored()
+                                    .Prop("CustomData", &TExpData::CustomData)
+                                    .NotStored();
+  return info;
+}
+
+TExpData::TExpData()
+    : ActiveExperts(std::make_unique<TActiveExperts>(this)),
+      MenuData(std::make_unique<TExpMenuData>(this)),
+      CustomData(std::make_unique<TCustomData>(this)) {}
+
+void TExpData::Assign(const TPersistent* source) {
+  const auto* other = dynamic_cast<const TExpData*>(source);
+  if (other == nullptr) return TSpcObject::Assign(source);
+  ActiveExperts->Assign(other->ActiveExperts.get());
+  CustomData->Assign(other->CustomData.get());
+  MenuData->Assign(other->MenuData.get());
+}
+
+void TExpData::DefineProperties(TFiler& filer) {
+  TSpcObject::DefineProperties(filer);
+  // Only the suite's own reader and writer match items by key.
+  auto* reader = dynamic_cast<TFitReader*>(&filer);
+  auto* writer = dynamic_cast<TFitWriter*>(&filer);
+  if (reader == nullptr && writer == nullptr) return;
+  const auto write = [writer](TCollection& collection) {
+    return [writer, &collection](TWriter&) { writer->WriteCollectionEx(collection); };
+  };
+  filer.DefineProperty(
+      "ActiveExperts_", [&](TReader&) { reader->ReadFixedCollection(*ActiveExperts, false); },
+      write(*ActiveExperts), true);
+  filer.DefineProperty(
+      "MenuData_", [&](TReader&) { reader->ReadFixedCollection(*MenuData, false); },
+      write(*MenuData), true);
+  filer.DefineProperty(
+      "CustomData_", [&](TReader&) { reader->ReadFreeCollection(*CustomData, false); },
+      write(*CustomData), true);
+}
+
+std::string TExpData::GetNodeName() const {
+  return LocaleStr(sExpertsSettings);
+}
+
+const TTypeInfo& TEditorFormData::ClassInfo() {
+  static const TTypeInfo info =
+      Publish<TEditorFormData>("TEditorFormData", TSpcObject::ClassInfo())
+          .Prop("AutoSaveSetting", &TEditorFormData::AutoSaveSetting)
+          .Prop("SaveSettingShortCut", &TEditorFormData::SaveSettingShortCut)
+          .Prop("Setting", &TEditorFormData::Setting);
+  return info;
+}
+
+std::string TEditorFormData::GetNodeName() const {
+  return LocaleStr(sEditorFormSettings);
+}
+
+const TTypeInfo& TExpManagerData::ClassInfo() {
+  static const TTypeInfo info =
+      Publish<TExpManagerData>("TExpManagerData", TSpcObject::ClassInfo())
+          .Prop("ExpertVersion", &TExpManagerData::ExpertVersion)
+          .Prop("AutoSaveSettings", &TExpManagerData::AutoSaveSettings)
+          .Prop("MainMenuSearchItem", &TExpManagerData::MainMenuSearchItem)
+          .Prop("InsertMenuBeforeItem", &TExpManagerData::InsertMenuBeforeItem)
+          .Prop("MenuHaveLineBefore", &TExpManagerData::MenuHaveLineBefore)
+          .Prop("MenuHaveLineAfter", &TExpManagerData::MenuHaveLineAfter)
+          .Prop("ErrorLogAllowed", &TExpManagerData::ErrorLogAllowed,
+                &TExpManagerData::SetErrorLogAllowed)
+          .Prop("MaxLogSize", &TExpManagerData::MaxLogSize, &TExpManagerData::SetMaxLogSize)
+          .Prop("EditorFormData", &TExpManagerData::EditorFormData);
+  return info;
+}
+
+TExpManagerData::TExpManagerData(const TExpManagerHooks& hooks)
+    : EditorFormData(std::make_unique<TEditorFormData>()), FHooks(hooks) {
+  FHooks.MaxLogSize(FMaxLogSize);
+  SetErrorLogAllowed(true);
+}
+
+TExpManagerData::~TExpManagerData() {
+  SetErrorLogAllowed(false);
+}
+
+void TExpManagerData::SetErrorLogAllowed(bool allowed) {
+  if (FErrorLogAllowed == allowed) return;
+  FErrorLogAllowed = allowed;
+  FHooks.ErrorLogAllowed(allowed);
+}
+
+void TExpManagerData::SetMaxLogSize(std::uint32_t kilobytes) {
+  FMaxLogSize = kilobytes;
+  FHooks.MaxLogSize(kilobytes);
+}
+
+std::string TExpManagerData::PropNames() {
+  return MakePropNames("TExpManagerData", {{"ExpertVersion", sLabelExpertVersion},
+                                           {"AutoSaveSettings", sLabelAutoSaveSettings},
+                                           {"MainMenuSearchItem", sLabelMainMenuSearchItem},
+                                           {"InsertMenuBeforeItem", sLabelInsertMenuBeforeItem},
+                                           {"MenuHaveLineBefore", sLabelMenuHaveLineBefore},
+                                           {"MenuHaveLineAfter", sLabelMenuHaveLineAfter},
+                                           {"ErrorLogAllowed", sLabelErrorLogAllowed},
+                                           {"MaxLogSize", sLabelMaxLogSize}});
+}
+
+std::string MakePropNames(const std::string& className, std::initializer_list<TPropLabel> labels) {
+  std::string text = "[" + className + "]";
+  for (const TPropLabel& label : labels)
+    text += std::string("\r\n") + label.Property + "=" + LocaleStr(label.LabelId);
+  return text;
+}
+
+}  // namespace wrenfold
