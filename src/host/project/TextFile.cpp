@@ -28,6 +28,11 @@ bool IsReadOnly(const std::string& fileName) {
 }  // namespace
 
 TTextFile TTextFile::Load(const std::string& fileName, int codePage) {
+  // Devices and pipes have no end.
+  std::error_code error;
+  const auto status = std::filesystem::status(fileName, error);
+  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+    throw EFOpenError(fmt::format("{}: expected a file, found a folder or device", fileName));
   TTextFile file(fileName);
   // The stamp is taken first: a write in between shows as a change, never goes unseen.
   file.FStamp = StampOf(fileName);

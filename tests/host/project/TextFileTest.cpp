@@ -149,9 +149,9 @@ TEST(TextFile, ChangeOnDiskIsSeenAndAMereTouchIsNot) {
   EXPECT_EQ(file.DiskState(), TDiskState::Missing);
 }
 
-TEST(TextFile, MissingFileAndFolderAreRefusedByName) {
+TEST(TextFile, MissingFileFolderAndDeviceAreRefusedByName) {
   const TTemporaryFolder folder;
-  for (const std::string& name : {folder.Path() + "/none.pas", folder.Path()}) {
+  for (const std::string& name : {folder.Path() + "/none.pas", folder.Path(), "/dev/zero"s}) {
     try {
       TTextFile::Load(name);
       FAIL() << name;
