@@ -69,8 +69,6 @@ class TAction : public TComponent {
   virtual bool Execute();
   // Calls OnUpdate: the action finds out for itself whether it is enabled and so on.
   virtual bool Update();
-  // Update, then Execute when it is enabled. False: somebody else may take the key.
-  bool HandleShortCut();
 
   // The sender is the action.
   TNotifyEvent OnExecute;
@@ -122,8 +120,9 @@ class TActionList : public TComponent {
   void SetImages(TImageList* images);
   void Notification(TComponent* component, TOperation operation) override;
 
-  // Runs the first action with the shortcut that takes it.
-  bool HandleShortCut(TShortCut shortCut);
+  // The first action with the shortcut that is enabled, after its update, and has something to
+  // execute; null when there is none.
+  TAction* FindShortCut(TShortCut shortCut) const;
   void UpdateActions();
 
   // All lists that exist, in the order of their making.

@@ -14,6 +14,9 @@
 
 namespace wrenfold {
 
+class TAction;
+class TMenuItem;
+
 inline constexpr TCursor crDefault = 0, crHourGlass = -11;
 
 // The forms of the process, docked ones too, in the order of their making.
@@ -28,8 +31,8 @@ class TScreen : public TObject {
   // A form that was remembered may have gone: looks by address alone.
   bool HasForm(const TForm* form) const;
 
-  // The innermost form with the focus: what "the foreground window" means. Null when the user is in
-  // another program.
+  // The innermost form with the focus: what "the foreground window" means. While the user is in
+  // another program it is the form that had the focus last. Null while no form shows.
   TForm* ActiveForm() const { return FActiveForm; }
   QWidget* ActiveControl() const;
 
@@ -103,17 +106,30 @@ class TApplication : public QApplication, public TComponent {
   void HandleException(TObject* sender);
   // Shows the message of an exception, of whatever class it is; EAbort has none.
   void ShowException(std::exception_ptr exception);
-  // Takes the place of showing. A handler that raises in turn is not asked again for that.
+  // Takes the place of showing, for exceptions derived from std::exception; an object of any other
+  // class bypasses it and is shown. A handler that raises in turn is not asked again for that.
   TExceptionEvent OnException;
 
   // The toolkit's entry for every event.
   bool notify(QObject* receiver, QEvent* event) override;
 
-  // Runs the action or menu item that has the key in that form; as a key press there would.
+  // Runs the action or menu item that has the key in that form, as a key press there does: first
+  // the form's own, then those of the main form, unless it is disabled or a modal form is open,
+  // then action lists that no form owns. Null: no form. False when nothing has the key.
   bool HandleShortCut(TForm* form, TShortCut shortCut);
 
  private:
-  friend class TForm;
+  // What a shortcut runs: one of the two, or neither.
+  struct TShortCutTarget {
+    TAction* Action = nullptr;
+    TMenuItem* Item = nullptr;
+    explicit operator bool() const { return Action != nullptr || Item != nullptr; }
+    void Run() const;
+  };
+  TShortCutTarget FindShortCut(TForm* form, TShortCut shortCut) const;
+  static TShortCutTarget FindIn(const TForm* form, TShortCut shortCut);
+  bool TakesShortCut(QWidget* receiver, const QKeyEvent& key);
+  bool FilterEvent(QObject* receiver, QEvent* event);
   bool DispatchKey(QWidget* receiver, QKeyEvent& key);
   TForm* FMainForm = nullptr;
   int FNotifyDepth = 0;
@@ -124,7 +140,7 @@ class TApplication : public QApplication, public TComponent {
 TApplication& Application();
 bool HasApplication();
 
-// The message of any exception; "EReadError: ..." is not added, classes stand in ExceptionClass.
+// What is known of any exception: its message, and its class name without a namespace.
 std::string ExceptionMessage(const std::exception_ptr& exception);
 std::string ExceptionClassName(const std::exception_ptr& exception);
 

@@ -30,14 +30,15 @@ class TControl : public TComponent {
   // Sets the widget's object name as well.
   void SetName(const std::string& name) override;
 
-  // The published properties. Caption is published by the controls that show one.
-  virtual std::string Caption() const { return {}; }
+  // The published properties. Caption is published by the controls that show one; of the others it
+  // is the name that assistive programs tell.
+  virtual std::string Caption() const;
   virtual void SetCaption(const std::string& caption);
   virtual bool Enabled() const;
   virtual void SetEnabled(bool enabled);
   // What was asked for; whether it shows also depends on what it stands in.
-  bool Visible() const;
-  void SetVisible(bool visible);
+  virtual bool Visible() const;
+  virtual void SetVisible(bool visible);
   const std::string& Hint() const { return FHint; }
   virtual void SetHint(const std::string& hint);
   std::int32_t Width() const;
@@ -59,19 +60,20 @@ class TControl : public TComponent {
 
  protected:
   explicit TControl(TComponent* owner);
-  // To be called by the widget's class: wires name and menu.
+  // To be called by the widget's class: ties the two names together.
   void Attach();
-  // Caption and hint changed: sets the tool tip and accessible texts.
+  // Caption or hint changed: sets the tool tip and accessible texts.
   virtual void UpdateTexts();
 
  private:
   void FontChanged(TObject* sender);
+  bool FontStored() const { return FFontSet; }
 
   std::string FHint;
   TColor FColor = clDefault;
   mutable std::unique_ptr<TFont> FFont;
+  bool FFontSet = false;
   TPopupMenu* FPopupMenu = nullptr;
-  std::unique_ptr<QObject> FMenuOpener;
 };
 
 // A widget class with the mixin: class TMemo : public TControlOf<QPlainTextEdit>.

@@ -12,6 +12,7 @@
 #include "platform/core/Event.h"
 #include "platform/widgets/Control.h"
 
+class QAbstractButton;
 class QKeyEvent;
 
 namespace wrenfold {
@@ -78,10 +79,10 @@ class TForm : public TControlOf<QWidget> {
 
   // Shows the form and brings it to the front; Hide is quiet, Close asks.
   virtual void Show();
-  void Hide();
+  virtual void Hide();
   // Brings the form to the front, out of its minimised state, and makes it the active one.
   void Restore();
-  void BringToFront();
+  virtual void BringToFront();
   bool IsDocked() const { return !isWindow(); }
 
   // OnCloseQuery may refuse; OnClose chooses what happens: a window hides unless it says otherwise.
@@ -98,6 +99,10 @@ class TForm : public TControlOf<QWidget> {
   bool IsModal() const { return FModalLoop != nullptr; }
   TModalResult ModalResult() const { return FModalResult; }
   void SetModalResult(TModalResult result);
+
+  // Clicked by Enter and Escape where the control with the focus does not take these keys itself.
+  void SetDefaultButton(QAbstractButton* button) { FDefaultButton = button; }
+  void SetCancelButton(QAbstractButton* button) { FCancelButton = button; }
 
   QWidget* ActiveControl() const { return focusWidget(); }
   void SetActiveControl(QWidget* control);
@@ -129,6 +134,7 @@ class TForm : public TControlOf<QWidget> {
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void UpdateTexts() override;
 
  private:
@@ -136,7 +142,7 @@ class TForm : public TControlOf<QWidget> {
   friend class TScreen;
   void UpdateWindowFlags();
   void CloseModal();
-  void ApplyEnabled();
+  void DisableHeld(QWidget* holder);
 
   std::string FCaption;
   TFormBorderStyle FBorderStyle = bsSizeable;
@@ -145,6 +151,7 @@ class TForm : public TControlOf<QWidget> {
   bool FCreated = false, FDestroying = false;
   TModalResult FModalResult = mrNone;
   QEventLoop* FModalLoop = nullptr;
+  QPointer<QAbstractButton> FDefaultButton, FCancelButton;
   std::vector<QPointer<QWidget>> FDisabled;  // what SetEnabled(false) disabled, to be given back
 };
 

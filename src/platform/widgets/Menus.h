@@ -87,6 +87,7 @@ class TMenuItem : public TComponent, public TActionClient {
 
  private:
   friend class TMenu;
+  friend class TPopupMenu;
   template <class Value>
   void Change(Value& member, const Value& value) {
     if (member == value) return;
@@ -94,8 +95,12 @@ class TMenuItem : public TComponent, public TActionClient {
     UpdateShown();
   }
   void UpdateShown();
+  void UpdateItems();
+  void NeedContainer();
   void ShowItems(QWidget* container);
   void AboutToShow();
+  TMenuItem* FindShortCut(TShortCut shortCut) const;
+  QIcon Icon() const;
 
   TMenu* FMenu = nullptr;  // of a root item
   TMenuItem* FParent = nullptr;
@@ -126,8 +131,8 @@ class TMenu : public TComponent {
   void SetImages(TImageList* images);
   void Notification(TComponent* component, TOperation operation) override;
 
-  // Clicks the item with the shortcut; items with an action leave it to the action.
-  bool HandleShortCut(TShortCut shortCut);
+  // The enabled item with the shortcut, or null; items with an action leave it to the action.
+  TMenuItem* FindShortCut(TShortCut shortCut) const;
   // All menus that exist.
   static const std::vector<TMenu*>& All();
 
@@ -173,12 +178,16 @@ class TPopupMenu : public TMenu {
   // Runs OnPopup and opens the menu at a point of the screen; returns at once.
   void Popup(int x, int y);
   void Close();
-  // Opens the menu for a plain widget of the toolkit; for controls see TControl::SetPopupMenu.
+  // Opens the menu by a right click on a widget of the toolkit or by the menu key in it; for
+  // controls see TControl::SetPopupMenu.
   void AttachTo(QWidget* widget);
+  void DetachFrom(QWidget* widget);
   QMenu* Menu() const { return FShownMenu; }
 
  private:
+  class TOpener;
   QPointer<QMenu> FShownMenu;
+  std::unique_ptr<TOpener> FOpener;
   TComponent* FPopupComponent = nullptr;
 };
 

@@ -44,7 +44,7 @@ class TTabControl : public TControlOf<QTabBar> {
   void ShowIndex();
   void UserChanged(int index);
 
-  std::unique_ptr<TStringList> FTabs;
+  std::unique_ptr<TStrings> FTabs;
   std::int32_t FTabIndex = -1;
 };
 

@@ -33,7 +33,7 @@ class TToolButton : public TControlOf<QToolButton>, public TActionClient {
 
   std::string Caption() const override { return FCaption; }
   void SetCaption(const std::string& caption) override;
-  void SetHint(const std::string& hint) override;
+  void SetVisible(bool visible) override;
   TToolButtonStyle Style() const { return FStyle; }
   void SetStyle(TToolButtonStyle style);
   std::int32_t ImageIndex() const { return FImageIndex; }
@@ -58,6 +58,7 @@ class TToolButton : public TControlOf<QToolButton>, public TActionClient {
 
  private:
   friend class TToolBar;
+  void UpdateIcon();
   TToolBar* FToolBar = nullptr;
   QAction* FPlace = nullptr;  // the button's place in the bar; belongs to the bar
   std::string FCaption;
