@@ -6,7 +6,7 @@
 #include <QKeyEvent>
 #include <QPointer>
 #include <QScreen>
-#include <QThread>
+#include <QWindow>
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>

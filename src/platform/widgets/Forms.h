@@ -1,6 +1,7 @@
 // Forms: the windows and docked panels of the environment and of its packages.
 #pragma once
 
+#include <QAbstractButton>
 #include <QEventLoop>
 #include <QPointer>
 #include <QWidget>
@@ -12,7 +13,6 @@
 #include "platform/core/Event.h"
 #include "platform/widgets/Control.h"
 
-class QAbstractButton;
 class QKeyEvent;
 
 namespace wrenfold {
