@@ -183,8 +183,12 @@ TEST(ReaderErrors, IgnoringAsksNothing) {
 class SettingsFile : public testing::Test {
  protected:
   void TearDown() override { DeleteFile(FFile); }
-  // Without the sync of a safe write: thousands of files come and go here.
-  void Write(const std::string& bytes) { std::ofstream(FFile, std::ios::binary) << bytes; }
+  // A new file without a sync: thousands come and go here, and overwriting one would wait for the
+  // disk.
+  void Write(const std::string& bytes) {
+    DeleteFile(FFile);
+    std::ofstream(FFile, std::ios::binary) << bytes;
+  }
   static void Fill(TKeyedRoot& root, TSample& held) {
     root.Fixed.AddValue("A", 1);
     root.Fixed.AddValue("B", 2);
