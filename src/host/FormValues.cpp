@@ -1,0 +1,62 @@
+// Converts single values by way of a component that has just this one property.
+#include "host/FormValues.h"
+
+#include <fmt/format.h>
+
+#include "platform/core/FormText.h"
+#include "platform/core/SysUtils.h"
+
+namespace wrenfold {
+
+namespace {
+
+constexpr std::string_view ClassOfCarrier = "TValue", Property = "Value";
+constexpr std::string_view TextBegin = "object TValue\r\n  Value = ", TextEnd = "\r\nend\r\n";
+
+}  // namespace
+
+std::string FormValueText(std::string_view value) {
+  TByteWriter carrier;
+  carrier.WriteSignature();
+  carrier.WriteShortString(ClassOfCarrier);
+  carrier.WriteShortString("");
+  carrier.WriteShortString(Property);
+  carrier.WriteBytes(value);
+  carrier.WriteEndOfList();
+  carrier.WriteEndOfList();
+  TByteReader binary(carrier.View());
+  TByteWriter text;
+  ObjectBinaryToText(binary, text);
+  std::string_view whole = text.View();
+  const std::size_t start = whole.find(" = ");
+  const std::size_t end = whole.rfind("end");
+  if (start == std::string_view::npos || end == std::string_view::npos || end < start) return {};
+  return std::string(Trim(whole.substr(start + 3, end - start - 3)));
+}
+
+std::string FormValueFromText(const std::string& text) {
+  const std::string whole = std::string(TextBegin) + text + std::string(TextEnd);
+  TByteWriter carrier;
+  std::size_t position = 0;
+  try {
+    ObjectTextToBinary(whole, position, carrier);
+  } catch (const EParserError& e) {
+    throw EConvertError(fmt::format("'{}' is no value of a property: {}", text, e.Message()));
+  }
+  TByteReader binary(carrier.View());
+  binary.ReadSignature();
+  binary.ReadFilerFlags();
+  binary.ReadShortString("class name");
+  binary.ReadShortString("name");
+  const bool named = binary.ReadShortString("property") == Property;
+  const std::size_t start = binary.Position();
+  binary.SkipValue();
+  const std::string value(binary.Since(start));
+  // More than one property, or an object inside, would be taken for this form's own.
+  if (!named || !binary.SkipEndOfList("end") || !binary.SkipEndOfList("end") ||
+      !AtTextEnd(whole, position))
+    throw EConvertError(fmt::format("'{}' is no single value of a property", text));
+  return value;
+}
+
+}  // namespace wrenfold

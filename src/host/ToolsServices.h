@@ -1,0 +1,67 @@
+// The open tools interface as the workbench offers it to packages, with the wizards they register.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/toolsapi/ToolsAPI.h"
+
+namespace wrenfold {
+
+class TWorkbench;
+
+// All services in one object, which lives as long as the workbench holds it: counting is off.
+class TToolsServices final : public IOTAServices,
+                             public IOTAModuleServices,
+                             public IOTAActionServices,
+                             public IOTAWizardServices,
+                             public INTAServices {
+ public:
+  // Makes itself BorlandIDEServices and takes wizards from here on.
+  explicit TToolsServices(TWorkbench& workbench);
+  // The wizards must have been ended.
+  ~TToolsServices();
+
+  // Destroys the wizards, the last one first, and forgets all notifiers.
+  void EndWizards();
+  int WizardCount() const;
+
+  // Tells the environment's notifiers; false when one of them wants to stop the operation.
+  bool NotifyFile(TOTAFileNotification code, const std::string& fileName);
+
+  HResult QueryInterface(const TGuid& iid, void** result) override;
+  int _AddRef() override { return -1; }
+  int _Release() override { return -1; }
+
+  int AddNotifier(IOTAIDENotifier* notifier) override;
+  void RemoveNotifier(int index) override;
+  std::string GetRootDirectory() override;
+  TForm* GetParentForm() override;
+
+  IOTAModule* CurrentModule() override;
+  int GetModuleCount() override;
+  IOTAModule* GetModule(int index) override;
+  IOTAModule* FindModule(const std::string& fileName) override;
+
+  bool OpenFile(const std::string& fileName) override;
+  bool CloseFile(const std::string& fileName) override;
+  bool ReloadFile(const std::string& fileName) override;
+  bool SaveFile(const std::string& fileName) override;
+
+  int AddWizard(IOTAWizard* wizard) override;
+  void RemoveWizard(int index) override;
+
+  TMainMenu* GetMainMenu() override;
+  TActionList* GetActionList() override;
+  TImageList* GetImageList() override;
+  TToolBar* GetToolBar(const std::string& name) override;
+  int AddMasked(const QIcon& image) override;
+
+ private:
+  TWorkbench& FWorkbench;
+  std::vector<TIntf<IOTAWizard>> FWizards;
+  std::vector<TIntf<IOTAIDENotifier>> FNotifiers;
+};
+
+}  // namespace wrenfold
