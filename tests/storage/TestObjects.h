@@ -95,8 +95,10 @@ class TKeyedItems : public TFixedCollection {
   // "A=1 B=2"
   std::string Describe() const {
     std::string text;
-    for (int i = 0; i < Count(); ++i)
-      text += (i > 0 ? " " : "") + At(i).Key + '=' + std::to_string(At(i).Value);
+    for (int i = 0; i < Count(); ++i) {
+      if (i > 0) text += ' ';
+      text += At(i).Key + '=' + std::to_string(At(i).Value);
+    }
     return text;
   }
 };

@@ -45,11 +45,11 @@ std::wstring Folded(std::string_view text) {
 
 // Bytes that compare as the wide characters do.
 std::string BytesOf(const std::wstring& text) {
-  std::string bytes;
-  bytes.reserve(text.size() * 4);
+  std::string bytes(text.size() * 4, '\0');
+  char* next = bytes.data();
   for (const wchar_t c : text)
     for (int shift = 24; shift >= 0; shift -= 8)
-      bytes += static_cast<char>(static_cast<std::uint32_t>(c) >> shift);
+      *next++ = static_cast<char>(static_cast<std::uint32_t>(c) >> shift);
   return bytes;
 }
 
@@ -60,8 +60,12 @@ std::string AnsiSortKey(const std::string& text) {
   if (locale == nullptr && IsAscii(text)) return LowerCase(text);
   std::wstring folded = Folded(text);
   if (locale == nullptr) return Utf8FromUtf16(std::u16string(folded.begin(), folded.end()));
-  std::wstring key(wcsxfrm_l(nullptr, folded.c_str(), 0, locale) + 1, L'\0');
-  key.resize(wcsxfrm_l(key.data(), folded.c_str(), key.size(), locale));
+  std::wstring key(folded.size() * 6 + 16, L'\0');  // enough in most locales
+  const std::size_t needed = wcsxfrm_l(key.data(), folded.c_str(), key.size(), locale);
+  const bool fits = needed < key.size();
+  key.resize(needed + 1);
+  if (!fits) wcsxfrm_l(key.data(), folded.c_str(), key.size(), locale);
+  key.resize(needed);
   return BytesOf(key);
 }
 

@@ -1,0 +1,223 @@
+// Stored collections read into the items that are there, and the writer that filters properties.
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "TestObjects.h"
+
+namespace wrenfold {
+namespace {
+
+struct TKeyedCase {
+  const char* Name;
+  std::vector<std::string> Stored;  // keys; the values are 100, 101, ...
+  std::vector<std::string> Held;    // keys; the values are 0, 1, ...
+  bool Reorder;
+  const char* Result;
+};
+
+TEST(FixedCollection, StoredItemsUpdateByKeyAndNeverGrowOrShrink) {
+  const TKeyedCase cases[] = {
+      {"ByKeyNotByPlace", {"B", "A"}, {"A", "B"}, false, "A=101 B=100"},
+      {"ReorderTakesTheStoredOrder", {"B", "A"}, {"A", "B"}, true, "B=100 A=101"},
+      {"UnknownKeyIsDropped", {"X", "A"}, {"A", "B"}, false, "A=101 B=1"},
+      {"NotStoredKeepsItsValue", {"B"}, {"A", "B", "C"}, false, "A=0 B=100 C=2"},
+      {"EmptyKeysMatchNothing", {"", "A"}, {"", "A"}, false, "=0 A=101"},
+      {"CaseOfKeysCounts", {"a"}, {"A"}, false, "A=0"},
+      {"EmptyTargetStaysEmpty", {"A"}, {}, false, ""},
+      {"NothingStored", {}, {"A"}, true, "A=0"},
+      {"LastOfEqualStoredKeysCounts", {"A", "A"}, {"A"}, false, "A=101"},
+      {"FirstOfEqualHeldKeysIsFilled", {"A"}, {"A", "A"}, false, "A=100 A=1"},
+      {"PlaceBeyondTheEndMeansTheEnd", {"X", "Y", "Z", "A"}, {"A", "B"}, true, "B=1 A=103"},
+      {"DroppedItemsCountAsPlaces", {"X", "C"}, {"A", "B", "C"}, true, "A=0 C=101 B=1"},
+  };
+  for (const TKeyedCase& c : cases) {
+    SCOPED_TRACE(c.Name);
+    TKeyedRoot stored, held;
+    const auto fill = [](TKeyedItems& items, const std::vector<std::string>& keys, int value) {
+      for (const std::string& key : keys) {
+        TKeyedItem& item = static_cast<TKeyedItem&>(*items.TSpcCollection::Add());
+        item.Key = key;
+        item.Value = value++;
+      }
+    };
+    fill(stored.Fixed, c.Stored, 100);
+    fill(held.Fixed, c.Held, 0);
+    held.Reorder = c.Reorder;
+    const std::vector<TCollectionItem*> items = held.Fixed.Items();
+    CopyStoredProps(held, stored);
+    EXPECT_EQ(held.Fixed.Describe(), c.Result);
+    EXPECT_TRUE(std::is_permutation(items.begin(), items.end(), held.Fixed.Items().begin()));
+  }
+}
+
+TEST(FixedCollection, SecondItemOfAKeyIsRefused) {
+  TKeyedItems items(nullptr);
+  TSpcItem* first = items.Add("A");
+  EXPECT_EQ(items.Find("A"), first);
+  EXPECT_EQ(items.Find("a"), nullptr);
+  EXPECT_EQ(MessageOf<EFixedCollectionError>([&] { items.Add("A"); }),
+            "Collection\xE2\x80\x99s element 'A' already exists.");
+  EXPECT_EQ(items.Count(), 1);
+}
+
+TEST(FreeCollection, HeldObjectsAreFilledInPlace) {
+  TKeyedRoot stored, held;
+  TSample a, b, aHeld, cHeld;
+  a.Number = 100;
+  a.Font->SetSize(20);
+  stored.Free.Add(&b, "Unknown");
+  stored.Free.Add(&a, "A");
+  held.Free.Add(&aHeld, "A");
+  held.Free.Add(&cHeld, "C");
+  held.Free.Add(nullptr, "Nothing");
+  TFont* font = aHeld.Font.get();
+  for (const bool reorder : {false, true}) {
+    held.Reorder = reorder;
+    aHeld.Number = 0;
+    CopyStoredProps(held, stored);
+    EXPECT_EQ(aHeld.Number, 100);
+    EXPECT_EQ(aHeld.Font.get(), font);
+    EXPECT_EQ(font->Size(), 20);
+    EXPECT_EQ(cHeld.Number, 7);
+    EXPECT_EQ(held.Free.Count(), 3);
+    EXPECT_EQ(held.Free.Find("A")->Index(), reorder ? 1 : 0);
+    EXPECT_EQ(held.Free.Find("A")->NestedObject(), &aHeld);
+  }
+  EXPECT_EQ(MessageOf<EFreeCollectionError>([&] { held.Free.Add(&b, "A"); }),
+            "Object 'A' already exists.");
+  aHeld.Number = 0;
+  held.Free.Assign(&stored.Free);
+  EXPECT_EQ(aHeld.Number, 100);
+  EXPECT_EQ(held.Free.Count(), 3);
+}
+
+TEST(FreeCollection, KeyBehindThePropertiesIsFound) {
+  TKeyedRoot root;
+  TSample held;
+  root.Free.Add(&held, "A");
+  TObjectSaver saver;
+  saver.OriginalFormat = sofText;
+  TAnswers no(mbNo);
+  saver.SetObjectProps(
+      {&root},
+      "object T\r\n  Free_ = <\r\n    item\r\n      NestedObject.Number = 5\r\n"
+      "      AObjectID = 'A'\r\n    end\r\n    item\r\n      NestedObject.Wrong = 5\r\n"
+      "      AObjectID = 'B'\r\n    end>\r\n  Title = 'read on'\r\nend\r\n");
+  EXPECT_EQ(held.Number, 5);
+  EXPECT_EQ(root.Title, "read on");
+  EXPECT_EQ(no.Asked.size(), 0u);  // what is not held is not read
+}
+
+// Ten thousand items must not take the time of ten thousand walks through the list.
+TEST(FixedCollection, MatchingTakesTimeInProportionToTheItems) {
+  const auto seconds = [](int count) {
+    TKeyedRoot stored, held;
+    for (int i = 0; i < count; ++i) {
+      static_cast<TKeyedItem*>(stored.Fixed.TSpcCollection::Add())->Key = std::to_string(i);
+      static_cast<TKeyedItem*>(held.Fixed.TSpcCollection::Add())->Key = std::to_string(count - i);
+    }
+    const auto start = std::chrono::steady_clock::now();
+    CopyStoredProps(held, stored);
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  };
+  seconds(1000);
+  EXPECT_LT(seconds(16000), 16 * 8 * seconds(1000));  // a walk for each would be 16 * 16
+}
+
+struct TFilterCase {
+  const char* Name;
+  std::vector<std::string> Stored;
+  std::vector<std::string> Ignored;
+  const char* Written;
+};
+
+class TFiltered : public TSpcObject {
+ public:
+  static const TTypeInfo& ClassInfo() {
+    static const TTypeInfo info = Publish<TFiltered>("TFiltered", TSpcObject::ClassInfo())
+                                      .Prop("A", &TFiltered::A)
+                                      .Prop("Font", &TFiltered::Font)
+                                      .Prop("FontColor", &TFiltered::A)
+                                      .Prop("Lines", &TFiltered::Lines)
+                                      .Prop("Z", &TFiltered::A);
+    return info;
+  }
+  const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
+  std::int32_t A = 1;
+  std::unique_ptr<TFont> Font = std::make_unique<TFont>();
+  std::unique_ptr<TStringList> Lines = std::make_unique<TStringList>();
+};
+
+// The names of the properties in a text form, joined by blanks.
+std::string WrittenNames(const std::string& text) {
+  std::string names;
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find("\r\n", start), text.size());
+    const std::string line = text.substr(start, end - start);
+    const auto equals = line.find(" = ");
+    if (line.starts_with("  ") && equals != line.npos) {
+      if (!names.empty()) names += ' ';
+      names += line.substr(2, equals - 2);
+    }
+    start = end + 2;
+  }
+  return names;
+}
+
+TEST(FilteringWriter, ListsDecideWhatIsWritten) {
+  const std::string font = "Font.Charset Font.Color Font.Height Font.Name Font.Pitch Font.Style";
+  const TFilterCase cases[] = {
+      {"OneProperty", {"z"}, {}, "Z"},
+      {"PartOfAnObject", {"Font.Color", "Z"}, {}, "Font.Color Z"},
+      {"DefinedPartByItsObject", {"Lines"}, {}, "Lines.Strings"},
+      {"DefinedPartByName", {"Lines.Strings"}, {}, "Lines.Strings"},
+      {"IgnoredWins", {"A", "Z"}, {"A"}, "Z"},
+      {"IgnoredObject", {}, {"font", "Lines"}, "A FontColor Z"},
+      {"IgnoredPart", {"Font.Color", "Font.Name"}, {"Font.Name"}, "Font.Color"},
+      {"UnknownNameWritesNothing", {"Nothing"}, {}, ""},
+  };
+  TFiltered object;
+  object.Lines->Add("line");
+  for (const TFilterCase& c : cases) {
+    SCOPED_TRACE(c.Name);
+    TPropSaver saver;
+    saver.OriginalFormat = sofText;
+    saver.SetStoredProps(c.Stored);
+    saver.SetIgnoredProps(c.Ignored);
+    EXPECT_EQ(WrittenNames(saver.GetObjectProps({&object})), c.Written);
+  }
+  TPropSaver saver;
+  saver.OriginalFormat = sofText;
+  EXPECT_EQ(WrittenNames(saver.GetObjectProps({&object})),
+            "A " + font + " FontColor Lines.Strings Z");
+  // The name of a stored object lets pass what begins with it, in this object only.
+  saver.SetStoredProps({"Font"});
+  const std::string one = font + " FontColor";
+  EXPECT_EQ(WrittenNames(saver.GetObjectProps({&object, &object})), one + ' ' + one);
+}
+
+void RefuseNumbers(TPersistent&, const std::string&, const TPropInfo& property, bool& allow) {
+  allow = property.Kind() != tkInteger;
+}
+
+TEST(FitWriter, CallbackAndOptionsLeaveOutProperties) {
+  TFiltered object;
+  object.Lines->Add("line");
+  TMemoryStream stream;
+  TFitWriter writer(stream);
+  writer.OnCanWrite = TCanWriteEvent::Of<&RefuseNumbers>();
+  writer.Options.DefinedProps = false;
+  writer.WriteAsComponent(object, "");
+  writer.FlushBuffer();
+  const std::string& bytes = stream.Bytes();
+  EXPECT_EQ(bytes.find("\x01"
+                       "A"),
+            bytes.npos);
+  EXPECT_EQ(bytes.find("Strings"), bytes.npos);
+  EXPECT_NE(bytes.find("Font.Name"), bytes.npos);
+  EXPECT_EQ(bytes.find("Font.Color"), bytes.npos);
+}
+
+}  // namespace
+}  // namespace wrenfold

@@ -1,0 +1,301 @@
+// The saver: events, recognition, errors, safe loading and saving.
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <fstream>
+#include <random>
+
+#include "TestObjects.h"
+#include "platform/core/Files.h"
+
+namespace wrenfold {
+namespace {
+
+using namespace std::string_literals;
+
+// Writes down every event of a saver.
+class TEventLog {
+ public:
+  explicit TEventLog(TObjectSaver& saver) {
+    Bind<&TEventLog::BeforeReader>(saver.OnBeforeCreateReader, this);
+    Bind<&TEventLog::AfterReader>(saver.OnAfterCreateReader, this);
+    Bind<&TEventLog::BeforeWriter>(saver.OnBeforeCreateWriter, this);
+    Bind<&TEventLog::AfterWriter>(saver.OnAfterCreateWriter, this);
+    Bind<&TEventLog::BeforeRead>(saver.OnBeforeReadObject, this);
+    Bind<&TEventLog::AfterRead>(saver.OnAfterReadObject, this);
+    Bind<&TEventLog::BeforeWrite>(saver.OnBeforeWriteObject, this);
+    Bind<&TEventLog::AfterWrite>(saver.OnAfterWriteObject, this);
+  }
+  std::string Take() { return std::exchange(FLog, {}); }
+  const TPersistent* Refused = nullptr;
+
+ private:
+  void BeforeReader(TObjectSaver&, TStream&, std::unique_ptr<TFitReader>&) { FLog += "<reader "; }
+  void AfterReader(TObjectSaver&, TFitReader& reader) {
+    FLog += reader.IgnoreErrors ? "reader(ignoring)> " : "reader> ";
+  }
+  void BeforeWriter(TObjectSaver&, TStream&, std::unique_ptr<TFitWriter>&) { FLog += "<writer "; }
+  void AfterWriter(TObjectSaver&, TFitWriter&) { FLog += "writer> "; }
+  void BeforeRead(TObjectSaver&, TPersistent* object, TFitReader&, bool& allow) {
+    FLog += allow ? "<read " : "<skip ";
+    if (object == Refused) allow = false;
+  }
+  void AfterRead(TObjectSaver&, TPersistent*, TFitReader&, const std::string& name) {
+    FLog += "read:" + name + "> ";
+  }
+  void BeforeWrite(TObjectSaver&, TPersistent* object, const std::string& name, TFitWriter&,
+                   bool& allow) {
+    FLog += "<write:" + name + ' ';
+    if (object == Refused) allow = false;
+  }
+  void AfterWrite(TObjectSaver&, TPersistent*, const std::string&, TFitWriter&) {
+    FLog += "write> ";
+  }
+  std::string FLog;
+};
+
+TEST(ObjectSaver, EventsComeInOrderAndSkippedObjectsAreReadOver) {
+  for (const TStreamOriginalFormat form : {sofBinary, sofText}) {
+    TObjectSaver saver;
+    saver.OriginalFormat = form;
+    saver.IgnoreErrors = true;
+    TEventLog log(saver);
+    TSample first, second, third;
+    first.Number = 1;
+    third.Number = 3;
+    TStringStream stream;
+    saver.SaveObjects({&first, &second, &third}, {"One", "", "Three"}, stream);
+    EXPECT_EQ(log.Take(), "<writer writer> <write:One write> <write: write> <write:Three write> ");
+    stream.SetPosition(0);
+    TSample firstBack, thirdBack;
+    log.Refused = &firstBack;
+    saver.LoadObjects({&firstBack, nullptr, &thirdBack}, stream);
+    EXPECT_EQ(log.Take(), "<reader reader(ignoring)> <read read:> <skip read:> <read read:Three> ");
+    EXPECT_EQ(firstBack.Number, 7);  // refused
+    EXPECT_EQ(thirdBack.Number, 3);
+  }
+}
+
+TEST(ObjectSaver, ObjectRefusedInWritingLeavesNoRecord) {
+  TObjectSaver saver;
+  saver.OriginalFormat = sofText;
+  TEventLog log(saver);
+  TSample first, second;
+  log.Refused = &first;
+  const std::string text = saver.GetObjectProps({&first, &second});
+  EXPECT_EQ(text.find("object"), text.rfind("object"));
+}
+
+TEST(ObjectSaver, ComponentsAreNamedByTheirOwnersBelowTheRoot) {
+  TComponent form;
+  form.SetName("Form");
+  auto* panel = new TComponent(&form);
+  panel->SetName("Panel");
+  auto* button = new TComponent(panel);
+  button->SetName("Button");
+  TObjectSaver saver;
+  TEventLog log(saver);
+  TStringStream stream;
+  saver.SaveObjects({&form, panel, button}, {}, stream);
+  EXPECT_EQ(log.Take(),
+            "<writer writer> <write:Form write> <write:Panel write> <write:Panel.Button write> ");
+}
+
+TEST(ObjectSaver, DefaultsAreWrittenSoThatAnEmptiedTextStaysEmpty) {
+  TSample sample, back;
+  sample.Text = "";
+  sample.Number = 0;
+  sample.Ratio = 0;
+  sample.Grades = {};
+  CopyStoredProps(back, sample);
+  EXPECT_EQ(back.Text, "");
+  EXPECT_EQ(back.Number, 0);
+  EXPECT_EQ(back.Ratio, 0);
+  EXPECT_TRUE(back.Grades.Empty());
+}
+
+TEST(ObjectSaver, FormIsRecognisedByItsFirstBytes) {
+  const struct {
+    std::string Bytes;
+    TStreamOriginalFormat Form;
+  } cases[] = {{"\xFF", sofBinary}, {"TPF0", sofBinary}, {"TPF1", sofUnknown},
+               {"TPF", sofUnknown}, {"", sofUnknown},    {"\n", sofUnknown},
+               {"\t", sofText},     {"\v", sofText},     {"\r\n", sofText},
+               {" ", sofText},      {"object", sofText}, {"Inherited", sofText},
+               {"\0"s, sofUnknown}, {"x", sofUnknown}};
+  for (const auto& c : cases) EXPECT_EQ(RecognizeFormat(c.Bytes), c.Form) << c.Bytes;
+  TObjectSaver saver;
+  saver.OriginalFormat = sofUnknown;
+  TSample sample;
+  EXPECT_THROW(saver.GetObjectProps({&sample}), EFitWriterError);
+  saver.RecognitionOn = true;
+  EXPECT_THROW(saver.SetObjectProps({&sample}, "noise"), EFitReaderError);
+  saver.SetObjectProps({&sample}, " object X: TSample\r\n  Number = 9\r\nend\r\n");
+  EXPECT_EQ(saver.OriginalFormat, sofText);
+  EXPECT_EQ(sample.Number, 9);
+}
+
+constexpr const char* TwoErrors =
+    "object TSample\r\n  Nothing = 1\r\n  Number = 'x'\r\n  Grade = grHigh\r\nend\r\n";
+
+TEST(ReaderErrors, EachIsAskedOnceAndYesGoesOn) {
+  TObjectSaver saver;
+  saver.OriginalFormat = sofText;
+  TSample sample;
+  TAnswers yes(mbYes);
+  saver.SetObjectProps({&sample}, TwoErrors);
+  ASSERT_EQ(yes.Asked.size(), 2u);
+  EXPECT_TRUE(yes.Warnings);
+  EXPECT_TRUE(yes.Asked[0].starts_with("Load error.\r\n")) << yes.Asked[0];
+  EXPECT_TRUE(yes.Asked[0].ends_with("\r\n.Continue loading?") ||
+              yes.Asked[0].ends_with(".\r\nContinue loading?"))
+      << yes.Asked[0];
+  EXPECT_EQ(sample.Number, 7);
+  EXPECT_EQ(sample.Grade, grHigh);
+}
+
+TEST(ReaderErrors, NoEndsTheLoadWithoutASecondQuestion) {
+  TObjectSaver saver;
+  saver.OriginalFormat = sofText;
+  TKeyedRoot root;
+  root.Fixed.AddValue("A", 1);
+  TAnswers no(mbNo);
+  // The error is inside a collection, and passes the property that holds it on its way up.
+  EXPECT_THROW(saver.SetObjectProps({&root},
+                                    "object T\r\n  Fixed_ = <\r\n    item\r\n"
+                                    "      Wrong = 1\r\n    end>\r\nend\r\n"),
+               EReadError);
+  EXPECT_EQ(no.Asked.size(), 1u);
+}
+
+TEST(ReaderErrors, IgnoringAsksNothing) {
+  TObjectSaver saver;
+  saver.OriginalFormat = sofText;
+  saver.IgnoreErrors = true;
+  TSample sample;
+  TAnswers no(mbNo);
+  saver.SetObjectProps({&sample}, TwoErrors);
+  EXPECT_EQ(no.Asked.size(), 0u);
+  EXPECT_EQ(sample.Grade, grHigh);
+}
+
+// A file in the test's own directory, removed at the end.
+class SettingsFile : public testing::Test {
+ protected:
+  void TearDown() override { DeleteFile(FFile); }
+  // A new file without a sync: thousands come and go here, and overwriting one would wait for the
+  // disk.
+  void Write(const std::string& bytes) {
+    DeleteFile(FFile);
+    std::ofstream(FFile, std::ios::binary) << bytes;
+  }
+  static void Fill(TKeyedRoot& root, TSample& held) {
+    root.Fixed.AddValue("A", 1);
+    root.Fixed.AddValue("B", 2);
+    root.Free.Add(&held, "Held");
+  }
+  std::string FFile = testing::TempDir() + "settings.spc";
+};
+
+TEST_F(SettingsFile, MissingAndEmptyFilesAreNoSettings) {
+  TSample sample;
+  TObjectSaver saver;
+  EXPECT_FALSE(saver.SafeLoadObjects({&sample}, FFile));
+  Write("");
+  EXPECT_FALSE(saver.SafeLoadObjects({&sample}, FFile));
+  EXPECT_THROW(saver.LoadObjects({&sample}, FFile + ".none"), EFOpenError);
+}
+
+TEST_F(SettingsFile, BrokenAtAnyByteChangesNeitherObjectsNorFile) {
+  TKeyedRoot root, back;
+  TSample held, heldBack;
+  Fill(root, held);
+  Fill(back, heldBack);
+  root.Title = "stored";
+  root.Fixed.At(0).Value = 100;
+  held.Number = 100;
+  TObjectSaver saver;
+  saver.RecognitionOn = true;
+  const std::string before = TObjectSaver().GetObjectProps({&back});
+  TAnswers no(mbNo);
+  for (const TStreamOriginalFormat form : {sofBinary, sofText}) {
+    saver.OriginalFormat = form;
+    const std::string whole = saver.GetObjectProps({&root});
+    const std::size_t needed = form == sofText ? whole.size() - 2 : whole.size();  // line end
+    for (std::size_t length = 1; length < needed; ++length) {
+      const std::string bytes = whole.substr(0, length);
+      Write(bytes);
+      const std::string message =
+          MessageOf<EFitReaderError>([&] { saver.SafeLoadObjects({&back}, FFile); });
+      ASSERT_TRUE(message.starts_with(FFile + ": ")) << length << ": " << message;
+      ASSERT_EQ(ReadWholeFile(FFile), bytes);
+    }
+  }
+  EXPECT_EQ(TObjectSaver().GetObjectProps({&back}), before);
+}
+
+TEST_F(SettingsFile, NoiseIsRefusedOrReadButNeverHarmful) {
+  TKeyedRoot root;
+  TSample held;
+  Fill(root, held);
+  TObjectSaver saver;
+  const std::string whole = saver.GetObjectProps({&root});
+  const std::string before = whole;
+  std::mt19937 random(1);
+  TAnswers no(mbNo);
+  for (int round = 0; round < 3000; ++round) {
+    std::string bytes = whole;
+    for (int i = 0; i <= round % 5; ++i)
+      bytes[random() % bytes.size()] = static_cast<char>(random());
+    Write(bytes);
+    const std::string message = MessageOf([&] { saver.SafeLoadObjects({&root}, FFile); });
+    ASSERT_EQ(ReadWholeFile(FFile), bytes);
+    if (message != "no error") {
+      ASSERT_EQ(saver.GetObjectProps({&root}), before) << message;
+    }
+    saver.SetObjectProps({&root}, whole);
+    ASSERT_EQ(root.Fixed.Count(), 2);
+    ASSERT_EQ(root.Free.Item(0)->NestedObject(), &held);
+  }
+}
+
+// Lets the first calls through and fails from then on.
+class TFailingFiles : public TFileSystem {
+ public:
+  explicit TFailingFiles(int allowed) : FAllowed(allowed), FSaved(SetFileSystem(this)) {}
+  ~TFailingFiles() override { SetFileSystem(FSaved); }
+  int CreateNew(const std::string& fileName, unsigned permissions, int& handle) override {
+    return Fails() ? EACCES : TFileSystem::CreateNew(fileName, permissions, handle);
+  }
+  int Write(int handle, std::string_view bytes, std::size_t& written) override {
+    return Fails() ? ENOSPC : TFileSystem::Write(handle, bytes, written);
+  }
+  int Sync(int handle) override { return Fails() ? EIO : TFileSystem::Sync(handle); }
+  int Rename(const std::string& from, const std::string& to) override {
+    return Fails() ? EACCES : TFileSystem::Rename(from, to);
+  }
+
+ private:
+  bool Fails() { return FAllowed-- <= 0; }
+  int FAllowed;
+  TFileSystem* FSaved;
+};
+
+TEST_F(SettingsFile, FailedSaveLeavesTheOldFile) {
+  TSample sample;
+  TObjectSaver saver;
+  saver.SaveObjects({&sample}, {"Old"}, FFile);
+  const std::string old = ReadWholeFile(FFile);
+  sample.Number = 1;
+  for (int allowed = 0; allowed < 4; ++allowed) {
+    const TFailingFiles files(allowed);
+    EXPECT_THROW(saver.SaveObjects({&sample}, {"New"}, FFile), EFCreateError) << allowed;
+    EXPECT_EQ(ReadWholeFile(FFile), old);
+  }
+  sample.Grade = static_cast<TGrade>(9);  // cannot be written
+  EXPECT_THROW(saver.SaveObjects({&sample}, {"New"}, FFile), Exception);
+  EXPECT_EQ(ReadWholeFile(FFile), old);
+}
+
+}  // namespace
+}  // namespace wrenfold
