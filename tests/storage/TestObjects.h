@@ -114,15 +114,16 @@ class TKeyedRoot : public TSpcObject {
   const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
   void DefineProperties(TFiler& filer) override {
     TSpcObject::DefineProperties(filer);
+    auto* reader = dynamic_cast<TFitReader*>(&filer);
+    auto* writer = dynamic_cast<TFitWriter*>(&filer);
+    if (reader == nullptr && writer == nullptr) return;
     filer.DefineProperty(
-        "Fixed_", [this](TReader& reader) { Fit(reader).ReadFixedCollection(Fixed, Reorder); },
-        [this](TWriter& writer) { Fit(writer).WriteCollectionEx(Fixed); }, true);
+        "Fixed_", [=, this](TReader&) { reader->ReadFixedCollection(Fixed, Reorder); },
+        [=, this](TWriter&) { writer->WriteCollectionEx(Fixed); }, true);
     filer.DefineProperty(
-        "Free_", [this](TReader& reader) { Fit(reader).ReadFreeCollection(Free, Reorder); },
-        [this](TWriter& writer) { Fit(writer).WriteCollectionEx(Free); }, true);
+        "Free_", [=, this](TReader&) { reader->ReadFreeCollection(Free, Reorder); },
+        [=, this](TWriter&) { writer->WriteCollectionEx(Free); }, true);
   }
-  static TFitReader& Fit(TReader& reader) { return dynamic_cast<TFitReader&>(reader); }
-  static TFitWriter& Fit(TWriter& writer) { return dynamic_cast<TFitWriter&>(writer); }
 
   std::string Title = "untitled";
   bool Reorder = false;
