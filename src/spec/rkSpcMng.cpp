@@ -62,10 +62,6 @@ bool Refused(int question, const std::string& fileName, TVersionNumber own, TVer
   return MessageDlg(text, mtWarning, {mbYes, mbNo}) != mbYes;
 }
 
-TPersistentArray OneObject(TPersistent* const& object) {
-  return TPersistentArray(&object, 1);
-}
-
 }  // namespace
 
 TSaveSpcProc SaveSpcProc = SaveSpcInner;
@@ -94,9 +90,8 @@ TObjectStorageFormat LoadSpcInner(std::unique_ptr<TSpcObject>& spc, const std::s
   saver.RecognitionOn = true;
   saver.IgnoreErrors = !askOnErrors;
   if (recreate) RecreateSpc(spc);
-  TPersistent* const object = spc.get();
   try {
-    saver.LoadObjects(OneObject(object), fileName);
+    saver.LoadObjects({spc.get()}, fileName);
   } catch (const EFitReaderError&) {
     if (saver.OriginalFormat == sofUnknown) throw ESpcMngError(LocaleStr(sUnknownSpcFormat));
     throw;
