@@ -1,0 +1,9 @@
+#include <vcl.h>
+#pragma hdrstop
+USERES("Clock.res");
+USEFORM("Main.cpp", MainForm);
+USEUNIT("Clock.cpp");
+WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int)
+{
+  return 0;
+}
