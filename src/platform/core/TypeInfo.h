@@ -482,7 +482,8 @@ class TPublisher {
  private:
   template <class Value>
   TPublisher&& Add(const char* name, std::unique_ptr<TPropAccess> access) && {
-    auto property = std::make_unique<TPropInfo>(name, &TypeInfoOf<Value>, std::move(access));
+    auto property = std::make_unique<TPropInfo>(
+        TPropInfo{.Name = name, .PropType = &TypeInfoOf<Value>, .Access = std::move(access)});
     FLast = property.get();
     FProperties.push_back(std::move(property));
     return std::move(*this);
