@@ -89,11 +89,28 @@ bool SameValue(const TDecimalDigits& digits, TExtended value, TFloatWidth width)
   return back == value;
 }
 
+// The digits cut to fewer, rounded in decimal.
+TDecimalDigits Shortened(TDecimalDigits digits, int precision) {
+  if (digits.Count <= precision) return digits;
+  const bool up = digits.Digits[precision] >= '5';
+  digits.Count = precision;
+  while (digits.Count > 0 && digits.Digits[digits.Count - 1] == (up ? '9' : '0')) --digits.Count;
+  if (!up) return digits;
+  if (digits.Count > 0) {
+    ++digits.Digits[digits.Count - 1];
+  } else {
+    digits.Digits[digits.Count++] = '1';
+    ++digits.Point;
+  }
+  return digits;
+}
+
 char* AppendExact(char* text, TExtended value, TFloatWidth width) {
   static constexpr int fewest[] = {6, 15, 15};
+  const TDecimalDigits all = ExtendedToDigits(value, ExactPrecision);
   TDecimalDigits digits;
   for (int precision = fewest[static_cast<int>(width)]; precision <= ExactPrecision; ++precision) {
-    digits = ExtendedToDigits(value, precision);
+    digits = Shortened(all, precision);
     if (SameValue(digits, value, width)) break;
   }
   char* const start = text;

@@ -283,17 +283,26 @@ class TFormTextReader {
     const std::string_view word = ReadWord("a value");
     // Few words are other than identifiers, and all of them are short.
     if (word.size() <= 5) {
-      if (word == "INF" || word == "NAN") return WriteNotFinite(word, false);
+      if (IsNotFinite(word)) return WriteNotFinite(word, false);
       return FOut.WriteIdentValue(word);
     }
     FOut.WriteValueType(TValueType::vaIdent);
     WriteName(word);
   }
 
+  // INF and NAN, with the suffix of a number.
+  static bool IsNotFinite(std::string_view word) {
+    if (!word.starts_with("INF") && !word.starts_with("NAN")) return false;
+    return word.size() == 3 || (word.size() == 4 && (word[3] == 's' || word[3] == 'd'));
+  }
+
   void WriteNotFinite(std::string_view word, bool negative) {
-    TExtended value = DoubleToExtended(word == "INF" ? HUGE_VAL : std::nan(""));
-    if (negative) value.SignExponent |= 0x8000;
-    WriteFloat(value);
+    TNumber number;
+    number.IsFloat = true;
+    number.Float = DoubleToExtended(word[0] == 'I' ? HUGE_VAL : std::nan(""));
+    if (negative) number.Float.SignExponent |= 0x8000;
+    if (word.size() == 4) number.Suffix = word[3];
+    WriteNumber(word.data(), number);
   }
 
   void WriteFloat(TExtended value) {
@@ -393,27 +402,44 @@ class TFormTextReader {
 
   // Floats, hexadecimal numbers and those of more than eight digits.
   void ReadLongNumber() {
-    if (FEnd - FNext >= 4 && std::memcmp(FNext, "-INF", 4) == 0) {
-      FNext += 4;
-      return WriteNotFinite("INF", true);
+    const char* start = FNext;
+    if (*start == '-' && IsNotFinite({start + 1, SkipWord(start + 1, FEnd)})) {
+      ++FNext;
+      return WriteNotFinite(ReadWord("a number"), true);
     }
     TNumber number;
     ScanNumber(number);
+    WriteNumber(start, number);
+  }
+
+  void WriteNumber(const char* start, const TNumber& number) {
     switch (number.Suffix) {
-      case 's':
+      case 's': {
+        const auto value = static_cast<float>(ExtendedToDouble(number.Float));
+        CheckRange(start, value, number.Float);
         FOut.WriteValueType(TValueType::vaSingle);
-        return FOut.WriteFixed(static_cast<float>(ExtendedToDouble(number.Float)));
+        return FOut.WriteFixed(value);
+      }
+      case 'd': {
+        const double value = ExtendedToDouble(number.Float);
+        CheckRange(start, value, number.Float);
+        FOut.WriteValueType(TValueType::vaDate);
+        return FOut.WriteFixed(value);
+      }
       case 'c':
         FOut.WriteValueType(TValueType::vaCurrency);
         return FOut.WriteFixed(number.Integer);
-      case 'd':
-        FOut.WriteValueType(TValueType::vaDate);
-        return FOut.WriteFixed(ExtendedToDouble(number.Float));
       default:
         break;
     }
     if (!number.IsFloat) return FOut.WriteIntegerValue(number.Integer);
+    CheckRange(start, FStyle.NewerTags ? ExtendedToDouble(number.Float) : 0.0, number.Float);
     WriteFloat(number.Float);
+  }
+
+  // A finite number must not become infinite where it is stored.
+  void CheckRange(const char* start, double stored, TExtended value) const {
+    if (!std::isfinite(stored) && value.IsFinite()) FailAt(start, "a float that fits its kind");
   }
 
   void ScanNumber(TNumber& number) {
