@@ -1,6 +1,8 @@
 // Tabs as a list of strings with objects, and who raises the change event.
 #include <gmock/gmock.h>
 
+#include <QElapsedTimer>
+
 #include "platform/widgets/Support.h"
 #include "platform/widgets/TabControl.h"
 
@@ -86,16 +88,17 @@ TEST_F(TabControls, ClosingTabsKeepsTheIndexInside) {
 }
 
 TEST_F(TabControls, ThousandsOfTabsAreAssignedWithoutLayingOutEachTime) {
+  QElapsedTimer timer;
+  timer.start();
   TStringList many;
   for (int i = 0; i < 3000; ++i) many.Add("Unit" + std::to_string(i));
   Tabs->SetTabs(&many);
   many.Move(0, 2999);
-  QElapsedTimer timer;
-  timer.start();
   Tabs->SetTabs(&many);
-  EXPECT_LT(timer.elapsed(), 2000) << "laying out 3000 tabs 3000 times takes far longer";
+  EXPECT_LT(timer.elapsed(), 1000) << "laying out 3000 tabs 3000 times takes far longer";
   EXPECT_EQ(Tabs->tabText(2999), "Unit0");
-  EXPECT_EQ(Tabs->tabRect(0).left(), 0) << "the layout was made at the end";
+  EXPECT_GT(Tabs->tabRect(0).width(), 10) << "the layout was made at the end";
+  EXPECT_GT(Tabs->tabRect(2999).left(), 3000 * 10);
 }
 
 }  // namespace
