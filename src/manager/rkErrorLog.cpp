@@ -32,7 +32,8 @@ std::string TErrorLog::EntryText(const TObject* sender, const std::exception_ptr
 }
 
 void TErrorLog::Add(const TObject* sender, const std::exception_ptr& error) {
-  if (!Enabled) return;
+  if (!Enabled || (error && error == FLast)) return;
+  FLast = error;
   const std::string text = EntryText(sender, error);
   Constructor.Clear();
   Destructor.Clear();

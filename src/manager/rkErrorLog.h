@@ -17,17 +17,22 @@ struct TTrail {
   void AddExpert(const std::string& name) { Experts += (Experts.empty() ? "" : "\r\n") + name; }
 };
 
-struct TErrorLog {
+class TErrorLog {
+ public:
   std::string FileName;
   bool Enabled = false;
   std::uint32_t MaxSize = 0;  // kilobytes; 0: no limit
   TTrail Constructor, Destructor;
 
-  // Appends an entry while the log is enabled; the trails are written once and cleared. A log that
-  // cannot be written is not worth another error: the failure goes to the standard error.
+  // Appends an entry while the log is enabled; the trails are written once and cleared. An
+  // exception that is handed on from one handler to the next is written once. A log that cannot be
+  // written is not worth another error: the failure goes to the standard error.
   void Add(const TObject* sender, const std::exception_ptr& error);
   // The text of an entry.
   std::string EntryText(const TObject* sender, const std::exception_ptr& error) const;
+
+ private:
+  std::exception_ptr FLast;
 };
 
 // The one log of the loaded package.

@@ -70,6 +70,9 @@ class TExpMenuItemData : public TSpcItem {
   std::int32_t ImageIndex = -1;  // -1: no picture
   // Called when the command is chosen, with the action as the sender; not stored.
   TNotifyEvent OnExecute;
+  // Called before the command is shown or run by its hot key, with the action as the sender: sets
+  // whether it is enabled. Not stored.
+  TNotifyEvent OnUpdate;
 
  private:
   bool CaptionIsUsers() const { return !Caption.empty() && Caption != FOwnCaption; }

@@ -1,0 +1,133 @@
+// The stored language choice and the language submenu.
+#include "manager/rkLanguages.h"
+
+#include <utility>
+#include <vector>
+
+#include "locale/rkLocale.h"
+#include "platform/core/Files.h"
+#include "platform/core/StringList.h"
+#include "platform/core/SysUtils.h"
+#include "platform/widgets/Registry.h"
+
+namespace wrenfold {
+
+namespace {
+
+constexpr const char* RegistryKey = "\\Software\\Wrenfold";
+
+struct TStoredValue {
+  const char* Name;
+  std::string TLanguageSettings::*Member;
+};
+constexpr TStoredValue StoredValues[] = {{"ExpLocaleDir", &TLanguageSettings::Directory},
+                                         {"ExpLocaleModules", &TLanguageSettings::Modules},
+                                         {"ExpCurrentLocale", &TLanguageSettings::Current}};
+
+using TPairs = std::vector<std::pair<std::string, std::string>>;
+
+TPairs PairsOf(const TStrings& lines) {
+  TPairs pairs;
+  for (int i = 0; i < lines.Count(); ++i) {
+    const auto equals = lines[i].find('=');
+    if (equals != std::string::npos)
+      pairs.emplace_back(lines[i].substr(0, equals), lines[i].substr(equals + 1));
+  }
+  return pairs;
+}
+
+TPairs ModulePairs(const TLanguageSettings& settings) {
+  TStringList lines;
+  lines.SetCommaText(settings.Modules);
+  return PairsOf(lines);
+}
+
+TPairs DisplayNames() {
+  TStringList lines;
+  lines.SetText(LocaleStr(sLanguageNames));
+  return PairsOf(lines);
+}
+
+// The display name of the language in force, empty for the package's own texts.
+std::string ActiveDisplayName(const TLanguageSettings& settings) {
+  const std::string file = ExtractFileName(settings.Current);
+  for (const auto& [language, module] : ModulePairs(settings))
+    if (!file.empty() && EqualText(module, file)) return TranslateLangName(language);
+  return {};
+}
+
+void SetActiveLanguageItem(TMenuItem* parent, const TLanguageSettings& settings) {
+  const std::string active = ActiveDisplayName(settings);
+  for (TMenuItem* item : parent->Items()) {
+    if (item->Action() == nullptr) continue;
+    const bool isDefault = item == parent->Items(0);
+    const bool checked = settings.Current.empty()
+                             ? isDefault
+                             : !isDefault && EqualText(StripHotkey(item->Caption()), active);
+    item->Action()->SetChecked(checked);
+  }
+}
+
+}  // namespace
+
+void TLanguageSettings::Read() {
+  TRegistry registry;
+  registry.OpenKey(RegistryKey, true);
+  for (const TStoredValue& value : StoredValues) {
+    if (registry.ValueExists(value.Name)) this->*value.Member = registry.ReadString(value.Name);
+    else registry.WriteString(value.Name, this->*value.Member);
+  }
+}
+
+void TLanguageSettings::Write() const {
+  TRegistry registry;
+  registry.OpenKey(RegistryKey, true);
+  for (const TStoredValue& value : StoredValues)
+    registry.WriteString(value.Name, this->*value.Member);
+}
+
+std::string TLanguageSettings::FullName(const std::string& moduleFile,
+                                        const std::string& packageDirectory) const {
+  return (Directory.empty() ? packageDirectory : Directory) + moduleFile;
+}
+
+std::string TranslateLangName(const std::string& name) {
+  for (const auto& [language, display] : DisplayNames())
+    if (EqualText(language, name)) return display;
+  return name;
+}
+
+std::string RetranslateLangName(const std::string& displayName) {
+  for (const auto& [language, display] : DisplayNames())
+    if (display == displayName) return language;
+  return displayName;
+}
+
+void CreateLangSubMenu(TExpertsMenu& menu, TMenuItem* parent, const TLanguageSettings& settings,
+                       const std::string& packageDirectory, const TLanguageHandlers& handlers) {
+  TActionList* actionList = EnvironmentActions();
+  TExpActionList& actions = menu.LanguageActions();
+  menu.ClearItems(parent, actions);
+  const auto add = [&](const std::string& caption, TNotifyEvent handler) {
+    menu.CreateNewItem(caption, handler, parent, actions, actionList);
+  };
+  add(LocaleStr(sDefaultLanguage) + " (" + TranslateLangName(LocaleStr(sOwnLanguage)) + ")",
+      handlers.SelectDefault);
+  menu.CreateLine(parent);
+  for (const auto& [language, module] : ModulePairs(settings))
+    if (FileExists(settings.FullName(module, packageDirectory)))
+      add(TranslateLangName(language), handlers.Select);
+  menu.CreateLine(parent);
+  add(LocaleStr(sLanguageModules), handlers.EditModules);
+  actions.back()->SetEnabled(static_cast<bool>(handlers.EditModules));
+  SetActiveLanguageItem(parent, settings);
+}
+
+std::string ModuleOfCaption(const TLanguageSettings& settings, const std::string& caption) {
+  const std::string name = RetranslateLangName(StripHotkey(caption));
+  for (const auto& [language, module] : ModulePairs(settings))
+    if (EqualText(language, name)) return module;
+  return {};
+}
+
+}  // namespace wrenfold
