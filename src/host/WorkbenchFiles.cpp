@@ -98,14 +98,11 @@ void TWorkbench::ReportProject(const TProject& project) {
 void TWorkbench::OpenSession(TProjectHolder& project) {
   TSession session = FSettings.Session(project.FileName());
   if (session.Files.empty()) {
-    // The first time: the source and the main form's unit, which stands first.
+    // The first time: the source and the main form's unit.
     session.Files.push_back(project.FileName());
-    for (const TProjectModule& module : project.Project().Modules()) {
-      if (module.State != TModuleState::Ok || module.FormName.empty()) continue;
-      session.Files.push_back(module.FileName);
-      session.Active = 1;
-      break;
-    }
+    if (const TProjectModule* main = FindMainForm(project.Project()))
+      session.Files.push_back(main->FileName);
+    session.Active = 1;
   }
   for (const std::string& file : session.Files) {
     if (!FileExists(file)) continue;
@@ -117,8 +114,8 @@ void TWorkbench::OpenSession(TProjectHolder& project) {
         }
   }
   const std::vector<TEditPage*> pages = FEditWindow->Pages();
-  if (session.Active >= 0 && session.Active < static_cast<int>(pages.size()))
-    FEditWindow->Activate(*pages[static_cast<std::size_t>(session.Active)]);
+  const int active = std::min(session.Active, static_cast<int>(pages.size()) - 1);
+  if (active >= 0) FEditWindow->Activate(*pages[static_cast<std::size_t>(active)]);
   ViewEditor();
 }
 

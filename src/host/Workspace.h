@@ -14,6 +14,10 @@ std::string AbsoluteFileName(const std::string& fileName);
 // By the extension: .dpr, .dpk, .lpr, and C++ sources that hold form macros.
 bool IsProjectFile(const std::string& fileName);
 
+// The module of the form that the project's program creates first, data modules aside; else of the
+// first form. Null when the project has none.
+const TProjectModule* FindMainForm(TProject& project);
+
 class TWorkspace {
  public:
   explicit TWorkspace(TModuleHost& host) : FHost(host) {}

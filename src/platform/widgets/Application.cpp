@@ -237,11 +237,12 @@ TApplication::~TApplication() {
 }
 
 std::string TApplication::Title() const {
-  return FromQString(applicationDisplayName());
+  return FromQString(applicationName());
 }
 
 void TApplication::SetTitle(const std::string& title) {
-  setApplicationDisplayName(ToQString(title));
+  // Not the display name: the toolkit would write that behind the caption of every window.
+  setApplicationName(ToQString(title));
 }
 
 void TApplication::Terminate() {
