@@ -1,8 +1,7 @@
 // Loads and renders form files.
 #include "host/FormDocument.h"
 
-#include <unistd.h>
-
+#include "host/project/TextFile.h"
 #include "platform/core/Files.h"
 
 namespace wrenfold {
@@ -35,7 +34,7 @@ TFormDocument::TFormDocument(const std::string& fileName) {
 }
 
 bool TFormDocument::ReadOnly() const {
-  return access(FileName().c_str(), F_OK) == 0 && access(FileName().c_str(), W_OK) != 0;
+  return IsReadOnlyFile(FileName());
 }
 
 void TFormDocument::SetModified(bool modified) {

@@ -13,6 +13,46 @@ namespace {
 constexpr std::string_view ClassOfCarrier = "TValue", Property = "Value";
 constexpr std::string_view TextBegin = "object TValue\r\n  Value = ", TextEnd = "\r\nend\r\n";
 
+// What the tags of values have in common for somebody who types a value.
+const char* KindOf(std::string_view value) {
+  using enum TValueType;
+  switch (static_cast<TValueType>(value.empty() ? 0 : value[0])) {
+    case vaInt8:
+    case vaInt16:
+    case vaInt32:
+    case vaInt64:
+      return "a whole number";
+    case vaExtended:
+    case vaSingle:
+    case vaCurrency:
+    case vaDate:
+    case vaDouble:
+      return "a number";
+    case vaString:
+    case vaLString:
+    case vaWString:
+    case vaUTF8String:
+      return "a text in single quotes";
+    case vaFalse:
+    case vaTrue:
+      return "True or False";
+    case vaIdent:
+    case vaNil:
+    case vaNull:
+      return "a name";
+    case vaSet:
+      return "names in square brackets";
+    default:
+      return "a list";
+  }
+}
+
+// True and False are the only values of their kind; a number may have lost its fraction.
+bool Fits(std::string_view value, std::string_view replaced) {
+  const std::string_view kind = KindOf(value), wanted = KindOf(replaced);
+  return kind == wanted || (wanted == "a number" && kind == "a whole number");
+}
+
 }  // namespace
 
 std::string FormValueText(std::string_view value) {
@@ -34,7 +74,7 @@ std::string FormValueText(std::string_view value) {
   return std::string(Trim(whole.substr(start + 3, end - start - 3)));
 }
 
-std::string FormValueFromText(const std::string& text) {
+std::string FormValueFromText(const std::string& text, std::string_view replaced) {
   const std::string whole = std::string(TextBegin) + text + std::string(TextEnd);
   TByteWriter carrier;
   std::size_t position = 0;
@@ -56,6 +96,9 @@ std::string FormValueFromText(const std::string& text) {
   if (!named || !binary.SkipEndOfList("end") || !binary.SkipEndOfList("end") ||
       !AtTextEnd(whole, position))
     throw EConvertError(fmt::format("'{}' is no single value of a property", text));
+  if (!Fits(value, replaced))
+    throw EConvertError(fmt::format("'{}' does not fit the property: expected {}, as in {}", text,
+                                    KindOf(replaced), FormValueText(replaced)));
   return value;
 }
 

@@ -10,7 +10,8 @@ namespace wrenfold {
 // it behind "Name = ". Lists, collections and binaries have several lines.
 std::string FormValueText(std::string_view value);
 
-// The value that a text stands for. Raises EConvertError saying what is wrong with it.
-std::string FormValueFromText(const std::string& text);
+// The value that a text stands for, to take the place of another one: of its kind (a number for a
+// number, a text for a text). Raises EConvertError saying what is wrong and what was expected.
+std::string FormValueFromText(const std::string& text, std::string_view replaced);
 
 }  // namespace wrenfold

@@ -162,8 +162,9 @@ void TPropertyInspector::ValueEdited(QTreeWidgetItem* item, int column) {
   const std::string path = FromQString(item->text(0));
   std::string trouble;
   try {
-    const std::string value = FormValueFromText(FromQString(item->text(1)));
-    if (value != component->FindValue(path)) {
+    const std::string_view old = component->FindValue(path);
+    const std::string value = FormValueFromText(FromQString(item->text(1)), old);
+    if (value != old) {
       component->SetValue(path, value);
       FEditor->MarkModified();
     }

@@ -182,7 +182,7 @@ class TWorkbench : public TForm, public TModuleHost {
   bool SettleModule(TModule& module);
   bool SettleAll();
   void DropModule(TModule& module);
-  bool PageOpen(const TModule& module) const;
+  bool Shown(const TModule& module, const TSourceEditor* except) const;
   std::string AskFileName(const TModule& module);
   bool WriteModule(TModule& module, const std::string& fileName, bool onlyModified);
   bool OfferUnicode(TModule& module, const std::string& trouble);

@@ -411,39 +411,38 @@ bool TWorkbench::SettleAll() {
                      [this](TModule* module) { return SettleModule(*module); });
 }
 
-bool TWorkbench::PageOpen(const TModule& module) const {
-  const auto& sources = module.Sources();
-  return std::any_of(sources.begin(), sources.end(), [this](const TIntf<TSourceEditor>& source) {
-    return !FEditWindow->PagesOf(*source).empty();
-  });
+// Whether a page (of another source than this one) or a window shows the module.
+bool TWorkbench::Shown(const TModule& module, const TSourceEditor* except) const {
+  for (const TIntf<TSourceEditor>& source : module.Sources())
+    if (source.get() != except && !FEditWindow->PagesOf(*source).empty()) return true;
+  const TFormEditor* form = module.FormEditor();
+  const TDesignerForm* designer = form != nullptr ? FindDesigner(*form) : nullptr;
+  return designer != nullptr && designer->isVisible();
 }
 
 bool TWorkbench::ClosePage(TEditPage& page) {
   const TIntf<TSourceEditor> source(&page.Source());
   TModule* module = source->Module();
   if (module == nullptr) return false;
+  const TIntf<IOTAModule> held(module->Interface());
   const bool last = FEditWindow->PagesOf(*source).size() == 1;
-  if (last && source->Modified() && !SettleModule(*module)) return false;
+  // The project stays open without its page.
+  const bool closesModule = last && module != FWorkspace.Project() && !Shown(*module, source.get());
+  const bool modified = closesModule ? module->Modified() : last && source->Modified();
+  if (modified && !SettleModule(*module)) return false;
   // The question let other events in: the page may be gone.
   const auto pages = FEditWindow->Pages();
   if (std::find(pages.begin(), pages.end(), &page) == pages.end()) return true;
   FEditWindow->RemovePage(page);
-  if (!last) return true;
-  source->Forget();
-  CloseHiddenModules();
-  return true;
+  if (last) source->Forget();
+  return !closesModule || CloseModule(*module, false);
 }
 
-// Modules that no page and no window shows are closed; the project and its files stay.
+// Units that no page and no window shows are closed.
 void TWorkbench::CloseHiddenModules() {
-  for (TModule* module : FWorkspace.Modules()) {
-    const bool unit = dynamic_cast<TUnitModule*>(module) != nullptr;
-    if (!unit || PageOpen(*module)) continue;
-    const TDesignerForm* designer =
-        module->FormEditor() != nullptr ? FindDesigner(*module->FormEditor()) : nullptr;
-    if (designer != nullptr && designer->isVisible()) continue;
-    CloseModule(*module, true);
-  }
+  for (TModule* module : FWorkspace.Modules())
+    if (dynamic_cast<TUnitModule*>(module) != nullptr && !Shown(*module, nullptr))
+      CloseModule(*module, true);
 }
 
 void TWorkbench::DropModule(TModule& module) {

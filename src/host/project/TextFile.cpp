@@ -17,15 +17,15 @@ std::size_t HashOf(std::string_view bytes) {
   return std::hash<std::string_view>()(bytes);
 }
 
-bool IsReadOnly(const std::string& fileName) {
+}  // namespace
+
+bool IsReadOnlyFile(const std::string& fileName) {
   struct stat status;
   if (stat(fileName.c_str(), &status) != 0) return false;
   // A file that nobody may write is meant to stay as it is, whatever rights this user has.
   constexpr mode_t anybody = S_IWUSR | S_IWGRP | S_IWOTH;
   return (status.st_mode & anybody) == 0 || access(fileName.c_str(), W_OK) != 0;
 }
-
-}  // namespace
 
 TTextFile TTextFile::Load(const std::string& fileName, int codePage) {
   // Devices and pipes have no end.
@@ -79,7 +79,7 @@ TDiskState TTextFile::DiskState() const {
 }
 
 bool TTextFile::ReadOnly() const {
-  return IsReadOnly(FFileName);
+  return IsReadOnlyFile(FFileName);
 }
 
 void TTextFile::Save() {
@@ -88,7 +88,7 @@ void TTextFile::Save() {
 
 void TTextFile::SaveAs(const std::string& fileName) {
   // The file would be replaced, which its own permissions do not prevent.
-  if (IsReadOnly(fileName))
+  if (IsReadOnlyFile(fileName))
     throw EFCreateError(
         fmt::format("{}: the file is read-only; save the text under another name", fileName));
   const std::string bytes = EncodeText(FText, FFormat, fileName);

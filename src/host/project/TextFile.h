@@ -12,6 +12,9 @@ namespace wrenfold {
 
 enum class TDiskState { Same, Changed, Missing };
 
+// The file exists and may not be written, by this user or by anybody.
+bool IsReadOnlyFile(const std::string& fileName);
+
 // A text with the file it stands in. Saved without an edit the file has the bytes that it had.
 class TTextFile {
  public:

@@ -1,0 +1,257 @@
+// Files as they come: encodings, changes by others, read-only ones, broken projects, drops.
+#include <QDropEvent>
+#include <QMimeData>
+#include <QUrl>
+
+#include "host/HostTest.h"
+#include "platform/widgets/Text.h"
+
+namespace wrenfold {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::string_literals;
+
+struct TBytesCase {
+  const char* Name;
+  std::string Before;
+  std::string After;  // with an "x" typed in front of the text
+};
+class StoredForm : public HostTest, public testing::WithParamInterface<TBytesCase> {};
+
+TEST_P(StoredForm, IsKeptByASave) {
+  const std::string file = Folder.Write("A.pas", GetParam().Before);
+  OpenPage(file);
+  Type("x");
+  ASSERT_TRUE(Workbench->SaveAll());
+  EXPECT_EQ(Folder.Read(file), GetParam().After);
+  EXPECT_FALSE(Document(file).Modified());
+}
+const TBytesCase BytesCases[] = {
+    {"Utf8",
+     "gr\xC3\xB6\xC3\x9F"
+     "e\n",
+     "xgr\xC3\xB6\xC3\x9F"
+     "e\n"},
+    {"Utf8WithMark",
+     "\xEF\xBB\xBF"
+     "a\r\n",
+     "\xEF\xBB\xBF"
+     "xa\r\n"},
+    {"Utf16",
+     "\xFF\xFE"
+     "a\0\r\0\n\0"s,
+     "\xFF\xFE"
+     "x\0a\0\r\0\n\0"s},
+    {"CodePage",
+     "gr\xF6\xDF"
+     "e\r\n",
+     "xgr\xF6\xDF"
+     "e\r\n"},
+    {"MixedLineEnds", "a\r\nb\nc\rd", "xa\r\nb\nc\rd"},
+    {"ZeroBytes", "a\0b\r\n"s, "xa\0b\r\n"s},
+    {"Empty", "", "x"},
+};
+INSTANTIATE_TEST_SUITE_P(Host, StoredForm, testing::ValuesIn(BytesCases), CaseName);
+
+class Files : public HostTest {
+ protected:
+  // Another program writes: the time differs, whatever the clock's steps.
+  void ChangeOnDisk(const std::string& file, const std::string& bytes) {
+    Folder.Write(fs::path(file).filename().string(), bytes);
+    fs::last_write_time(file, fs::last_write_time(file) + std::chrono::seconds(5));
+  }
+};
+
+TEST_F(Files, CharacterThatTheEncodingLacksIsSavedAsUtf8OnlyWhenWanted) {
+  const std::string file = Folder.Write("A.pas",
+                                        "gr\xF6\xDF"
+                                        "e\r\n");
+  OpenPage(file);
+  Type("\xE4\xB8\xAD");
+  Answers = {mbNo};
+  EXPECT_FALSE(Workbench->SaveAll());
+  EXPECT_EQ(Folder.Read(file),
+            "gr\xF6\xDF"
+            "e\r\n");
+  EXPECT_TRUE(Document(file).Modified());
+  Answers = {mbYes};
+  EXPECT_TRUE(Workbench->SaveAll());
+  EXPECT_EQ(Folder.Read(file),
+            "\xEF\xBB\xBF\xE4\xB8\xADgr\xC3\xB6\xC3\x9F"
+            "e\r\n");
+}
+
+TEST_F(Files, ChangedOnDiskIsReadAgainWhenTheUserWantsIt) {
+  const std::string file = Folder.Write("A.pas", "one\r\n");
+  OpenPage(file);
+  ChangeOnDisk(file, "two\r\n");
+  Answers = {mbYes};
+  Workbench->CheckDisk();
+  EXPECT_EQ(Document(file).Text(), "two\r\n");
+  EXPECT_FALSE(Document(file).Modified());
+  Workbench->CheckDisk();
+}
+
+TEST_F(Files, EditsStayWhenTheChangeOnDiskIsRefusedAndItIsNotAskedAgain) {
+  const std::string file = Folder.Write("A.pas", "one\r\n");
+  OpenPage(file);
+  Type("mine ");
+  ChangeOnDisk(file, "two\r\n");
+  Answers = {mbNo};
+  Workbench->CheckDisk();
+  EXPECT_EQ(Document(file).Text(), "mine one\r\n");
+  Workbench->CheckDisk();
+  EXPECT_EQ(Folder.Read(file), "two\r\n");
+}
+
+TEST_F(Files, EditsReplacedByAReloadComeBackByUndo) {
+  const std::string file = Folder.Write("A.pas", "one\r\n");
+  OpenPage(file);
+  Type("mine ");
+  ChangeOnDisk(file, "two\r\n");
+  Answers = {mbYes};
+  Workbench->CheckDisk();
+  ASSERT_EQ(Document(file).Text(), "two\r\n");
+  Workbench->EditUndo();
+  EXPECT_EQ(Document(file).Text(), "mine one\r\n");
+  EXPECT_TRUE(Document(file).Modified());
+}
+
+TEST_F(Files, ChangeThatWasNotSeenYetIsNotWrittenOverUnasked) {
+  const std::string file = Folder.Write("A.pas", "one\r\n");
+  OpenPage(file);
+  Type("x");
+  ChangeOnDisk(file, "two\r\n");
+  Answers = {mbNo};
+  EXPECT_FALSE(Workbench->SaveAll());
+  EXPECT_EQ(Folder.Read(file), "two\r\n");
+}
+
+TEST_F(Files, RemovedFileKeepsItsTextInTheEditor) {
+  const std::string file = Folder.Write("A.pas", "one\r\n");
+  OpenPage(file);
+  fs::remove(file);
+  Workbench->CheckDisk();
+  EXPECT_TRUE(Document(file).Modified());
+  EXPECT_TRUE(HasMessage("A.pas is no longer on disk"));
+  EXPECT_TRUE(Workbench->SaveAll());
+  EXPECT_EQ(Folder.Read(file), "one\r\n");
+}
+
+TEST_F(Files, ReadOnlyFileIsMarkedAndSavedUnderAnotherName) {
+  const std::string file = Folder.Write("A.pas", "one\r\n"), other = Folder.Path() + "/B.pas";
+  fs::permissions(file, fs::perms::owner_read);
+  OpenPage(file);
+  EXPECT_TRUE(Document(file).ReadOnly());
+  Type("x");
+  Answers = {mbYes};
+  Workbench->FileDialogs.Save = [&](auto&&...) { return other; };
+  EXPECT_TRUE(Workbench->SaveAll());
+  EXPECT_EQ(Folder.Read(file), "one\r\n");
+  EXPECT_EQ(Folder.Read(other), "xone\r\n");
+  EXPECT_EQ(Workbench->EditWindow().Tabs().Tabs()->Get(0), "B");
+}
+
+TEST_F(Files, FailedSaveKeepsPageTextAndMark) {
+  const std::string file = Folder.Write("sub/A.pas", "one\r\n");
+  TEditPage& page = OpenPage(file);
+  Type("x");
+  fs::remove_all(Folder.Path() + "/sub");
+  Answers = {mbYes, mbOK};  // save it; the message that it failed
+  EXPECT_FALSE(Workbench->ClosePage(page));
+  EXPECT_EQ(Document(file).Text(), "xone\r\n");
+  EXPECT_TRUE(Document(file).Modified());
+}
+
+TEST_F(Files, NewUnitAsksForItsNameAndTakesTheFirstFreeOne) {
+  ASSERT_TRUE(Workbench->OpenProject(WriteProject()));
+  Folder.Write("Unit1.pas", "");
+  Workbench->NewUnit(TSourceLanguage::Pascal);
+  Workbench->NewUnit(TSourceLanguage::Pascal);
+  EXPECT_EQ(Workbench->EditWindow().ActivePage()->Source().FileName(), FileOf("Unit3"));
+  std::string asked;
+  Workbench->FileDialogs.Save = [&](const std::string&, const std::string& name, auto&&...) {
+    asked = name;
+    return std::string();
+  };
+  Workbench->FileSave();
+  EXPECT_EQ(asked, FileOf("Unit3"));
+  EXPECT_FALSE(fs::exists(FileOf("Unit3"))) << "giving up wrote a file";
+}
+
+TEST_F(Files, UnitsOfOneNameInTwoFoldersAreTwoUnits) {
+  OpenPage(Folder.Write("a/Same.pas", "first"));
+  OpenPage(Folder.Write("b/Same.pas", "second"));
+  EXPECT_EQ(Workbench->EditWindow().Pages().size(), 2u);
+  EXPECT_EQ(Document(Folder.Path() + "/a/Same.pas").Text(), "first");
+  EXPECT_EQ(Document(Folder.Path() + "/b/Same.pas").Text(), "second");
+}
+
+TEST_F(Files, DroppedProjectIsOpened) {
+  QMimeData data;
+  data.setUrls({QUrl::fromLocalFile(ToQString(WriteProject()))});
+  QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  Application().notify(Workbench.get(), &enter);
+  EXPECT_TRUE(enter.isAccepted());
+  QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  Application().notify(Workbench.get(), &drop);
+  Application().ProcessMessages();
+  ASSERT_NE(Workbench->Workspace().Project(), nullptr);
+  EXPECT_EQ(Workbench->Caption(), "Sample - Wrenfold");
+}
+
+struct TBrokenCase {
+  const char* Name;
+  const char* FileName;
+  std::optional<std::string> Bytes;
+};
+class BrokenProject : public HostTest, public testing::WithParamInterface<TBrokenCase> {};
+
+TEST_P(BrokenProject, IsRefusedInWordsAndTheOpenOneStays) {
+  ASSERT_TRUE(Workbench->OpenProject(WriteProject()));
+  const std::string file = GetParam().Bytes ? Folder.Write(GetParam().FileName, *GetParam().Bytes)
+                                            : Folder.Path() + "/" + GetParam().FileName;
+  EXPECT_FALSE(Workbench->OpenProject(file));
+  EXPECT_TRUE(HasMessage(GetParam().FileName));
+  ASSERT_NE(Workbench->Workspace().Project(), nullptr);
+  EXPECT_EQ(Workbench->Workspace().Project()->Project().Name(), "Sample");
+}
+const TBrokenCase BrokenCases[] = {
+    {"Missing", "None.dpr", {}},
+    {"Empty", "Empty.dpr", ""},
+    {"Binary", "Noise.dpr",
+     std::string("\x7f"
+                 "ELF\0\1\2\0\0\0\xff\xfe",
+                 12)},
+    {"NoProject", "Unit.dpr", "unit A; interface implementation end."},
+};
+INSTANTIATE_TEST_SUITE_P(Host, BrokenProject, testing::ValuesIn(BrokenCases), CaseName);
+
+TEST_F(Files, MissingUnitIsListedAndTheRestOpens) {
+  const std::string project = WriteProject();
+  fs::remove(FileOf("Child"));
+  ASSERT_TRUE(Workbench->OpenProject(project));
+  EXPECT_TRUE(HasMessage("Child.pas"));
+  EXPECT_TRUE(Workbench->OpenFile(FileOf("Tools")));
+  EXPECT_EQ(Workbench->OpenModule(FileOf("Child")), nullptr);
+}
+
+TEST_F(Files, PagesOfAProjectComeBackWithIt) {
+  const std::string project = WriteProject();
+  ASSERT_TRUE(Workbench->OpenProject(project));
+  EXPECT_EQ(Workbench->EditWindow().ActivePage()->Source().FileName(), FileOf("Main"))
+      << "the main form's unit is what one starts with";
+  OpenPage(FileOf("Tools"));
+  Workbench->ViewNewEditWindow();
+  ASSERT_TRUE(Workbench->CloseQuery());
+  Restart();
+  ASSERT_TRUE(Workbench->OpenProject(project));
+  const auto pages = Workbench->EditWindow().Pages();
+  ASSERT_EQ(pages.size(), 4u);
+  EXPECT_EQ(&pages[2]->Source(), &pages[3]->Source());
+  EXPECT_EQ(Workbench->EditWindow().ActivePage(), pages[3]);
+}
+
+}  // namespace
+}  // namespace wrenfold

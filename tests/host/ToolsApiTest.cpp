@@ -1,0 +1,152 @@
+// What packages get from the open tools interface, and what they may do to the environment.
+#include "host/HostTest.h"
+#include "platform/widgets/ToolBar.h"
+
+namespace wrenfold {
+namespace {
+
+class ToolsApi : public HostTest {
+ protected:
+  IOTAProject* Project() {
+    const auto services = Supports<IOTAModuleServices>(BorlandIDEServices);
+    for (int i = 0; i < services->GetModuleCount(); ++i)
+      if (const auto group = Supports<IOTAProjectGroup>(services->GetModule(i)))
+        return group->GetActiveProject();
+    return nullptr;
+  }
+};
+
+TEST_F(ToolsApi, ComponentsThatPackagesLookForHaveTheirNames) {
+  const auto services = Supports<INTAServices>(BorlandIDEServices);
+  EXPECT_NE(services->GetMainMenu()->Items()->Find("tools"), nullptr);
+  EXPECT_NE(services->GetActionList()->FindAction("FileCloseAllCommand"), nullptr);
+  TToolBar* bar = services->GetToolBar("viewtoolbar");
+  ASSERT_NE(bar, nullptr);
+  std::string captions;
+  for (int i = 0; i < bar->ButtonCount(); ++i) captions += bar->Buttons(i)->Caption() + ";";
+  EXPECT_NE(captions.find("View Unit;View Form;"), std::string::npos) << captions;
+  TForm* edit = Screen().FindForm("EditWindow_0");
+  ASSERT_NE(edit, nullptr);
+  EXPECT_TRUE(edit->isVisible());
+  EXPECT_NE(dynamic_cast<TTabControl*>(edit->FindComponent("TabControl")), nullptr);
+  EXPECT_NE(WidgetOf(edit->FindComponent("Editor")), nullptr);
+  EXPECT_NE(Screen().FindForm("PropertyInspector"), nullptr);
+}
+
+TEST_F(ToolsApi, ProjectListsItsModulesAndOpensThem) {
+  ASSERT_TRUE(Workbench->OpenProject(WriteProject()));
+  IOTAProject* project = Project();
+  ASSERT_NE(project, nullptr);
+  std::string listed;
+  for (int i = 0; i < project->GetModuleCount(); ++i) {
+    IOTAModuleInfo* info = project->GetModule(i);
+    listed += info->GetName() + ":" + info->GetFormName() + " ";
+  }
+  EXPECT_EQ(listed, "Main:MainForm Child:ChildForm Tools: ");
+  EXPECT_EQ(project->GetModule(3), nullptr);
+
+  IOTAModule* module = project->GetModule(1)->OpenModule();
+  ASSERT_NE(module, nullptr);
+  ASSERT_EQ(module->GetModuleFileCount(), 2);
+  EXPECT_EQ(module->GetModuleFileEditor(0)->GetFileName(), FileOf("Child"));
+  EXPECT_EQ(module->GetOwner(0), project);
+  const auto form = Supports<INTAFormEditor>(module->GetModuleFileEditor(1));
+  ASSERT_TRUE(form);
+  const TComponent* root = form->GetFormDesigner()->GetRoot();
+  EXPECT_EQ(root->Name(), "ChildForm");
+  EXPECT_TRUE(IsFormClass(root->GetClassInfo())) << "the chain through the other unit is not known";
+  EXPECT_EQ(root->GetClassInfo().Parent()->Name(), "TMainForm");
+}
+
+TEST_F(ToolsApi, BrokenFormGivesNoRootAndOneMessage) {
+  const std::string file = Folder.Write("A.pas", "unit A;\r\n");
+  Folder.Write("A.dfm", "object A: TA\r\n  Caption = 'broken\r\n");
+  OpenPage(file);
+  const TModule* module = Workbench->Workspace().Find(file);
+  EXPECT_EQ(module->FormEditor()->GetRootComponent(), nullptr);
+  EXPECT_EQ(module->FormEditor()->GetFormDesigner(), nullptr);
+  EXPECT_TRUE(HasMessage("A.dfm"));
+  EXPECT_EQ(Workbench->Messages().Count(), 1);
+}
+
+TEST_F(ToolsApi, TabsRewrittenByOthersKeepThePageAndItsText) {
+  for (const char* name : {"A", "B", "C"}) OpenPage(Folder.Write(std::string(name) + ".pas", name));
+  TTabControl& tabs = Workbench->EditWindow().Tabs();
+  TStringList turned;
+  for (int i = 2; i >= 0; --i) turned.AddObject(tabs.Tabs()->Get(i), tabs.Tabs()->GetObject(i));
+  tabs.SetTabs(&turned);
+  tabs.SetTabIndex(0);
+  Application().ProcessMessages();
+  EXPECT_EQ(EditorText(Workbench->EditWindow().Editor()), "C") << "the page that shows changed";
+  EXPECT_EQ(tabs.tabToolTip(2).toStdString(), Folder.Path() + "/A.pas");
+  // As a user's click does.
+  tabs.SetTabIndex(2);
+  tabs.Change();
+  EXPECT_EQ(EditorText(Workbench->EditWindow().Editor()), "A");
+}
+
+TEST_F(ToolsApi, ViewsRememberTheirCursors) {
+  TEditPage& first = OpenPage(Folder.Write("A.pas", "one\r\ntwo\r\nthree\r\n"));
+  Workbench->ViewNewEditWindow();
+  TEditPage& second = *Workbench->EditWindow().ActivePage();
+  second.View().SetCursorPos(3, 2);
+  first.View().SetCursorPos(2, 3);
+  int line = 0, column = 0;
+  for (const auto& [page, expected] : {std::pair(&first, 2), std::pair(&second, 3)}) {
+    Workbench->EditWindow().Activate(*page);
+    page->View().GetCursorPos(line, column);
+    EXPECT_EQ(line, expected);
+  }
+}
+
+TEST_F(ToolsApi, HeldNotifiersHearOfSavesAndOfTheEnd) {
+  class TNotifier : public TInterfacedObject<IOTANotifier> {
+   public:
+    explicit TNotifier(std::string& heard) : FHeard(heard) {}
+    void AfterSave() override { FHeard += "after "; }
+    void BeforeSave() override { FHeard += "before "; }
+    void Destroyed() override { FHeard += "end "; }
+    void Modified() override { FHeard += "modified "; }
+
+   private:
+    std::string& FHeard;
+  };
+  std::string heard;
+  TEditPage& page = OpenPage(Folder.Write("A.pas", "one"));
+  page.Source().AddNotifier(new TNotifier(heard));
+  Type("x");
+  Workbench->SaveAll();
+  page.Source().GetModule()->Close();
+  EXPECT_EQ(heard, "modified before after end ");
+}
+
+class Inspector : public HostTest {
+ protected:
+  QTreeWidgetItem* Row(const char* property) {
+    return Workbench->Inspector().Grid().findItems(property, Qt::MatchExactly).value(0);
+  }
+};
+
+TEST_F(Inspector, EditedValueChangesItsLineOfTheFormFileAlone) {
+  ASSERT_TRUE(Workbench->OpenProject(WriteProject()));
+  const std::string file = Folder.Path() + "/Main.dfm";
+  std::string expected = Folder.Read(file);
+  expected.replace(expected.find("'Main'"), 6, "'It'#39's new'");
+  ASSERT_NE(Row("Caption"), nullptr);
+  Row("Caption")->setText(1, "'It''s new'");
+  EXPECT_TRUE(Workbench->SaveAll());
+  EXPECT_EQ(Folder.Read(file), expected);
+}
+
+TEST_F(Inspector, WhatIsNoValueIsRefusedAndTheOldOneStays) {
+  ASSERT_TRUE(Workbench->OpenProject(WriteProject()));
+  for (const char* text : {"'open", "10 Top = 5", "", "end"}) {
+    Answers = {mbOK};
+    Row("Left")->setText(1, text);
+    EXPECT_EQ(Row("Left")->text(1).toStdString(), "10") << text;
+  }
+  EXPECT_FALSE(Workbench->CanSaveAll());
+}
+
+}  // namespace
+}  // namespace wrenfold

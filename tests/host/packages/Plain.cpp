@@ -1,0 +1,2 @@
+// A library that is no package: it lacks the entry.
+extern "C" void Unregistered() {}
