@@ -59,7 +59,14 @@ void TFitReader::SkipSetBody() {
 void TFitReader::ReadFixedCollection(TFixedCollection& collection, bool reorder) {
   if (collection.Count() == 0) return SkipValue();
   TCollection stored(collection.ItemClass());
+  // Reading may fail and go on behind the collection, with references to these items unsettled.
+  struct TRetirement {
+    TFitReader& Reader;
+    TCollection& Items;
+    ~TRetirement() { Reader.RetireItems(Items); }
+  } const retirement{*this, stored};
   ReadCollection(stored);
+  ResolveReferences(dynamic_cast<TComponent*>(Root));
   TItemsByKey<TCollectionItem> items;
   for (TCollectionItem* item : collection.Items()) items.try_emplace(collection.KeyOf(*item), item);
   items.erase("");

@@ -177,6 +177,29 @@ TEST(ReaderErrors, IgnoringAsksNothing) {
   EXPECT_EQ(sample.Grade, grHigh);
 }
 
+// References by name wait until all is read; the items that wait may be gone by then.
+TEST(ReaderErrors, ReferenceOfAnItemThatIsReplacedDoesNoHarm) {
+  TObjectSaver saver;
+  saver.OriginalFormat = sofText;
+  saver.IgnoreErrors = true;
+  TKeyedRoot root;
+  root.Fixed.AddValue("A", 1);
+  saver.SetObjectProps({&root},
+                       "object T\r\n"
+                       "  Plain = <\r\n    item\r\n      Target = Gone\r\n    end>\r\n"
+                       "  Plain = <\r\n    item\r\n      Value = 2\r\n    end>\r\n"
+                       "  Fixed_ = <\r\n    item\r\n      Key = 'A'\r\n"
+                       "      Target = Gone\r\n    end>\r\nend\r\n");
+  // The second item's order is too large a number, so reading goes on behind the collection.
+  const std::string broken =
+      "TPF0\1T\0\6Fixed_\x0E\1\6Target\7\4Gone\0"
+      "\x13\xFF\xFF\xFF\xFF\xFF\xFF\xFF\x7F\1\0\0\0\0"s;
+  saver.OriginalFormat = sofBinary;
+  EXPECT_NO_THROW(saver.SetObjectProps({&root}, broken));
+  EXPECT_EQ(root.Plain()->Describe(), "=2");
+  EXPECT_EQ(root.Fixed.At(0).Target, nullptr);
+}
+
 // A file in the test's own directory, removed at the end.
 class SettingsFile : public testing::Test {
  protected:

@@ -73,13 +73,15 @@ class TKeyedItem : public TSpcItem {
   static const TTypeInfo& ClassInfo() {
     static const TTypeInfo info = Publish<TKeyedItem>("TKeyedItem", TSpcItem::ClassInfo())
                                       .Prop("Key", &TKeyedItem::Key)
-                                      .Prop("Value", &TKeyedItem::Value);
+                                      .Prop("Value", &TKeyedItem::Value)
+                                      .Prop("Target", &TKeyedItem::Target);
     return info;
   }
   const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
   using TSpcItem::TSpcItem;
   std::string Key;
   std::int32_t Value = 0;
+  TComponent* Target = nullptr;
 };
 
 class TKeyedItems : public TFixedCollection {
@@ -108,7 +110,8 @@ class TKeyedRoot : public TSpcObject {
  public:
   static const TTypeInfo& ClassInfo() {
     static const TTypeInfo info = Publish<TKeyedRoot>("TKeyedRoot", TSpcObject::ClassInfo())
-                                      .Prop("Title", &TKeyedRoot::Title);
+                                      .Prop("Title", &TKeyedRoot::Title)
+                                      .Prop("Plain", &TKeyedRoot::Plain, nullptr);
     return info;
   }
   const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
@@ -125,10 +128,15 @@ class TKeyedRoot : public TSpcObject {
         [=, this](TWriter&) { writer->WriteCollectionEx(Free); }, true);
   }
 
+  TKeyedItems* Plain() const { return FPlain.get(); }
+
   std::string Title = "untitled";
   bool Reorder = false;
   TKeyedItems Fixed{this};
   TFreeCollection Free{this};
+
+ private:
+  std::unique_ptr<TKeyedItems> FPlain = std::make_unique<TKeyedItems>(this);
 };
 
 // Answers every question with one button and keeps the texts.

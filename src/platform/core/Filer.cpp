@@ -476,11 +476,21 @@ void TReader::ReadClassValue(TPersistent& instance, const TPropInfo& property) {
   }
 }
 
+// A stream may store a collection twice, and the references of the first time wait for items that the
+// second time replaces.
+void TReader::RetireItems(TCollection& collection) {
+  if (FReferences.empty()) return collection.Clear();
+  while (collection.Count() > 0) {
+    FRetired.emplace_back(collection.Items().back());
+    collection.Items().back()->SetCollection(nullptr);
+  }
+}
+
 void TReader::ReadCollection(TCollection& collection) {
   if (NextValue() != TValueType::vaCollection) RaiseInvalidValue("a collection");
   ReadValue();
   const TUpdate update(collection);
-  collection.Clear();
+  RetireItems(collection);
   while (!EndOfList()) {
     if (NextValue() != TValueType::vaList) ReadInteger();  // the order, which is the order read in
     ReadListBegin();
@@ -495,7 +505,7 @@ void TReader::ReadCollection(TCollection& collection) {
 // References by component name are settled when all components are there.
 void TReader::ResolveReferences(TComponent* root) {
   for (const TReference& reference : std::exchange(FReferences, {})) {
-    TComponent* target = root;
+    TComponent* target = reference.Name.empty() ? nullptr : root;
     std::string_view rest = reference.Name;
     while (target != nullptr && !rest.empty()) {
       const auto dot = std::min(rest.find('.'), rest.size());
@@ -698,8 +708,10 @@ void TWriter::WriteProperty(TPersistent& instance, const TPropInfo& property) {
 
 void TWriter::WriteClassProperty(const TPropInfo& property, TPersistent& value) {
   if (const auto* component = dynamic_cast<TComponent*>(&value)) {
+    const std::string name = ReferenceName(*component);
+    if (name.empty()) return;  // nobody would find it
     WritePropName(property.Name);
-    return WriteIdent(ReferenceName(*component));
+    return WriteIdent(name);
   }
   if (auto* collection = dynamic_cast<TCollection*>(&value)) {
     WritePropName(property.Name);

@@ -107,6 +107,8 @@ class TReader : public TFiler {
                                       TComponent* owner);
   // Settles the references by component name that were read, from the root on (null: none can be).
   void ResolveReferences(TComponent* root);
+  // Empties a collection whose items references may still wait for: they are kept until then.
+  void RetireItems(TCollection& collection);
   // The bytes behind Position(), for records that only a descendant knows.
   TByteReader& Bytes() { return FBytes; }
 
@@ -138,6 +140,7 @@ class TReader : public TFiler {
   TComponent* FOwner = nullptr;
   int FDepth = 0;
   std::vector<TReference> FReferences;
+  std::vector<std::unique_ptr<TCollectionItem>> FRetired;
   std::string FPath;              // of the property being read
   std::string_view FDefinedName;  // the property that DefineProperties is being asked for
   bool FDefinedRead = false;
