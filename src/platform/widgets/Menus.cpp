@@ -66,11 +66,11 @@ const TTypeInfo& TMenuItem::ClassInfo() {
 }
 
 TMenuItem::TMenuItem(TComponent* owner) : TComponent(owner), FShown(new QAction) {
-  QObject::connect(FShown, &QAction::triggered, FShown, [this] {
+  QObject::connect(FShown, &QAction::triggered, &FLife, [this] {
+    const QPointer<QObject> alive(&FLife);
+    GuardedWhile(&FLife, this, [this] { Click(); });
     // The toolkit checks and unchecks by itself; here the item's state is the one that counts.
-    const QPointer<QAction> alive(FShown);
-    Guarded(this, [this] { Click(); });
-    if (alive != nullptr && FShown == alive) UpdateShown();
+    if (alive != nullptr) UpdateShown();
   });
 }
 
@@ -175,7 +175,7 @@ void TMenuItem::NeedContainer() {
   if (FMenu != nullptr || FContainer != nullptr) return;
   auto* menu = new QMenu;
   menu->setToolTipsVisible(true);
-  QObject::connect(menu, &QMenu::aboutToShow, menu, [this] { AboutToShow(); });
+  QObject::connect(menu, &QMenu::aboutToShow, &FLife, [this] { AboutToShow(); });
   FContainer = menu;
 }
 
@@ -185,10 +185,11 @@ void TMenuItem::ShowItems(QWidget* container) {
 }
 
 void TMenuItem::AboutToShow() {
-  Guarded(this, [this] {
-    const QPointer<QAction> alive(FShown);
+  const QPointer<QObject> alive(&FLife);
+  GuardedWhile(&FLife, this, [this, &alive] {
     for (TMenuItem* item : std::vector(FItems))
-      if (IndexOf(item) >= 0 && item->Action() != nullptr) item->Action()->Update();
+      if (alive != nullptr && IndexOf(item) >= 0 && item->Action() != nullptr)
+        item->Action()->Update();
     if (alive != nullptr) Click();
   });
 }
@@ -324,8 +325,9 @@ TPopupMenu::TPopupMenu(TComponent* owner)
     : TMenu(owner), FShownMenu(new QMenu), FOpener(std::make_unique<TOpener>(*this)) {
   FShownMenu->setToolTipsVisible(true);
   QObject::connect(FShownMenu, &QMenu::aboutToShow, FShownMenu, [this] {
-    Guarded(this, [this] { OnPopup(this); });
-    Items()->AboutToShow();
+    const QPointer<QObject> alive(FOpener.get());
+    GuardedWhile(FOpener.get(), this, [this] { OnPopup(this); });
+    if (alive != nullptr) Items()->AboutToShow();
   });
   ShowIn(FShownMenu);
 }

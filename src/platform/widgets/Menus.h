@@ -102,6 +102,7 @@ class TMenuItem : public TComponent, public TActionClient {
   TMenuItem* FindShortCut(TShortCut shortCut) const;
   QIcon Icon() const;
 
+  QObject FLife;           // ends with the item, what shows it ends later
   TMenu* FMenu = nullptr;  // of a root item
   TMenuItem* FParent = nullptr;
   std::vector<TMenuItem*> FItems;

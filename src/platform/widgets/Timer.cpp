@@ -16,7 +16,7 @@ const TTypeInfo& TTimer::ClassInfo() {
 
 TTimer::TTimer(TComponent* owner) : TComponent(owner) {
   QObject::connect(&FTimer, &QTimer::timeout, &FTimer,
-                   [this] { Guarded(this, [this] { OnTimer(this); }); });
+                   [this] { GuardedWhile(&FTimer, this, [this] { OnTimer(this); }); });
   UpdateTimer();
 }
 
