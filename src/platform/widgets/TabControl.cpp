@@ -21,32 +21,28 @@ class TTabControl::TTabStrings : public TStringList {
   TTabControl& FControl;
 };
 
-namespace {
-
-// The toolkit lays out all tabs again after each change of one while the bar shows; inside this
-// scope it only notes that it has to.
-class TLayoutHeld {
+// The toolkit lays out all tabs again after each change of one while the bar shows, and after each
+// new one even while it does not. Inside this scope it only notes the first, and measures no text
+// for the second; the layout is made once, at the end.
+class TTabControl::TLayoutHeld {
  public:
-  explicit TLayoutHeld(QTabBar& bar)
+  explicit TLayoutHeld(TTabControl& bar)
       : FBar(bar), FWasVisible(bar.testAttribute(Qt::WA_WState_Visible)) {
+    FBar.FLayoutHeld = true;
     FBar.setAttribute(Qt::WA_WState_Visible, false);
   }
   ~TLayoutHeld() {
+    FBar.FLayoutHeld = false;
     FBar.setAttribute(Qt::WA_WState_Visible, FWasVisible);
-    if (!FWasVisible) return;
-    FBar.updateGeometry();
-    FBar.sizeHint();  // makes the layout that was noted
-    FBar.update();
+    FBar.setElideMode(FBar.elideMode());  // lays out anew and scrolls to the active tab
   }
   TLayoutHeld(const TLayoutHeld&) = delete;
   TLayoutHeld& operator=(const TLayoutHeld&) = delete;
 
  private:
-  QTabBar& FBar;
+  TTabControl& FBar;
   bool FWasVisible;
 };
-
-}  // namespace
 
 const TTypeInfo& TTabControl::ClassInfo() {
   static const TTypeInfo info =
@@ -85,6 +81,14 @@ bool TTabControl::CanChange() {
   bool allowed = true;
   OnChanging(this, allowed);
   return allowed;
+}
+
+QSize TTabControl::tabSizeHint(int index) const {
+  return FLayoutHeld ? QSize(1, 1) : QTabBar::tabSizeHint(index);
+}
+
+QSize TTabControl::minimumTabSizeHint(int index) const {
+  return FLayoutHeld ? QSize(1, 1) : QTabBar::minimumTabSizeHint(index);
 }
 
 void TTabControl::ShowTabs() {

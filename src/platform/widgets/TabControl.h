@@ -38,14 +38,20 @@ class TTabControl : public TControlOf<QTabBar> {
   TNotifyEvent OnChange;
   TTabChangingEvent OnChanging;
 
+ protected:
+  QSize tabSizeHint(int index) const override;
+  QSize minimumTabSizeHint(int index) const override;
+
  private:
   class TTabStrings;
+  class TLayoutHeld;
   void ShowTabs();
   void ShowIndex();
   void UserChanged(int index);
 
   std::unique_ptr<TStrings> FTabs;
   std::int32_t FTabIndex = -1;
+  bool FLayoutHeld = false;
 };
 
 }  // namespace wrenfold

@@ -181,7 +181,8 @@ void TToolBar::RemoveButton(TToolButton* button) {
   removeAction(place);
   disconnect(button);
   button->setParent(nullptr);
-  // The place would destroy the button with it if it went before the button did.
+  // The place destroys the button with it, so it must not go with the bar but after the button.
+  place->setParent(nullptr);
   connect(button, &QObject::destroyed, place, &QObject::deleteLater);
 }
 
