@@ -1,6 +1,7 @@
 // From the text form to the binary component stream, in one pass.
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
@@ -20,6 +21,7 @@ constexpr std::size_t MaxName = 255;
 // A name or a short value is written without further checks after one Reserve of this.
 constexpr std::size_t ShortRoom = 2 * (MaxName + 1) + 2 * BlockSize;
 constexpr std::size_t StringChunk = 240;
+constexpr std::size_t BinaryLineDigits = 64;
 
 bool IsDigit(char character) {
   return character >= '0' && character <= '9';
@@ -114,6 +116,10 @@ class TFormTextReader {
 
   std::string_view ReadWord(const char* expected) {
     SkipSpace();
+    return ScanWord(expected);
+  }
+
+  std::string_view ScanWord(const char* expected) {
     FWordStart = FNext;
     FNext = SkipWord(FNext, FEnd);
     const auto size = static_cast<std::size_t>(FNext - FWordStart);
@@ -206,20 +212,48 @@ class TFormTextReader {
   }
 
   void ReadMember() {
+    if (ReadPlainProperty()) return;
     const std::string_view word = ReadWord("a property, a component or \"end\"");
-    if (word.size() == 3 && SameWord(word, "end")) {
+    if (IsEndWord(word)) {
       FOut.WriteEndOfList();
       FOut.WriteEndOfList();
       --FDepth;
       return;
     }
-    if (IsComponentWord(word)) {
+    if (IsComponentWord(word) && Peek() != '=') {
       FOut.WriteEndOfList();
       FNesting[FDepth - 1] = TNesting::Children;
       ReadComponent(word);
       return;
     }
     ReadProperty(word);
+  }
+
+  // "end", unless it is the name of a property.
+  bool IsEndWord(std::string_view word) {
+    return word.size() == 3 && SameWord(word, "end") && Peek() != '=';
+  }
+
+  // A property as nearly all are written, with a name of less than a block and " = ". False, with
+  // nothing read, for any other member.
+  bool ReadPlainProperty() {
+    SkipSpace();
+#ifdef __SSE2__
+    if (FStyle.KeepsBlanks || static_cast<std::size_t>(FEnd - FNext) < BlockSize + 4) return false;
+    const __m128i block = detail::LoadBlock(FNext);
+    const std::size_t size = detail::WordLength(block);
+    if (size == 0 || size == BlockSize || std::memcmp(FNext + size, " = ", 3) != 0) return false;
+    FOut.Reserve(ShortRoom);
+    char* const out = FOut.End();
+    *out = static_cast<char>(size);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 1), block);
+    FOut.SetEnd(out + 1 + size);
+    FNext += size + 3;
+    ReadValue();
+    return true;
+#else
+    return false;
+#endif
   }
 
   static bool IsComponentWord(std::string_view word) {
@@ -255,7 +289,7 @@ class TFormTextReader {
   // Values.
 
   void ReadValue() {
-    const char first = Peek();
+    const char first = FNext != FEnd && *FNext > ' ' ? *FNext : Peek();
     switch (first) {
       case '\'':
       case '#':
@@ -280,14 +314,17 @@ class TFormTextReader {
   }
 
   void ReadIdent() {
-    const std::string_view word = ReadWord("a value");
+    const std::string_view word = ScanWord("a value");
     // Few words are other than identifiers, and all of them are short.
     if (word.size() <= 5) {
       if (IsNotFinite(word)) return WriteNotFinite(word, false);
       return FOut.WriteIdentValue(word);
     }
-    FOut.WriteValueType(TValueType::vaIdent);
-    WriteName(word);
+    FOut.Reserve(1 + ShortRoom);
+    char* out = FOut.End();
+    *out++ = static_cast<char>(TValueType::vaIdent);
+    *out++ = static_cast<char>(word.size());
+    FOut.SetEnd(CopyShort(out, word.data(), word.size(), FEnd));
   }
 
   // INF and NAN, with the suffix of a number.
@@ -334,13 +371,11 @@ class TFormTextReader {
   }
 
   void ReadItemMember() {
+    if (ReadPlainProperty()) return;
     const std::string_view word = ReadWord("a property or \"end\"");
-    if (word.size() == 3 && SameWord(word, "end")) {
-      FOut.WriteEndOfList();
-      --FDepth;
-      return;
-    }
-    ReadProperty(word);
+    if (!IsEndWord(word)) return ReadProperty(word);
+    FOut.WriteEndOfList();
+    --FDepth;
   }
 
   void ReadSet() {
@@ -364,7 +399,9 @@ class TFormTextReader {
     char* const start = FOut.End();
     char* out = start + 5;
     for (SkipSpace(); FNext != end; FNext = SkipBlanks(FNext, end)) {
-      const std::size_t count = DecodeHex(FNext, static_cast<std::size_t>(end - FNext), out);
+      // Line by line, so that the decoder does not stumble over each line's end.
+      const std::size_t left = std::min(static_cast<std::size_t>(end - FNext), BinaryLineDigits);
+      const std::size_t count = DecodeHex(FNext, left, out);
       if (count == 0) Fail("pairs of hexadecimal digits or \"}\"");
       out += count;
       FNext += count * 2;
@@ -553,9 +590,9 @@ class TFormTextReader {
 
   // The " +" that goes on with the string on the next line.
   bool TakeJoin() {
-    const char* next = SkipBlanks(FNext, FEnd);
-    if (next == FEnd || *next != '+') return false;
-    FNext = next + 1;
+    SkipSpace();
+    if (FNext == FEnd || *FNext != '+') return false;
+    ++FNext;
     return true;
   }
 

@@ -200,7 +200,7 @@ class TFormTextWriter {
       case TValueType::vaNil:
         return EndWord("nil");
       case TValueType::vaIdent:
-        return EndWord(ReadName("an identifier"));
+        return EndIdent(ReadName("an identifier"));
       case TValueType::vaInt8:
         return EndInteger(FIn.ReadFixed<std::int8_t>("an 8-bit integer"));
       case TValueType::vaInt16:
@@ -235,8 +235,13 @@ class TFormTextWriter {
   }
 
   void EndWord(std::string_view word) {
+    Emit(word);
+    EndValue();
+  }
+
+  void EndIdent(std::string_view name) {
     FOut.Reserve(LineRoom);
-    FOut.SetEnd(Append(FOut.End(), word));
+    FOut.SetEnd(CopyShort(FOut.End(), name.data(), name.size(), FInEnd));
     EndValue();
   }
 

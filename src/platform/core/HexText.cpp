@@ -31,16 +31,14 @@ __m128i InRange(__m128i value, char low, char span) {
   return _mm_cmpeq_epi8(_mm_min_epu8(offset, _mm_set1_epi8(span)), offset);
 }
 
-// Sixteen digits to their values; false when one is none.
-bool DigitsToValues(const char* text, __m128i& values) {
+// Sixteen digits to their values; `valid` loses its bits where there is no digit.
+__m128i DigitsToValues(const char* text, __m128i& valid) {
   const __m128i digits = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
   const __m128i lower = _mm_or_si128(digits, _mm_set1_epi8(0x20));
-  const __m128i decimal = InRange(digits, '0', 9);
   const __m128i letter = InRange(lower, 'a', 5);
-  if (_mm_movemask_epi8(_mm_or_si128(decimal, letter)) != 0xFFFF) return false;
+  valid = _mm_and_si128(valid, _mm_or_si128(InRange(digits, '0', 9), letter));
   const __m128i nibble = _mm_and_si128(digits, _mm_set1_epi8(0x0F));
-  values = _mm_add_epi8(nibble, _mm_and_si128(letter, _mm_set1_epi8(9)));
-  return true;
+  return _mm_add_epi8(nibble, _mm_and_si128(letter, _mm_set1_epi8(9)));
 }
 
 // Pairs of values (high digit first) to bytes in 16-bit lanes.
@@ -64,12 +62,19 @@ std::size_t DecodeHex(const char* text, std::size_t size, char* bytes) {
   std::size_t count = 0;
 #ifdef __SSE2__
   for (; size - count * 2 >= 32; count += 16) {
-    __m128i first;
-    __m128i second;
-    if (!DigitsToValues(text + count * 2, first)) break;
-    if (!DigitsToValues(text + count * 2 + 16, second)) break;
+    __m128i valid = _mm_set1_epi8(-1);
+    const __m128i first = DigitsToValues(text + count * 2, valid);
+    const __m128i second = DigitsToValues(text + count * 2 + 16, valid);
+    if (_mm_movemask_epi8(valid) != 0xFFFF) break;
     _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes + count),
                      _mm_packus_epi16(JoinPairs(first), JoinPairs(second)));
+  }
+  for (; size - count * 2 >= 16; count += 8) {
+    __m128i valid = _mm_set1_epi8(-1);
+    const __m128i values = DigitsToValues(text + count * 2, valid);
+    if (_mm_movemask_epi8(valid) != 0xFFFF) break;
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes + count),
+                     _mm_packus_epi16(JoinPairs(values), _mm_setzero_si128()));
   }
 #endif
   for (; size - count * 2 >= 2; ++count) {

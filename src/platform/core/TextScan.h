@@ -46,6 +46,10 @@ inline unsigned WordMask(__m128i block) {
   return static_cast<unsigned>(_mm_movemask_epi8(
       _mm_or_si128(_mm_or_si128(isLetter, isDigit), _mm_or_si128(isOther, block))));
 }
+// How many bytes at the front of the block are word characters.
+inline std::size_t WordLength(__m128i block) {
+  return static_cast<std::size_t>(std::countr_zero(~WordMask(block) | 0x10000));
+}
 #endif
 
 }  // namespace detail
@@ -59,8 +63,8 @@ inline bool IsWordCharacter(char character) {
 inline const char* SkipWord(const char* text, const char* end) {
 #ifdef __SSE2__
   for (; static_cast<std::size_t>(end - text) >= BlockSize; text += BlockSize) {
-    const unsigned other = ~detail::WordMask(detail::LoadBlock(text)) & 0xFFFF;
-    if (other != 0) return text + std::countr_zero(other);
+    const std::size_t length = detail::WordLength(detail::LoadBlock(text));
+    if (length != BlockSize) return text + length;
   }
 #endif
   while (text != end && IsWordCharacter(*text)) ++text;

@@ -98,6 +98,9 @@ INSTANTIATE_TEST_SUITE_P(
         TValueCase{"ShortBinaryStaysOnTheLine", "{00FF}", "\x0A\x02\0\0\0\0\xFF"s},
         TValueCase{"BinaryOfOneLine", "{\r\n    " + std::string(64, 'A') + "}",
                    "\x0A\x20\0\0\0"s + std::string(32, '\xAA')},
+        TValueCase{"PropertiesNamedLikeKeywords", "1\r\n  End = 2\r\n  object = 3",
+                   "\x02\x01\x03"
+                   "End\x02\x02\x06object\x02\x03"},
         TValueCase{"EmptyCollection", "<>", "\x0E\0"s},
         TValueCase{"ItemsWithAndWithoutOrder",
                    "<\r\n    item\r\n      Q = 1\r\n    end\r\n    item [7]\r\n    end>",
