@@ -318,6 +318,9 @@ class TFormTextReader {
     // Few words are other than identifiers, and all of them are short.
     if (word.size() <= 5) {
       if (IsNotFinite(word)) return WriteNotFinite(word, false);
+      // Its tag is the byte that ends the list.
+      if (FNesting[FDepth - 1] == TNesting::List && word == "Null")
+        FailAt(FWordStart, "a value that a list can hold");
       return FOut.WriteIdentValue(word);
     }
     FOut.Reserve(1 + ShortRoom);

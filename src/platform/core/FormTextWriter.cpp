@@ -106,10 +106,8 @@ class TFormTextWriter {
   // A name that can stand in the text.
   std::string_view ReadName(const char* expected) {
     const std::string_view name = FIn.ReadShortString(expected);
-    const char* end = name.data() + name.size();
-    const char* stop = SkipWord(name.data(), end);
-    if (stop != end || name.empty()) {
-      if (!FStyle.KeepsBlanks || !IsBlankedName(name)) FailName(name, stop, expected);
+    if (name.empty() || !IsWord(name, FInEnd)) [[unlikely]] {
+      if (!FStyle.KeepsBlanks || !IsBlankedName(name)) FailName(name, expected);
     }
     return name;
   }
@@ -122,7 +120,8 @@ class TFormTextWriter {
     return stop != start && SkipBlanks(stop, end) == end;
   }
 
-  void FailName(std::string_view name, const char* stop, const char* expected) {
+  void FailName(std::string_view name, const char* expected) const {
+    const char* stop = SkipWord(name.data(), name.data() + name.size());
     const auto offset = static_cast<std::size_t>(stop - name.data());
     FIn.FailAt(FIn.Position() - name.size() + offset, expected);
   }

@@ -59,6 +59,21 @@ inline bool IsWordCharacter(char character) {
   return detail::WordTable[static_cast<std::uint8_t>(character)];
 }
 
+inline bool IsBlank(char character) {
+  return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
+// Whether all of `word` are word characters; bytes up to `end` may be read.
+inline bool IsWord(std::string_view word, const char* end) {
+#ifdef __SSE2__
+  if (word.size() <= BlockSize && static_cast<std::size_t>(end - word.data()) >= BlockSize)
+    return detail::WordLength(detail::LoadBlock(word.data())) >= word.size();
+#endif
+  for (const char character : word)
+    if (!IsWordCharacter(character)) return false;
+  return true;
+}
+
 // The first byte of [text, end) that is no word character.
 inline const char* SkipWord(const char* text, const char* end) {
 #ifdef __SSE2__
@@ -84,7 +99,7 @@ inline const char* SkipBlanks(const char* text, const char* end) {
     break;
   }
 #endif
-  while (text != end && (*text == ' ' || (*text >= '\t' && *text <= '\r'))) ++text;
+  while (text != end && static_cast<std::uint8_t>(*text) <= ' ' && IsBlank(*text)) ++text;
   return text;
 }
 

@@ -170,6 +170,8 @@ INSTANTIATE_TEST_SUITE_P(
         TTextErrorCase{"HalfAByte", TextOf("{001}"), "Line 2, column 10: expected pairs"},
         TTextErrorCase{"FloatTooLarge", TextOf("1e999999"),
                        "Line 2, column 7: expected a float that fits ten bytes"},
+        TTextErrorCase{"NullWouldEndItsList", TextOf("(Null)"),
+                       "Line 2, column 8: expected a value that a list can hold, found \"Null\""},
         TTextErrorCase{"DateTooLarge", TextOf("1e999d"),
                        "Line 2, column 7: expected a float that fits its kind"},
         TTextErrorCase{"IntegerTooLarge", TextOf("9223372036854775808"),
