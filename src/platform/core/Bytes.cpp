@@ -211,11 +211,14 @@ void TByteReader::ReadResourceHeader(std::string_view& name, std::uint32_t& size
 }
 
 void TByteWriter::Grow(std::size_t count) {
-  const std::size_t capacity = std::max(FSize + count, std::max<std::size_t>(256, FCapacity * 2));
+  const std::size_t size = Size();
+  const auto held = static_cast<std::size_t>(FLimit - FBuffer.get());
+  const std::size_t capacity = std::max(size + count, std::max<std::size_t>(256, held * 2));
   auto buffer = std::make_unique_for_overwrite<char[]>(capacity);
-  if (FSize > 0) std::memcpy(buffer.get(), FBuffer.get(), FSize);
+  if (size > 0) std::memcpy(buffer.get(), FBuffer.get(), size);
   FBuffer = std::move(buffer);
-  FCapacity = capacity;
+  FNext = FBuffer.get() + size;
+  FLimit = FBuffer.get() + capacity;
 }
 
 void TByteWriter::WriteExtended(TExtended value) {

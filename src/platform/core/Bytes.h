@@ -129,36 +129,38 @@ class TByteWriter {
   TByteWriter() = default;
   explicit TByteWriter(std::size_t capacity) { Reserve(capacity); }
 
-  std::size_t Size() const { return FSize; }
+  std::size_t Size() const { return static_cast<std::size_t>(FNext - FBuffer.get()); }
   // Valid until the next write.
-  std::string_view View() const { return {FBuffer.get(), FSize}; }
+  std::string_view View() const { return {FBuffer.get(), Size()}; }
   std::string ToString() const { return std::string(View()); }
   // Empties the buffer and keeps its memory.
-  void Clear() { FSize = 0; }
+  void Clear() { FNext = FBuffer.get(); }
   // Drops what was written behind `size`.
-  void Truncate(std::size_t size) { FSize = size < FSize ? size : FSize; }
+  void Truncate(std::size_t size) {
+    if (size < Size()) FNext = FBuffer.get() + size;
+  }
   // Room for `count` more bytes.
   void Reserve(std::size_t count) {
-    if (FCapacity - FSize < count) [[unlikely]]
+    if (static_cast<std::size_t>(FLimit - FNext) < count) [[unlikely]]
       Grow(count);
   }
   // Direct access for code that writes more than one item after one Reserve: write at End(), at
   // most the reserved count, then SetEnd() behind the last byte.
-  char* End() { return FBuffer.get() + FSize; }
-  void SetEnd(const char* end) { FSize = static_cast<std::size_t>(end - FBuffer.get()); }
+  char* End() { return FNext; }
+  void SetEnd(char* end) { FNext = end; }
 
   void WriteByte(std::uint8_t value) { WriteFixed(value); }
   void WriteBytes(std::string_view bytes) {
     Reserve(bytes.size());
     if (!bytes.empty()) std::memcpy(End(), bytes.data(), bytes.size());
-    FSize += bytes.size();
+    FNext += bytes.size();
   }
   // A little-endian number of the width of `T`, without a tag.
   template <typename T>
   void WriteFixed(T value) {
     Reserve(sizeof(T));
     std::memcpy(End(), &value, sizeof(T));
-    FSize += sizeof(T);
+    FNext += sizeof(T);
   }
   // Overwrites a number written earlier, for lengths that are known late.
   template <typename T>
@@ -185,7 +187,7 @@ class TByteWriter {
     Reserve(1 + sizeof value);
     *End() = static_cast<char>(form.Tag);
     std::memcpy(End() + 1, &value, sizeof value);
-    FSize += 1 + form.Size;
+    FNext += 1 + form.Size;
   }
   void WriteStringValue(std::string_view text);
   void WriteIdentValue(std::string_view name);
@@ -205,8 +207,8 @@ class TByteWriter {
   void Grow(std::size_t count);
 
   std::unique_ptr<char[]> FBuffer;
-  std::size_t FSize = 0;
-  std::size_t FCapacity = 0;
+  char* FNext = nullptr;
+  char* FLimit = nullptr;
 };
 
 }  // namespace wrenfold
