@@ -211,7 +211,7 @@ void TMenuItem::UpdateShown() {
   const bool isRow = FItems.empty() && (FParent == nullptr || FParent->FParent != nullptr ||
                                         qobject_cast<QMenu*>(FParent->FContainer) != nullptr);
   // The dispatcher runs the shortcut: the toolkit only shows its text, behind a tab.
-  QString text = ToQString(FCaption);
+  QString text = IsLine() ? QString() : ToQString(FCaption);
   const std::string key = isRow ? ShortCutToText(FShortCut) : std::string();
   if (!key.empty()) text += '\t' + ToQString(key);
   FShown->setSeparator(IsLine());

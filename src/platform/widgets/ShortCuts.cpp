@@ -111,8 +111,8 @@ std::string ShortCutToText(TShortCut shortCut) {
   const std::string name = KeyName(static_cast<std::uint8_t>(shortCut & 0xFF));
   if (name.empty()) return {};
   std::string text;
-  if (shortCut & ShiftBit) text += "Shift+";
   if (shortCut & CtrlBit) text += "Ctrl+";
+  if (shortCut & ShiftBit) text += "Shift+";
   if (shortCut & AltBit) text += "Alt+";
   return text + name;
 }
