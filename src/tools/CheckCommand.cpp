@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <exception>
 #include <optional>
 
 #include "tools/Commands.h"
@@ -90,11 +91,18 @@ class TRoundTrip {
 const TFormTextStyle* FindStyle(std::string_view bytes, TStoredForm form,
                                 std::optional<TDifference>& difference) {
   TRoundTrip trip(bytes, form);
+  std::exception_ptr trouble;
   for (const TFormTextStyle& style : FormTextStyles()) {
-    if (trip.Identical(style)) return &style;
-    TDifference found = trip.Difference();
-    if (!difference || found.Common > difference->Common) difference = std::move(found);
+    try {
+      if (trip.Identical(style)) return &style;
+      TDifference found = trip.Difference();
+      if (!difference || found.Common > difference->Common) difference = std::move(found);
+    } catch (const Exception&) {
+      // A style may not hold a value that another one does.
+      if (!trouble) trouble = std::current_exception();
+    }
   }
+  if (!difference) std::rethrow_exception(trouble);
   return nullptr;
 }
 

@@ -146,6 +146,12 @@ TEST_F(CommandsTest, CheckOfBinaryFindsTheStyleThatLosesNothing) {
   EXPECT_THAT(Output.Lines, testing::Contains(HasSubstr("different at offset 10: another tag")));
 }
 
+TEST_F(CommandsTest, CheckGoesOnWhereOneStyleCannotHoldAValue) {
+  const std::string large = Write("large.dfm", "object A: T\r\n  P = 1e4900\r\nend\r\n");
+  EXPECT_EQ(RunCheck({large}, Output), ecFindings);
+  EXPECT_THAT(Output.Lines, testing::Contains(large + ": different at line 2"));
+}
+
 TEST_F(CommandsTest, InfoTellsFormCountsAndTags) {
   const std::string form = Write("form.dfm", Form);
   EXPECT_EQ(RunInfo({form}, Output), ecFine);

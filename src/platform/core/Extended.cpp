@@ -21,42 +21,42 @@ constexpr int SmallestPoint = -4960;
 class TBigNumber {
  public:
   explicit TBigNumber(std::uint64_t value) {
-    for (; value != 0; value >>= 32) FLimbs[FCount++] = static_cast<std::uint32_t>(value);
+    if (value != 0) FLimbs[FCount++] = value;
   }
 
   bool IsZero() const { return FCount == 0; }
   int BitCount() const {
-    return FCount == 0 ? 0
-                       : (FCount - 1) * 32 + static_cast<int>(std::bit_width(FLimbs[FCount - 1]));
+    return FCount == 0 ? 0 : FCount * LimbBits - std::countl_zero(FLimbs[FCount - 1]);
   }
 
-  void MultiplyAdd(std::uint32_t factor, std::uint32_t addend) {
-    std::uint64_t carry = addend;
+  void MultiplyAdd(std::uint64_t factor, std::uint64_t addend) {
+    TDoubleLimb carry = addend;
     for (int i = 0; i < FCount; ++i) {
-      carry += std::uint64_t{FLimbs[i]} * factor;
-      FLimbs[i] = static_cast<std::uint32_t>(carry);
-      carry >>= 32;
+      carry += TDoubleLimb{FLimbs[i]} * factor;
+      FLimbs[i] = static_cast<std::uint64_t>(carry);
+      carry >>= LimbBits;
     }
-    if (carry != 0) FLimbs[FCount++] = static_cast<std::uint32_t>(carry);
+    if (carry != 0) FLimbs[FCount++] = static_cast<std::uint64_t>(carry);
   }
 
   void MultiplyByPowerOfTen(int power) {
     // The fives first: a third fewer bits to carry along.
+    constexpr int largest = 27;
+    constexpr std::uint64_t fiveToTheLargest = 7'450'580'596'923'828'125;
     const int twos = power;
-    for (; power >= 13; power -= 13) MultiplyAdd(1'220'703'125, 0);
+    for (; power >= largest; power -= largest) MultiplyAdd(fiveToTheLargest, 0);
     for (; power > 0; --power) MultiplyAdd(5, 0);
     ShiftLeft(twos);
   }
 
   void ShiftLeft(int bits) {
     if (FCount == 0 || bits == 0) return;
-    const int limbs = bits / 32;
-    const int rest = bits % 32;
+    const int limbs = bits / LimbBits;
+    const int rest = bits % LimbBits;
     FLimbs[FCount] = 0;
     for (int i = FCount; i >= 0; --i) {
-      const std::uint64_t high = std::uint64_t{FLimbs[i]} << rest;
-      const std::uint64_t low = i > 0 && rest > 0 ? FLimbs[i - 1] >> (32 - rest) : 0;
-      FLimbs[i + limbs] = static_cast<std::uint32_t>(high | low);
+      const std::uint64_t low = i > 0 && rest > 0 ? FLimbs[i - 1] >> (LimbBits - rest) : 0;
+      FLimbs[i + limbs] = FLimbs[i] << rest | low;
     }
     std::fill_n(FLimbs.begin(), limbs, 0);
     FCount += limbs + 1;
@@ -74,20 +74,23 @@ class TBigNumber {
   void Subtract(const TBigNumber& other) {
     std::uint64_t borrow = 0;
     for (int i = 0; i < FCount; ++i) {
-      const std::uint64_t take = (i < other.FCount ? other.FLimbs[i] : 0) + borrow;
+      const TDoubleLimb take = TDoubleLimb{i < other.FCount ? other.FLimbs[i] : 0} + borrow;
       borrow = FLimbs[i] < take ? 1 : 0;
-      FLimbs[i] = static_cast<std::uint32_t>(FLimbs[i] - take);
+      FLimbs[i] -= static_cast<std::uint64_t>(take);
     }
     Trim();
   }
 
  private:
+  __extension__ using TDoubleLimb = unsigned __int128;
+  static constexpr int LimbBits = 64;
+
   void Trim() {
     while (FCount > 0 && FLimbs[FCount - 1] == 0) --FCount;
   }
 
   // 2^16384 scaled by 10^4960, both ways round, and 128 bits of digits, fit well.
-  std::array<std::uint32_t, 640> FLimbs;
+  std::array<std::uint64_t, 320> FLimbs;
   int FCount = 0;
 };
 
