@@ -215,7 +215,7 @@ void TMenuItem::UpdateShown() {
   const std::string key = isRow ? ShortCutToText(FShortCut) : std::string();
   if (!key.empty()) text += '\t' + ToQString(key);
   FShown->setSeparator(IsLine());
-  FShown->setText(text);
+  FShown->setText(IsLine() ? QString() : text);
   FShown->setToolTip(ToQString(FHint.empty() ? StripHotkey(FCaption) : FHint) +
                      (key.empty() ? QString() : " (" + ToQString(key) + ')'));
   FShown->setStatusTip(ToQString(FHint));
