@@ -159,6 +159,7 @@ TEditWindow::TEditWindow(TComponent* owner, QWidget* parent)
   SetCaption("Code Editor");
   FTabs->SetName("TabControl");
   FTabs->setAccessibleName(tr("Open units"));
+  FTabs->setToolTip(tr("The pages of the editor (Ctrl+Tab: next page)"));
   FEditor->SetName("Editor");
   FEditor->setAccessibleName(tr("Source text"));
   FMenu->SetName("EditorLocalMenu");

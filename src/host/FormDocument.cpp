@@ -27,10 +27,24 @@ const TFormTextStyle& StyleOf(const std::string& bytes, const std::string& strea
 }  // namespace
 
 TFormDocument::TFormDocument(const std::string& fileName) {
+  // The stamp is taken first: a write in between shows as a change.
+  FFile.FileName = fileName;
+  FStamp = StampOf();
   const std::string bytes = ReadWholeFile(fileName);
   FFile = ReadFormFile(bytes, fileName);
   FMarked = bytes.starts_with(Utf8Mark);
   if (FFile.Format == TFormFormat::Text) FStyle = &StyleOf(bytes, WriteDesignForm(*FFile.Root));
+}
+
+TFormDocument::TStamp TFormDocument::StampOf() const {
+  std::error_code error;
+  return {FileSize(FileName()), std::filesystem::last_write_time(FileName(), error)};
+}
+
+bool TFormDocument::ChangedOnDisk() {
+  const TStamp before = FStamp;
+  FStamp = StampOf();
+  return FStamp.Size >= 0 && FStamp != before;
 }
 
 bool TFormDocument::ReadOnly() const {
@@ -61,6 +75,7 @@ std::string TFormDocument::Render() const {
 void TFormDocument::SaveAs(const std::string& fileName) {
   SafeWriteFile(fileName, Render());
   FFile.FileName = fileName;
+  FStamp = StampOf();
   SetModified(false);
 }
 

@@ -1,6 +1,8 @@
 // An open form file: its components, changed in the inspector and saved in the form it had.
 #pragma once
 
+#include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -21,6 +23,9 @@ class TFormDocument {
   bool Modified() const { return FModified; }
   void SetModified(bool modified);
 
+  // True once for every change by another program since the file was read or saved.
+  bool ChangedOnDisk();
+
   // The form as text, whatever it is stored as.
   std::string Text() const;
   // Writes binary as binary and text as text. Raises EFCreateError and leaves the file as it was.
@@ -30,9 +35,16 @@ class TFormDocument {
   std::function<void()> OnChange;
 
  private:
+  struct TStamp {
+    std::int64_t Size = -1;
+    std::filesystem::file_time_type Time;
+    friend bool operator==(const TStamp&, const TStamp&) = default;
+  };
+  TStamp StampOf() const;
   std::string Render() const;
 
   TFormFile FFile;
+  TStamp FStamp;
   // How the text on disk is rendered, so that a saved form differs in what was changed alone.
   const TFormTextStyle* FStyle = &DefaultFormTextStyle();
   bool FMarked = false;  // begins with a byte order mark

@@ -73,8 +73,10 @@ struct TPaint {
 };
 
 TPaint PaintOf(QChar letter, const QPalette& palette, QPalette::ColorGroup group, qreal width) {
+  const bool dark = palette.color(QPalette::Window).lightness() < 128;
   const QColor accent = group == QPalette::Disabled ? palette.color(group, QPalette::ButtonText)
-                                                    : palette.color(group, QPalette::Link);
+                        : dark                      ? QColor(0x7a, 0xb2, 0xf5)
+                                                    : QColor(0x2b, 0x6c, 0xb0);
   const auto pen = [width](const QColor& color) {
     return QPen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
   };

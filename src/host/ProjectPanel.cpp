@@ -69,6 +69,7 @@ TProjectPanel::TProjectPanel(TComponent* owner, QWidget* parent)
   FFilter->setClearButtonEnabled(true);
   FTree->setObjectName("ProjectTree");
   FTree->setAccessibleName(tr("Project"));
+  FTree->setToolTip(tr("The project's units and files; Enter or a double click opens"));
   FTree->setHeaderHidden(true);
   FTree->setUniformRowHeights(true);
   FTree->setFrameShape(QFrame::NoFrame);

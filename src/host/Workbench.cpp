@@ -5,6 +5,7 @@
 #include <QDragEnterEvent>
 #include <QFileDialog>
 #include <QMimeData>
+#include <QScreen>
 #include <QStatusBar>
 #include <QVBoxLayout>
 
@@ -64,7 +65,7 @@ TWorkbench::TWorkbench()
   column->setContentsMargins(0, 0, 0, 0);
   column->addWidget(FWindow);
   setAcceptDrops(true);
-  resize(1180, 720);
+  resize(QSize(1180, 720).boundedTo(screen()->availableSize() * 0.95));
   FImages->SetName("ImageList");
   FActions->SetName("ActionList");
   FActions->SetImages(FImages);

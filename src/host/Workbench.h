@@ -192,6 +192,7 @@ class TWorkbench : public TForm, public TModuleHost {
   void OpenSession(TProjectHolder& project);
   void StoreSession();
   void CheckDocument(TSourceEditor& source);
+  void CheckForm(TFormEditor& form);
   void ChooseModule(bool forms);
   TDesignerForm* FindDesigner(const TFormEditor& editor) const;
   void DesignerClosed(TObject* sender, TCloseAction& action);

@@ -179,9 +179,11 @@ bool TWorkbench::ReloadFile(const std::string& fileName) {
     if (TSourceEditor* source = module->FindSource(AbsoluteFileName(fileName))) {
       if (source->LoadedDocument() != nullptr) source->LoadedDocument()->Reload();
     } else if (TFormEditor* form = module->FormEditor()) {
-      if (FInspector->Editor() == form) FInspector->ShowForm(nullptr);
+      const bool inspected = FInspector->Editor() == form;
+      if (inspected) FInspector->ShowForm(nullptr);
       form->Forget();
       EditorChanged(*module);
+      if (inspected) FInspector->ShowForm(form);
     }
     PageChanged();
     return true;
@@ -523,6 +525,8 @@ void TWorkbench::CheckDisk() {
     const TIntf<IOTAModule> held(module->Interface());
     for (const TIntf<TSourceEditor>& source : module->Sources())
       if (source->LoadedDocument() != nullptr) CheckDocument(*source);
+    TFormEditor* form = module->FormEditor();
+    if (form != nullptr && form->LoadedDocument() != nullptr) CheckForm(*form);
   }
   FCheckingDisk = false;
 }
@@ -547,6 +551,17 @@ void TWorkbench::CheckDocument(TSourceEditor& source) {
     return;
   }
   ReloadFile(name);
+}
+
+void TWorkbench::CheckForm(TFormEditor& form) {
+  if (!form.LoadedDocument()->ChangedOnDisk()) return;
+  const std::string name = form.FileName();
+  // A form that was not edited loses nothing; broken halves of a write are read again later.
+  if (!form.Modified() ||
+      MessageDlg(name + " was changed by another program. Read it again? Your own changes to the "
+                        "form would be lost.",
+                 mtConfirmation, {mbYes, mbNo}) == mbYes)
+    ReloadFile(name);
 }
 
 }  // namespace wrenfold

@@ -128,6 +128,21 @@ TEST_F(Files, ChangeThatWasNotSeenYetIsNotWrittenOverUnasked) {
   EXPECT_EQ(Folder.Read(file), "two\r\n");
 }
 
+TEST_F(Files, FormChangedOnDiskIsReadAgainAndEditsOfItAreAskedFor) {
+  ASSERT_TRUE(Workbench->OpenProject(WriteProject()));
+  const std::string file = Folder.Path() + "/Main.dfm", bytes = Folder.Read(file);
+  TFormEditor& form = *Workbench->Workspace().Find(file)->FormEditor();
+  ChangeOnDisk(file, "object MainForm: TMainForm\r\n  Left = 77\r\nend\r\n");
+  Workbench->CheckDisk();
+  EXPECT_EQ(form.Document()->Root().Properties().size(), 1u);
+  form.MarkModified();
+  ChangeOnDisk(file, bytes);
+  Answers = {mbNo};
+  Workbench->CheckDisk();
+  EXPECT_EQ(form.Document()->Root().Properties().size(), 1u);
+  Workbench->CheckDisk();
+}
+
 TEST_F(Files, RemovedFileKeepsItsTextInTheEditor) {
   const std::string file = Folder.Write("A.pas", "one\r\n");
   OpenPage(file);

@@ -33,6 +33,34 @@ TEST_F(ToolsApi, ComponentsThatPackagesLookForHaveTheirNames) {
   EXPECT_NE(Screen().FindForm("PropertyInspector"), nullptr);
 }
 
+// What a screen reader and a user who looks for a key need of every command and control.
+TEST_F(ToolsApi, EverythingHasANameAnAccessibleNameAndItsKeyInTheToolTip) {
+  for (const TAction* action : Workbench->Actions().Actions()) {
+    EXPECT_FALSE(action->Name().empty()) << action->Caption();
+    EXPECT_FALSE(action->Hint().empty()) << action->Name();
+  }
+  for (const TForm* form : Screen().Forms()) EXPECT_FALSE(form->Name().empty()) << form->Caption();
+  for (const QWidget* widget : Workbench->findChildren<QWidget*>()) {
+    // The toolkit's own parts of controls have names that begin so, or none and a named parent.
+    const bool control = widget->focusPolicy() != Qt::NoFocus && widget->focusProxy() == nullptr;
+    const QString parent = widget->parentWidget()->metaObject()->className();
+    if (!control || widget->objectName().startsWith("qt_") || parent == "QTreeWidget" ||
+        parent == "QTabBar" || parent == "QDockWidget")
+      continue;
+    const std::string shown =
+        std::string(widget->metaObject()->className()) + " " + widget->objectName().toStdString();
+    EXPECT_FALSE(widget->objectName().isEmpty()) << shown;
+    EXPECT_FALSE(widget->accessibleName().isEmpty() &&
+                 widget->property("text").toString().isEmpty())
+        << shown;
+    // A tip over the source text would cover it.
+    const bool text = widget == &Workbench->EditWindow().Editor();
+    EXPECT_EQ(widget->toolTip().isEmpty(), text) << shown;
+  }
+  TToolBar* bar = Supports<INTAServices>(BorlandIDEServices)->GetToolBar("StandardToolBar");
+  EXPECT_NE(bar->Buttons(0)->toolTip().indexOf("Ctrl+N"), -1);
+}
+
 TEST_F(ToolsApi, ProjectListsItsModulesAndOpensThem) {
   ASSERT_TRUE(Workbench->OpenProject(WriteProject()));
   IOTAProject* project = Project();
