@@ -17,6 +17,7 @@ namespace wrenfold {
 namespace {
 
 constexpr int CloseInterval = 100;  // milliseconds between two pages
+constexpr int ButtonSize = 22;
 
 // Pictures of the window's list, by the image index of the actions.
 constexpr int Pictures[] = {siExit, siOpen, siClose, siMoveUp, siMoveDown, siSort, siFilter};
@@ -118,6 +119,8 @@ void TUnitForm::CreateToolBar() {
   FToolBar->setIconSize(QSize(16, 16));
   FToolBar->setMovable(false);
   FToolBar->setContentsMargins(0, 0, 0, 0);
+  FToolBar->layout()->setContentsMargins(0, 0, 0, 0);
+  FToolBar->layout()->setSpacing(0);
   TToolButton* exit = FToolBar->AddButton(scExit());
   exit->SetName("tbExit");
   Bind<&TUnitForm::ExitMouseDown>(exit->OnMouseDown, this);
@@ -130,6 +133,10 @@ void TUnitForm::CreateToolBar() {
         FToolBar->AddButton(FormActions()->FindAction(name))
             ->SetName("tb" + std::string(name).substr(2));
   }
+  // All of them fit into the narrowest window.
+  for (int i = 0; i < FToolBar->ButtonCount(); ++i)
+    if (FToolBar->Buttons(i)->Style() != tbsSeparator)
+      FToolBar->Buttons(i)->setFixedSize(ButtonSize, ButtonSize);
 }
 
 void TUnitForm::CreateControls() {
@@ -150,6 +157,7 @@ void TUnitForm::CreateControls() {
   FFilterBox->setCompleter(nullptr);
   FFilterBox->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
   FFilterBox->lineEdit()->setObjectName("FilterEdit");
+  FFilterBox->installEventFilter(this);
   FFilterBox->lineEdit()->installEventFilter(this);
   panelLayout->addWidget(FFilterBox);
   FFilterPanel->hide();

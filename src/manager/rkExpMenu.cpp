@@ -202,7 +202,7 @@ int TExpertsMenu::EnvironmentImage(int imageIndex) {
   return FImages.back().second;
 }
 
-// The pictures are drawn by code of the package, which may be unloaded before the environment ends.
+// The environment's list cannot shrink: later indices would change. The entries stay empty.
 void TExpertsMenu::WithdrawImages() {
   const auto services = Supports<INTAServices>(BorlandIDEServices);
   TImageList* images = services ? services->GetImageList() : nullptr;

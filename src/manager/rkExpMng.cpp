@@ -270,6 +270,18 @@ void TExpManager::FillPresentList() {
   }
 }
 
+// An expert that fails on its way must not stay among the stored settings.
+std::unique_ptr<TPersistent> TExpManager::MakeExpert(const TTypeInfo& expClass) {
+  TCustomData& stored = *SettingsRoot()->CustomData;
+  const int before = stored.Count();
+  try {
+    return expClass.Make();
+  } catch (...) {
+    while (stored.Count() > before) stored.Delete(stored.Count() - 1);
+    throw;
+  }
+}
+
 void TExpManager::CreateExpObjects() {
   ErrorLog().Constructor.Experts.clear();
   FExperts.Clear();
@@ -277,7 +289,7 @@ void TExpManager::CreateExpObjects() {
     if (slot.Class == nullptr) continue;
     const TExpertInfo* info = SettingsRoot()->ActiveExperts->Find(slot.Name);
     if (info == nullptr || !info->Active) continue;
-    std::unique_ptr<TPersistent> object = slot.Class->Make();
+    std::unique_ptr<TPersistent> object = MakeExpert(*slot.Class);
     auto* expert = dynamic_cast<TCustomExpert*>(object.get());
     if (expert == nullptr) throw EExpMngError(slot.Class->Name() + " is no class of experts");
     object.release();

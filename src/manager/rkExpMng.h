@@ -123,6 +123,7 @@ class TExpManager : public TCustomExpert, public IOTAWizard {
   void CreateData();
   void AddOwnData();
   void FillPresentList();
+  std::unique_ptr<TPersistent> MakeExpert(const TTypeInfo& expClass);
   void CreateExpObjects();
   void InitExperts();
   bool LoadSettings(bool askOnErrors);
