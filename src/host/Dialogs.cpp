@@ -39,6 +39,7 @@ class TDialog : public TForm {
 
   bool Ask(QWidget* first) {
     FColumn->addWidget(FButtons);
+    if (!testAttribute(Qt::WA_Resized)) resize(sizeHint());
     CenterOnScreen();
     first->setFocus();
     return ShowModal() == mrOk;

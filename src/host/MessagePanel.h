@@ -21,6 +21,7 @@ class TMessagePanel : public TForm {
   void Add(TMessageKind kind, const std::string& text, const std::string& fileName = {},
            int line = 0);
   void Clear();
+  QTreeWidget& List() { return *FList; }
   int Count() const { return FList->topLevelItemCount(); }
   std::string Text(int index) const;
 

@@ -132,7 +132,7 @@ QDockWidget* TWorkbench::Dock(TForm& panel, Qt::DockWidgetArea area) {
   return dock;
 }
 
-void TWorkbench::ShowPanel(TForm& panel) {
+void TWorkbench::ShowPanel(TForm& panel, QWidget& first) {
   QWidget* dock = panel.parentWidget();
   // A command on a panel that the user is in closes it.
   if (dock->isVisible() && panel.isAncestorOf(QApplication::focusWidget())) {
@@ -143,7 +143,7 @@ void TWorkbench::ShowPanel(TForm& panel) {
   dock->show();
   dock->raise();
   panel.Show();
-  if (QWidget* first = panel.nextInFocusChain()) first->setFocus();
+  first.setFocus();
 }
 
 void TWorkbench::ViewEditor() {

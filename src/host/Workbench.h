@@ -110,9 +110,9 @@ class TWorkbench : public TForm, public TModuleHost {
   void ViewForms() { ChooseModule(true); }
   void ViewToggleForm();
   void ViewNewEditWindow();
-  void ViewProject() { ShowPanel(*FProjectPanel); }
-  void ViewInspector() { ShowPanel(*FInspector); }
-  void ViewMessages() { ShowPanel(*FMessages); }
+  void ViewProject() { ShowPanel(*FProjectPanel, FProjectPanel->Tree()); }
+  void ViewInspector() { ShowPanel(*FInspector, FInspector->Grid()); }
+  void ViewMessages() { ShowPanel(*FMessages, FMessages->List()); }
   void ViewEditor();
   void ViewNextPage() { StepPage(+1); }
   void ViewPreviousPage() { StepPage(-1); }
@@ -169,7 +169,7 @@ class TWorkbench : public TForm, public TModuleHost {
   void MakePanels();
   void MakeStatusBar();
   QDockWidget* Dock(TForm& panel, Qt::DockWidgetArea area);
-  void ShowPanel(TForm& panel);
+  void ShowPanel(TForm& panel, QWidget& first);
   void UpdateTitle();
   void UpdateStatus();
   void PageChanged();

@@ -88,7 +88,7 @@ constexpr TCommand Commands[] = {
     {"ViewEditorCommand", "&Editor", "Ctrl+E", "", "Go to the code editor", &W::ViewEditor, {}},
     {"ViewProjectCommand",
      "&Project",
-     "Ctrl+Alt+F11",
+     "Ctrl+Alt+P",
      "project",
      "Go to the project tree",
      &W::ViewProject,

@@ -219,6 +219,7 @@ void TWorkbench::ShowForm(TFormEditor& editor) {
     designer = NewForm<TDesignerForm>(this, editor);
     Bind<&TWorkbench::DesignerClosed>(designer->OnClose, this);
     FDesigners.push_back(designer);
+    designer->CenterOnScreen();
   }
   designer->Show();
   if (FInspector->Editor() != &editor) FInspector->ShowForm(&editor);
