@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QScreen>
+#include <algorithm>
 
 #include "platform/core/Exceptions.h"
 #include "platform/widgets/Application.h"
@@ -250,6 +251,17 @@ void TForm::closeEvent(QCloseEvent* event) {
   if (!blocked) Guarded(this, [this] { Close(); });
 }
 
+namespace {
+
+bool IsAnyOnTop() {
+  const auto& forms = Screen().Forms();
+  return std::any_of(forms.begin(), forms.end(), [](const TForm* form) {
+    return form->isVisible() && form->FormStyle() == fsStayOnTop;
+  });
+}
+
+}  // namespace
+
 TModalResult TForm::ShowModal() {
   if (IsDocked()) throw Exception("A docked form cannot be shown modal");
   if (IsModal()) throw Exception("The form is shown modal already");
@@ -259,6 +271,8 @@ TModalResult TForm::ShowModal() {
   FModalResult = mrNone;
   FModalLoop = &loop;
   setWindowModality(Qt::ApplicationModal);
+  // It must not open behind a form that stays on top.
+  if (IsAnyOnTop()) setWindowFlag(Qt::WindowStaysOnTopHint);
   try {
     Show();
   } catch (...) {
@@ -271,6 +285,7 @@ TModalResult TForm::ShowModal() {
   if (FModalResult == mrNone) FModalResult = mrCancel;
   hide();
   setWindowModality(Qt::NonModal);
+  UpdateWindowFlags();
   return FModalResult;
 }
 
