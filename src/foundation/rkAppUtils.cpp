@@ -2,11 +2,9 @@
 
 #include <cxxabi.h>
 
-#include <cstdlib>
-#include <memory>
-#include <string_view>
 #include <typeinfo>
 
+#include "platform/core/Exceptions.h"
 #include "platform/core/Files.h"
 
 namespace wrenfold {
@@ -16,19 +14,6 @@ namespace {
 TApplicationWindow& RecordedWindow() {
   static TApplicationWindow window;
   return window;
-}
-
-// Without namespaces; a nested exception has a class of the library around its own.
-std::string ClassNameOf(const std::type_info& type) {
-  int status = 0;
-  const std::unique_ptr<char, decltype(&std::free)> text(
-      abi::__cxa_demangle(type.name(), nullptr, nullptr, &status), &std::free);
-  std::string name = status == 0 ? text.get() : type.name();
-  constexpr std::string_view nesting = "std::_Nested_exception<";
-  if (name.starts_with(nesting))
-    name = name.substr(nesting.size(), name.size() - nesting.size() - 1);
-  const std::size_t colon = name.rfind("::");
-  return colon == std::string::npos ? name : name.substr(colon + 2);
 }
 
 }  // namespace

@@ -4,17 +4,20 @@
 
 #include <cstdlib>
 #include <memory>
-#include <typeinfo>
+#include <string_view>
 
 namespace wrenfold {
 
-std::string Exception::ClassName() const {
+std::string ClassNameOf(const std::type_info& type) {
   int status = 0;
   const std::unique_ptr<char, decltype(&std::free)> text(
-      abi::__cxa_demangle(typeid(*this).name(), nullptr, nullptr, &status), &std::free);
-  const std::string full = status == 0 ? text.get() : typeid(*this).name();
-  const auto colon = full.rfind("::");
-  return colon == std::string::npos ? full : full.substr(colon + 2);
+      abi::__cxa_demangle(type.name(), nullptr, nullptr, &status), &std::free);
+  std::string name = status == 0 ? text.get() : type.name();
+  constexpr std::string_view nesting = "std::_Nested_exception<";
+  if (name.starts_with(nesting))
+    name = name.substr(nesting.size(), name.size() - nesting.size() - 1);
+  const auto colon = name.rfind("::");
+  return colon == std::string::npos ? name : name.substr(colon + 2);
 }
 
 }  // namespace wrenfold

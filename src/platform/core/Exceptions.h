@@ -3,8 +3,12 @@
 
 #include <stdexcept>
 #include <string>
+#include <typeinfo>
 
 namespace wrenfold {
+
+// The name of a class without its namespace, also of one that the library wrapped to nest it.
+std::string ClassNameOf(const std::type_info& type);
 
 // Base of all exceptions raised by the platform and the suite. The message is a byte string, UTF-8
 // for our own texts.
@@ -14,7 +18,7 @@ class Exception : public std::runtime_error {
 
   std::string Message() const { return what(); }
   // The class name without its namespace, such as "EReadError".
-  std::string ClassName() const;
+  std::string ClassName() const { return ClassNameOf(typeid(*this)); }
 };
 
 // Ends the current command without a message.

@@ -23,6 +23,11 @@ std::string_view RestOf(TStream& stream, std::string& owned) {
   return owned;
 }
 
+bool IsInteger(TValueType type) {
+  return type == TValueType::vaInt8 || type == TValueType::vaInt16 || type == TValueType::vaInt32 ||
+         type == TValueType::vaInt64;
+}
+
 double CurrencyToFloat(std::int64_t value) {
   return static_cast<double>(value) / 10000;
 }
@@ -99,15 +104,8 @@ char TReader::ReadChar() {
 }
 
 std::int64_t TReader::ReadInt64() {
-  switch (NextValue()) {
-    case TValueType::vaInt8:
-    case TValueType::vaInt16:
-    case TValueType::vaInt32:
-    case TValueType::vaInt64:
-      return FBytes.ReadIntegerValue();
-    default:
-      RaiseInvalidValue("an integer");
-  }
+  if (!IsInteger(NextValue())) RaiseInvalidValue("an integer");
+  return FBytes.ReadIntegerValue();
 }
 
 // Unsigned values of the full 32 bits come back as their two's complement.
@@ -135,13 +133,9 @@ double TReader::ReadFloat() {
     case TValueType::vaCurrency:
       ReadValue();
       return CurrencyToFloat(FBytes.ReadFixed<std::int64_t>("a currency value"));
-    case TValueType::vaInt8:
-    case TValueType::vaInt16:
-    case TValueType::vaInt32:
-    case TValueType::vaInt64:
-      return static_cast<double>(FBytes.ReadIntegerValue());
     default:
-      RaiseInvalidValue("a number");
+      if (!IsInteger(NextValue())) RaiseInvalidValue("a number");
+      return static_cast<double>(FBytes.ReadIntegerValue());
   }
 }
 

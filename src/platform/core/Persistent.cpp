@@ -1,11 +1,6 @@
 #include "platform/core/Persistent.h"
 
-#include <cxxabi.h>
-
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
-#include <typeinfo>
 
 #include "platform/core/Exceptions.h"
 #include "platform/core/SysUtils.h"
@@ -29,12 +24,7 @@ bool IsValidIdent(std::string_view name) {
 }
 
 std::string TObject::ClassName() const {
-  int status = 0;
-  const std::unique_ptr<char, decltype(&std::free)> text(
-      abi::__cxa_demangle(typeid(*this).name(), nullptr, nullptr, &status), &std::free);
-  const std::string full = status == 0 ? text.get() : typeid(*this).name();
-  const auto colon = full.rfind("::");
-  return colon == std::string::npos ? full : full.substr(colon + 2);
+  return ClassNameOf(typeid(*this));
 }
 
 const TTypeInfo& TPersistent::ClassInfo() {

@@ -9,8 +9,6 @@
 #include <QWindow>
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-#include <memory>
 
 #include "platform/core/Dialogs.h"
 #include "platform/core/Exceptions.h"
@@ -48,15 +46,6 @@ const TForm* OwningForm(const TComponent* component) {
 bool IsPlainKey(const QKeyEvent& key) {
   if (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier)) return false;
   return key.key() < Qt::Key_F1 || key.key() > Qt::Key_F35;
-}
-
-std::string DemangledName(const std::type_info& type) {
-  int status = 0;
-  const std::unique_ptr<char, decltype(&std::free)> text(
-      abi::__cxa_demangle(type.name(), nullptr, nullptr, &status), &std::free);
-  const std::string full = status == 0 ? text.get() : type.name();
-  const auto colon = full.rfind("::");
-  return colon == std::string::npos ? full : full.substr(colon + 2);
 }
 
 bool IsStandard(const std::exception_ptr& exception) {
@@ -117,7 +106,7 @@ std::string ExceptionMessage(const std::exception_ptr& exception) {
 
 std::string ExceptionClassName(const std::exception_ptr& exception) {
   if (exception == nullptr) return {};
-  return DemangledName(*exception.__cxa_exception_type());
+  return ClassNameOf(*exception.__cxa_exception_type());
 }
 
 void ReportException(TObject* sender) {
