@@ -8,6 +8,12 @@
 
 namespace wrenfold {
 
+std::string Exception::WithoutZeros(std::string message) {
+  for (auto zero = message.find('\0'); zero != message.npos; zero = message.find('\0', zero))
+    message.replace(zero, 1, "\\0");
+  return message;
+}
+
 std::string ClassNameOf(const std::type_info& type) {
   int status = 0;
   const std::unique_ptr<char, decltype(&std::free)> text(

@@ -11,14 +11,17 @@ namespace wrenfold {
 std::string ClassNameOf(const std::type_info& type);
 
 // Base of all exceptions raised by the platform and the suite. The message is a byte string, UTF-8
-// for our own texts.
+// for our own texts. Zero bytes in it, which would end it for who asks what(), stand as "\0".
 class Exception : public std::runtime_error {
  public:
-  explicit Exception(const std::string& message) : std::runtime_error(message) {}
+  explicit Exception(const std::string& message) : std::runtime_error(WithoutZeros(message)) {}
 
   std::string Message() const { return what(); }
   // The class name without its namespace, such as "EReadError".
   std::string ClassName() const { return ClassNameOf(typeid(*this)); }
+
+ private:
+  static std::string WithoutZeros(std::string message);
 };
 
 // Ends the current command without a message.

@@ -14,7 +14,7 @@ namespace wrenfold {
 namespace {
 
 // Components nest in the stream as they do on a form; far more is no form but an attack.
-constexpr int MaxComponentDepth = 1000;
+constexpr int MaxObjectDepth = 1000;
 
 std::string_view RestOf(TStream& stream, std::string& owned) {
   std::string_view bytes;
@@ -47,6 +47,26 @@ struct TReader::TPropertyScope {
   ~TPropertyScope() { FReader.FPath = std::move(FSaved); }
   TReader& FReader;
   std::string FSaved;
+};
+
+namespace {
+
+std::string PlacedAt(std::int64_t offset, const Exception& problem) {
+  return fmt::format("Error reading a component at offset {}: {}", offset, problem.Message());
+}
+
+}  // namespace
+
+// Stands for one level of objects inside objects; the stack bears no more than a certain number.
+struct TReader::TDepthScope {
+  explicit TDepthScope(TReader& reader) : FReader(reader) {
+    if (FReader.FDepth == MaxObjectDepth)
+      throw EReadError(fmt::format("Objects nest deeper than {} levels at offset {}",
+                                   MaxObjectDepth, FReader.Position()));
+    ++FReader.FDepth;
+  }
+  ~TDepthScope() { --FReader.FDepth; }
+  TReader& FReader;
 };
 
 TReader::TReader(TStream& stream, int)
@@ -251,7 +271,11 @@ TComponent* TReader::ReadRootComponent(TComponent* root) {
   Root = root;
   FOwner = root;
   root->SetComponentState(csLoading, true);
-  root->SetName(name);
+  try {
+    root->SetName(name);
+  } catch (const EComponentError& problem) {
+    throw EReadError(PlacedAt(Position(), problem));
+  }
   ReadDataInner(*root);
   ResolveReferences(root);
   for (TComponent* component : root->Components())
@@ -267,12 +291,9 @@ void TReader::ReadDataInner(TComponent& component) {
 }
 
 void TReader::ReadChildren(TComponent& component) {
-  if (++FDepth > MaxComponentDepth)
-    throw EReadError(fmt::format("Components nest deeper than {} levels at offset {}",
-                                 MaxComponentDepth, Position()));
+  const TDepthScope depth(*this);
   while (!EndOfList()) ReadComponent(component);
   ReadListEnd();
-  --FDepth;
 }
 
 void TReader::ReadComponent(TComponent& parent) {
@@ -290,7 +311,12 @@ void TReader::ReadComponent(TComponent& parent) {
       component->SetComponentState(csLoading, true);
       component->SetName(name);
     } catch (const Exception& problem) {
-      if (!Error(problem.Message())) throw;
+      const std::string message = PlacedAt(FStart + static_cast<std::int64_t>(start), problem);
+      const bool unknownClass = dynamic_cast<const EClassNotFound*>(&problem) != nullptr;
+      if (!Error(message)) {
+        if (unknownClass) throw EClassNotFound(message);
+        throw EReadError(message);
+      }
       FBytes.Seek(start);
       return SkipComponent();
     }
@@ -303,23 +329,27 @@ void TReader::ReadProperties(TPersistent& instance) {
   while (!EndOfList()) ReadProperty(instance);
 }
 
-// An error of the contents leaves the reader behind the value; one of the form shows up again when
-// the value is skipped and then stands.
+// An error of the contents that is ignored leaves the reader behind the value. One of the form
+// shows up again when the value is skipped. What stands goes up as it is, whatever it is inside of.
 void TReader::ReadProperty(TPersistent& instance) {
   const std::string_view path = FBytes.ReadShortString("a property name");
   const std::size_t start = FBytes.Position();
+  if (FPath.empty()) FErrorStands = false;
   const TPropertyScope scope(*this, instance.ClassName() + '.' + std::string(path));
   try {
     ReadPropertyAt(instance, path, start);
   } catch (const EAbort&) {
     throw;
   } catch (const Exception& problem) {
+    if (FErrorStands) throw;
+    FErrorStands = true;
     FBytes.Seek(start);
     FBytes.SkipValue();
     const std::string message =
         fmt::format("Error reading {} at offset {}: {}", FPath,
                     FStart + static_cast<std::int64_t>(start), problem.Message());
-    if (!Error(message)) throw EReadError(message);
+    FErrorStands = !Error(message);
+    if (FErrorStands) throw EReadError(message);
   }
 }
 
@@ -458,7 +488,7 @@ void TReader::ReadClassValue(TPersistent& instance, const TPropInfo& property) {
       ReadValue();
       return property.Access->SetObject(instance, nullptr);
     case TValueType::vaIdent:
-      FReferences.push_back({&instance, &property, ReadIdent(), FPath});
+      FReferences.push_back({&instance, &property, Position(), ReadIdent(), FPath});
       return;
     case TValueType::vaCollection: {
       auto* collection = dynamic_cast<TCollection*>(property.Access->GetObject(instance));
@@ -470,8 +500,8 @@ void TReader::ReadClassValue(TPersistent& instance, const TPropInfo& property) {
   }
 }
 
-// A stream may store a collection twice, and the references of the first time wait for items that the
-// second time replaces.
+// A stream may store a collection twice, and the references of the first time wait for items that
+// the second time replaces.
 void TReader::RetireItems(TCollection& collection) {
   if (FReferences.empty()) return collection.Clear();
   while (collection.Count() > 0) {
@@ -483,6 +513,7 @@ void TReader::RetireItems(TCollection& collection) {
 void TReader::ReadCollection(TCollection& collection) {
   if (NextValue() != TValueType::vaCollection) RaiseInvalidValue("a collection");
   ReadValue();
+  const TDepthScope depth(*this);
   const TUpdate update(collection);
   RetireItems(collection);
   while (!EndOfList()) {
@@ -511,8 +542,9 @@ void TReader::ResolveReferences(TComponent* root) {
     if (target != nullptr) {
       reference.Property->Access->SetObject(*reference.Instance, target);
     } else {
-      const std::string message = fmt::format("Error reading {}: component {} does not exist",
-                                              reference.Path, reference.Name);
+      const std::string message =
+          fmt::format("Error reading {} at offset {}: component {} does not exist", reference.Path,
+                      reference.Offset, reference.Name);
       if (!Error(message)) throw EReadError(message);
     }
   }

@@ -114,6 +114,7 @@ class TReader : public TFiler {
 
  private:
   struct TPropertyScope;
+  struct TDepthScope;
   void ReadPropertyAt(TPersistent& instance, std::string_view path, std::size_t start);
   void ReadPropertyValue(TPersistent& instance, const TPropInfo& property);
   std::int32_t ReadOrdinal(const TTypeInfo& type);
@@ -129,6 +130,7 @@ class TReader : public TFiler {
   struct TReference {
     TPersistent* Instance;
     const TPropInfo* Property;
+    std::int64_t Offset;  // of the value
     std::string Name;
     std::string Path;
   };
@@ -139,6 +141,7 @@ class TReader : public TFiler {
   TByteReader FBytes;
   TComponent* FOwner = nullptr;
   int FDepth = 0;
+  bool FErrorStands = false;  // and ends the reading
   std::vector<TReference> FReferences;
   std::vector<std::unique_ptr<TCollectionItem>> FRetired;
   std::string FPath;              // of the property being read

@@ -86,11 +86,31 @@ void TComponent::SetName(const std::string& name) {
     if (other != nullptr && other != this)
       throw EComponentError("A component named " + name + " already exists");
   }
+  const bool isFirst = FName.empty();
   FName = name;
+  if (FOwner == nullptr || FOwner->FNames == nullptr) return;
+  if (isFirst) FOwner->FNames->try_emplace(UpperCase(FName), this);
+  else FOwner->FNames.reset();
+}
+
+void TComponent::TakeName(std::string name) {
+  FName = std::move(name);
+  if (FOwner != nullptr) FOwner->FNames.reset();
 }
 
 TComponent* TComponent::FindComponent(std::string_view name) const {
   if (name.empty()) return nullptr;
+  // Forms name their components one after the other: a walk for each would take the square of time.
+  constexpr std::size_t many = 32;
+  if (FComponents.size() > many) {
+    if (FNames == nullptr) {
+      FNames = std::make_unique<std::unordered_map<std::string, TComponent*>>();
+      for (TComponent* component : FComponents)
+        if (!component->FName.empty()) FNames->try_emplace(UpperCase(component->FName), component);
+    }
+    const auto found = FNames->find(UpperCase(name));
+    return found == FNames->end() ? nullptr : found->second;
+  }
   const auto found = std::find_if(FComponents.begin(), FComponents.end(),
                                   [name](const auto* c) { return EqualText(c->FName, name); });
   return found == FComponents.end() ? nullptr : *found;
@@ -103,6 +123,8 @@ void TComponent::InsertComponent(TComponent* component) {
   if (component->FOwner != nullptr) component->FOwner->RemoveComponent(component);
   component->FOwner = this;
   FComponents.push_back(component);
+  if (FNames != nullptr && !component->FName.empty())
+    FNames->try_emplace(UpperCase(component->FName), component);
   Notification(component, opInsert);
 }
 
@@ -110,6 +132,7 @@ void TComponent::RemoveComponent(TComponent* component) {
   if (component->FOwner != this) return;
   Notification(component, opRemove);
   component->FOwner = nullptr;
+  if (!component->FName.empty()) FNames.reset();
   // Components mostly go in reverse order of their coming.
   const auto found = std::find(FComponents.rbegin(), FComponents.rend(), component);
   FComponents.erase(std::next(found).base());

@@ -2,8 +2,10 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "platform/core/TypeInfo.h"
@@ -133,7 +135,7 @@ class TComponent : public TPersistent {
 
  protected:
   // Takes a name unchecked: names of a stored form stay what they were.
-  void TakeName(std::string name) { FName = std::move(name); }
+  void TakeName(std::string name);
 
  private:
   void ForgetNotification(TComponent* component);
@@ -142,6 +144,9 @@ class TComponent : public TPersistent {
   TComponent* FOwner = nullptr;
   std::vector<TComponent*> FComponents;
   std::vector<TComponent*> FFreeNotifies;
+  // The first owned component of every name, in upper case; made when a name is looked for among
+  // many, null while it does not hold.
+  mutable std::unique_ptr<std::unordered_map<std::string, TComponent*>> FNames;
   TSet<TComponentState> FState;
 };
 
