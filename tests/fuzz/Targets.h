@@ -2,13 +2,15 @@
 // what it once found.
 #pragma once
 
+#include <initializer_list>
 #include <span>
 #include <string_view>
 
+#include "platform/core/Exceptions.h"
+
 namespace wrenfold {
 
-// A function takes any bytes: it lets the exceptions of bad input pass by and aborts when a promise
-// is broken.
+// A function takes any bytes and aborts when a promise of the reader is broken.
 struct TFuzzTarget {
   std::string_view Name;
   void (*Run)(std::string_view bytes);
@@ -17,15 +19,32 @@ struct TFuzzTarget {
 std::span<const TFuzzTarget> FuzzTargets();
 
 void FuzzBinaryForm(std::string_view bytes);
+void FuzzTypedReader(std::string_view bytes);
 void FuzzResourceForm(std::string_view bytes);
 void FuzzTextForm(std::string_view bytes);
 void FuzzDataHeader(std::string_view bytes);
+void FuzzSettingsFile(std::string_view bytes);
 void FuzzIniStrings(std::string_view bytes);
 void FuzzLanguageModule(std::string_view bytes);
 void FuzzPropertyText(std::string_view bytes);
 void FuzzProjectSource(std::string_view bytes);
+void FuzzTextEncoding(std::string_view bytes);
 
-// Aborts, so that fuzzer and test both notice.
-void Promise(bool kept);
+// Says what is broken and aborts, so that fuzzer and test both notice.
+void Promise(bool kept, std::string_view promise);
+// An error has a message, which holds at least one of the texts.
+void PromiseMessage(const Exception& error, std::initializer_list<std::string_view> places);
+
+// Whether the call raises nothing. What it raises is an Exception that tells a place.
+template <class Call>
+bool Succeeds(const Call& call, std::initializer_list<std::string_view> places) {
+  try {
+    call();
+    return true;
+  } catch (const Exception& error) {
+    PromiseMessage(error, places);
+    return false;
+  }
+}
 
 }  // namespace wrenfold

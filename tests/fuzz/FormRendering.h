@@ -1,0 +1,38 @@
+// What the targets of the component stream have in common: rendering a stream as text.
+#pragma once
+
+#include <string_view>
+
+#include "fuzz/Targets.h"
+#include "platform/core/FormText.h"
+
+namespace wrenfold {
+
+// Renders the bytes in every style. Text that comes out reads back as a stream of the same text.
+inline void RenderInEachStyle(std::string_view bytes,
+                              void (*toText)(TByteReader&, TByteWriter&, const TFormTextStyle&),
+                              void (*fromText)(std::string_view, std::size_t&, TByteWriter&,
+                                               const TFormTextStyle&)) {
+  // Deep nesting indents each value, so that small input has longer text.
+  constexpr std::size_t growth = 200;
+  constexpr std::size_t freeGrowth = 1 << 20;
+  for (const TFormTextStyle& style : FormTextStyles()) {
+    TByteReader reader(bytes);
+    TByteWriter text;
+    if (!Succeeds([&] { toText(reader, text, style); }, {"offset "})) {
+      Promise(text.Size() == 0, "a failed conversion leaves no text");
+      continue;
+    }
+    Promise(text.Size() <= bytes.size() * growth + freeGrowth, "text grows within limits");
+    TByteWriter back;
+    std::size_t position = 0;
+    fromText(text.View(), position, back, style);
+    Promise(position == text.Size(), "text of a stream is read whole");
+    TByteReader second(back.View());
+    TByteWriter again;
+    toText(second, again, style);
+    Promise(second.AtEnd() && again.View() == text.View(), "text of a stream comes back");
+  }
+}
+
+}  // namespace wrenfold
