@@ -136,7 +136,6 @@ void SaveSettings(benchmark::State& state) {
   auto& expert = static_cast<TUnitManager&>(*CurrentManager()->Experts().Get(0).Expert);
   for (int i = 0; i < state.range(0); ++i) expert.HistoryList->Add("filter " + std::to_string(i));
   for (auto _ : state) CurrentManager()->SaveSettings();
-  state.counters["bytes"] = static_cast<double>(FileSize(SettingsFileName()));
   TFakeEnvironment::Wizard = nullptr;
   DoneExpManager();
 }
