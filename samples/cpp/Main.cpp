@@ -1,5 +1,5 @@
 //---------------------------------------------------------------------------
-#include <vcl.h>
+#include <Forms.hpp>
 #pragma hdrstop
 
 #include "Main.h"

@@ -1,5 +1,5 @@
 //---------------------------------------------------------------------------
-#include <vcl.h>
+#include <Forms.hpp>
 #pragma hdrstop
 USERES("Timekeeper.res");
 USEFORM("Main.cpp", TimeForm);

@@ -57,8 +57,8 @@ const TEntriesCase EntriesCases[] = {
     {"ProgramParametersAndNoHeader", "a.dpr", "program A(Input, Output); uses B;", "B"},
     {"ClauseWithoutProgramHeader", "a.dpr", "uses B in 'B.pas'; begin end.", "B=B.pas"},
     {"DottedUnitsAndWordsInAnyCase", "a.dpr",
-     "PROGRAM A; USES Vcl.Forms, App.Main IN 'App.Main.pas' {Form1};",
-     "Vcl.Forms; App.Main=App.Main.pas Form1"},
+     "PROGRAM A; USES Ui.Forms, App.Main IN 'App.Main.pas' {Form1};",
+     "Ui.Forms; App.Main=App.Main.pas Form1"},
     {"ActiveBranchesOnly", "a.dpr",
      "program A; uses {$IFDEF MSWINDOWS} Windows, {$ELSE} Libc, {$ENDIF}"
      "{$IFNDEF WIN32} Posix, {$ENDIF} B;",
@@ -79,7 +79,7 @@ const TEntriesCase EntriesCases[] = {
      "program A; uses {$IFDEF NO} X in '}{$ENDIF}', {$ENDIF} B;", "B"},
     {"StarDirective", "a.dpr", "program A; uses (*$IFDEF NO*) X, (*$ENDIF*) B;", "B"},
     {"PackageContainsNotRequires", "a.dpk",
-     "package A; {$R *.res} requires vcl, rtl; contains B in '..\\B.pas', C; end.",
+     "package A; {$R *.res} requires base, rtl; contains B in '..\\B.pas', C; end.",
      "B=..\\B.pas; C"},
     {"RestOfTheClauseAfterAMistake", "a.dpr", "program A; uses B C, D in M.pas, E in 'E.pas', , F;",
      "B; E=E.pas; F", 3},
@@ -90,7 +90,7 @@ const TEntriesCase EntriesCases[] = {
     {"ConditionWithoutEnd", "a.dpr", "program A; uses B; {$IFDEF WIN32} begin end.", "B", 1},
     {"Utf8MarkInFront", "a.dpr", "\xEF\xBB\xBFprogram A; uses B;", "B"},
     {"FormMacros", "a.cpp",
-     "#include <vcl.h>\r\nUSERES(\"A.res\");\r\nUSEFORM(\"Main.cpp\", MainForm);\r\n"
+     "#include <Forms.hpp>\r\nUSERES(\"A.res\");\r\nUSEFORM(\"Main.cpp\", MainForm);\r\n"
      "USEUNIT(\"..\\Tools.cpp\");\r\n"
      "USEFORM(\"lib\\\\Data.cpp\", Data); /* TDataModule: File Type */\r\n"
      "USEFORMNS(\"Box.pas\", Box, BoxForm);\r\nUSELIB(\"x.lib\");\r\n",
@@ -136,7 +136,7 @@ const TRefusalCase RefusalCases[] = {
     {"PackageWithoutClause", "a.dpk", "package A;\nend.", 2, "'contains'"},
     {"Unit", "a.dpr", "unit A;\ninterface\nuses B;\nend.", 1, "expected 'uses'"},
     {"ClauseLeftOut", "a.dpr", "program A;\r{$IFDEF NO}uses B;{$ENDIF}\rbegin end.", 3, "'begin'"},
-    {"CppWithoutMacros", "a.cpp", "#include <vcl.h>\nint main() {}\n", 3, "USEFORM"},
+    {"CppWithoutMacros", "a.cpp", "#include <Forms.hpp>\nint main() {}\n", 3, "USEFORM"},
 };
 INSTANTIATE_TEST_SUITE_P(, RefusedProject, testing::ValuesIn(RefusalCases), CaseName);
 

@@ -1,4 +1,4 @@
-#include <vcl.h>
+#include <Forms.hpp>
 #pragma hdrstop
 USERES("Clock.res");
 USEFORM("Main.cpp", MainForm);

@@ -1,6 +1,6 @@
 #ifndef A
 #define A
-#include <vcl.h>
+#include <Forms.hpp>
 #include "B.h"
 class PACKAGE TMain : public Ns::TForm, public I<int>
 {
