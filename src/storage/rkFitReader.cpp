@@ -20,6 +20,19 @@ void MoveTo(TCollection& collection, TCollectionItem& item, int index) {
   if (collection.Item(place) != &item) item.SetIndex(place);
 }
 
+// The key of an item is the program's: what is read into the item must not change it.
+class TKeyKept {
+ public:
+  explicit TKeyKept(TWrapperItem& item) : FItem(item), FKey(item.AObjectID) {}
+  ~TKeyKept() { FItem.AObjectID = FKey; }
+  TKeyKept(const TKeyKept&) = delete;
+  TKeyKept& operator=(const TKeyKept&) = delete;
+
+ private:
+  TWrapperItem& FItem;
+  std::string FKey;
+};
+
 bool IsStringValue(TValueType type) {
   return type == TValueType::vaString || type == TValueType::vaLString ||
          type == TValueType::vaUTF8String || type == TValueType::vaWString;
@@ -95,6 +108,7 @@ void TFitReader::ReadFreeCollection(TFreeCollection& collection, bool reorder) {
       Bytes().SkipProperties();
       continue;
     }
+    const TKeyKept kept(*found->second);
     ReadProperties(*found->second);
     ReadListEnd();
     if (reorder) MoveTo(collection, *found->second, i);
