@@ -180,17 +180,8 @@ class TPascalProjectReader {
     FResult.Requires.push_back(std::move(name));
   }
 
-  // An identifier, or several joined by dots. Empty when there is none.
   std::string ReadUnitName() {
-    std::string name;
-    while (FToken.Kind == TTokenKind::Identifier) {
-      name += FToken.Text;
-      Advance();
-      if (!FToken.IsSymbol('.')) break;
-      name += '.';
-      Advance();
-    }
-    return name;
+    return ReadDottedName(FToken, [this] { Advance(); });
   }
 
   // One place is reported once, by whoever saw it first.

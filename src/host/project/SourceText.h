@@ -26,6 +26,21 @@ struct TSourceToken {
   bool IsSymbol(char symbol) const { return Kind == TTokenKind::Symbol && Text[0] == symbol; }
 };
 
+// An identifier, or several joined by dots, from the token on; empty when there is none. Advance
+// puts the next token into the same place.
+template <class Advance>
+std::string ReadDottedName(const TSourceToken& token, Advance advance) {
+  std::string name;
+  while (token.Kind == TTokenKind::Identifier) {
+    name += token.Text;
+    advance();
+    if (!token.IsSymbol('.')) break;
+    name += '.';
+    advance();
+  }
+  return name;
+}
+
 // A place in a source, both counted from 1. Columns are bytes.
 struct TSourcePlace {
   int Line = 1;

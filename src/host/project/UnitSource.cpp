@@ -45,15 +45,7 @@ class TPascalUnitReader {
   }
 
   std::string ReadQualified() {
-    std::string name;
-    while (FToken.Kind == TTokenKind::Identifier) {
-      name += FToken.Text;
-      Advance();
-      if (!FToken.IsSymbol('.')) break;
-      name += '.';
-      Advance();
-    }
-    return name;
+    return ReadDottedName(FToken, [this] { Advance(); });
   }
 
   void ReadUses() {
