@@ -26,7 +26,8 @@ void Promise(bool kept, std::string_view promise) {
 void PromiseMessage(const Exception& error, std::initializer_list<std::string_view> places) {
   const std::string message = error.Message();
   const bool told = std::any_of(places.begin(), places.end(), [&](std::string_view place) {
-    return message.find(place) != message.npos;
+    // A place that the input itself names is written as messages are.
+    return message.find(Exception(std::string(place)).Message()) != message.npos;
   });
   if (!told) std::fprintf(stderr, "%s: %s\n", error.ClassName().c_str(), message.c_str());
   Promise(!message.empty() && told, "an error tells its place");

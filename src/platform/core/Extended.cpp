@@ -201,6 +201,16 @@ struct TDecimal {
 
 }  // namespace
 
+TExtended TExtended::Normalized() const {
+  if (!IsFinite()) return *this;
+  const int exponent = std::max(Exponent(), 1);
+  const int shift = std::min(std::countl_zero(Mantissa | 1), exponent - 1);
+  TExtended result{Mantissa << shift, static_cast<std::uint16_t>(SignExponent & 0x8000)};
+  if ((result.Mantissa & TopBit) != 0)
+    result.SignExponent |= static_cast<std::uint16_t>(exponent - shift);
+  return result;
+}
+
 double ExtendedToDouble(TExtended value) {
   const double sign = value.Negative() ? -1.0 : 1.0;
   if (!value.IsFinite()) {

@@ -86,7 +86,7 @@ bool SameValue(const TDecimalDigits& digits, TExtended value, TFloatWidth width)
     case TFloatWidth::Extended:
       break;
   }
-  return back == value;
+  return back == value.Normalized();
 }
 
 // The digits cut to fewer, rounded in decimal.

@@ -74,7 +74,7 @@ void TFont::SetHeight(std::int32_t height) {
   Change(FHeight, height);
 }
 void TFont::SetName(const std::string& name) {
-  Change(FName, name);
+  if (!name.empty()) Change(FName, name);
 }
 void TFont::SetPitch(TFontPitch pitch) {
   Change(FPitch, pitch);

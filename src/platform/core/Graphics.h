@@ -46,6 +46,7 @@ class TFont : public TPersistent {
   std::int32_t Height() const { return FHeight; }
   void SetHeight(std::int32_t height);
   const std::string& Name() const { return FName; }
+  // A font always has a name: an empty one is not taken.
   void SetName(const std::string& name);
   TFontPitch Pitch() const { return FPitch; }
   void SetPitch(TFontPitch pitch);
