@@ -19,9 +19,12 @@ void SetByText(std::string_view path, std::string_view value) {
   TPersistent* owner = &sample;
   const TPropInfo* property = FindPropInfo(owner, path);
   Promise(property != nullptr || owner == &sample, "a path that leads nowhere moves nothing");
-  // The message repeats the text or path that was refused, or says that the kind has no text.
+  // The message repeats the text or path that was refused, or says that the kind has no text. That
+  // of a set repeats an element, see ConvertSet.
+  const bool isSet = property != nullptr && property->Kind() == tkSet;
   const auto set = [&] { SetPropByText(sample, path, value); };
-  if (!Succeeds(set, {property != nullptr ? value : path, "Unsupported variable type."})) {
+  if (!Succeeds(set, {property != nullptr ? value : path, "Unsupported variable type.",
+                      isSet ? "is unacceptable value" : "Unsupported variable type."})) {
     Promise(Stored(sample) + Stored(inner) == before, "a refused text changes nothing");
     return;
   }
@@ -39,8 +42,17 @@ void SetByVariant(std::string_view path, std::string_view value) {
 void ConvertSet(std::string_view text) {
   const TTypeInfo& type = *TSample::ClassInfo().FindProperty("Grades")->PropType;
   std::uint32_t set = 0;
-  if (!Succeeds([&] { set = StrToSet(type, text); }, {"is unacceptable value", "incorrect value"}))
-    return;
+  const auto convert = [&] {
+    try {
+      set = StrToSet(type, text);
+    } catch (const EDataHandlingError& error) {
+      const std::string refused = error.Message().substr(0, error.Message().rfind(" is "));
+      Promise(Exception(std::string(text)).Message().find(refused) != std::string::npos,
+              "an error repeats the element or the text that is refused");
+      throw;
+    }
+  };
+  if (!Succeeds(convert, {"is unacceptable value", "is incorrect value"})) return;
   Promise(StrToSet(type, SetToStr(type, set)) == set, "a set's own text means that set");
 }
 

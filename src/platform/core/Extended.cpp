@@ -111,8 +111,10 @@ TExtended RoundToExtended(std::uint64_t high, bool half, bool remainder, int low
   }
   TExtended value;
   value.Mantissa = high;
-  // A denormal's exponent field is 0 and means the same scale as 1.
-  value.SignExponent = static_cast<std::uint16_t>((high & TopBit) != 0 ? exponent : 0);
+  // A denormal's exponent field is 0 and means the same scale as 1. Too large a value is told by
+  // the largest exponent; a larger one would run into the sign.
+  exponent = (high & TopBit) != 0 ? std::min(exponent, TExtended::MaxExponent) : 0;
+  value.SignExponent = static_cast<std::uint16_t>(exponent);
   return value;
 }
 
@@ -215,7 +217,7 @@ double ExtendedToDouble(TExtended value) {
   const double sign = value.Negative() ? -1.0 : 1.0;
   if (!value.IsFinite()) {
     const bool infinite = (value.Mantissa & ~TopBit) == 0;
-    return infinite ? sign * HUGE_VAL : std::nan("");
+    return infinite ? sign * HUGE_VAL : std::copysign(std::nan(""), sign);
   }
   std::uint64_t mantissa = value.Mantissa;
   if (mantissa == 0) return sign * 0.0;

@@ -64,10 +64,12 @@ char* AppendGeneral(char* text, const TDecimalDigits& digits, int precision) {
 
 char* AppendFixed(char* text, TExtended value) {
   TDecimalDigits digits = ExtendedToDigits(value, FixedPrecision);
-  if (digits.Point > FixedPrecision) return AppendScientific(text, digits, FixedPrecision, true);
   const int precision = digits.Point + FixedDecimals;
   if (precision <= 0) digits = TDecimalDigits();
   else if (precision < FixedPrecision) digits = ExtendedToDigits(value, precision);
+  // What rounds to zero has no sign.
+  if (value.Negative() && digits.Count > 0) *text++ = '-';
+  if (digits.Point > FixedPrecision) return AppendScientific(text, digits, FixedPrecision, true);
   return AppendPlain(text, digits, FixedDecimals);
 }
 
@@ -123,18 +125,12 @@ char* AppendExact(char* text, TExtended value, TFloatWidth width) {
 
 char* WriteFloatText(TExtended value, TFloatDigits style, TFloatWidth width, char* text) {
   if (!value.IsFinite() && (value.Mantissa << 1) != 0) return Append(text, "NAN");
+  if (style == TFloatDigits::Fixed18 && value.IsFinite()) return AppendFixed(text, value);
   const bool negative = value.Negative() && (!value.IsZero() || style == TFloatDigits::Exact);
   if (negative) *text++ = '-';
   if (!value.IsFinite()) return Append(text, "INF");
-  switch (style) {
-    case TFloatDigits::General15:
-      break;
-    case TFloatDigits::Fixed18:
-      return AppendFixed(text, value);
-    case TFloatDigits::Exact:
-      if (value.IsZero()) return Append(text, "0.0");
-      return AppendExact(text, value, width);
-  }
+  if (style == TFloatDigits::Exact)
+    return value.IsZero() ? Append(text, "0.0") : AppendExact(text, value, width);
   const TDecimalDigits digits = ExtendedToDigits(value, GeneralPrecision);
   if (digits.Count == 0) return Append(text, "0");
   return AppendGeneral(text, digits, GeneralPrecision);
