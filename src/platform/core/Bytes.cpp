@@ -75,48 +75,50 @@ namespace {
 // What the bytes at the cursor belong to while nested values are skipped.
 enum TNesting : char { nsList, nsCollection, nsItem };
 
+// Values of a size of their own, in the order of TValueType; the others have no name here.
+struct TFixedValue {
+  const char* Name = nullptr;
+  std::uint8_t Size = 0;
+};
+constexpr TFixedValue FixedValues[] = {{"null", 0},
+                                       {},
+                                       {"an 8-bit integer", 1},
+                                       {"a 16-bit integer", 2},
+                                       {"a 32-bit integer", 4},
+                                       {"an extended float", 10},
+                                       {},
+                                       {},
+                                       {"false", 0},
+                                       {"true", 0},
+                                       {},
+                                       {},
+                                       {},
+                                       {"nil", 0},
+                                       {},
+                                       {"a single float", 4},
+                                       {"a currency value", 8},
+                                       {"a date", 8},
+                                       {},
+                                       {"a 64-bit integer", 8},
+                                       {},
+                                       {"a double float", 8}};
+static_assert(std::size(FixedValues) == MaxValueType + 1);
+
 }  // namespace
 
 // Skips what follows the tag; a container is only pushed.
 void TByteReader::SkipContent(TValueType type, std::string& nesting) {
+  const TFixedValue& fixed = FixedValues[static_cast<std::size_t>(type)];
+  if (fixed.Name != nullptr) {
+    ReadView(fixed.Size, fixed.Name);
+    return;
+  }
   switch (type) {
-    case TValueType::vaNull:
-    case TValueType::vaFalse:
-    case TValueType::vaTrue:
-    case TValueType::vaNil:
-      break;
     case TValueType::vaList:
       nesting.push_back(nsList);
       break;
     case TValueType::vaCollection:
       nesting.push_back(nsCollection);
-      break;
-    case TValueType::vaInt8:
-      ReadView(1, "an 8-bit integer");
-      break;
-    case TValueType::vaInt16:
-      ReadView(2, "a 16-bit integer");
-      break;
-    case TValueType::vaInt32:
-      ReadView(4, "a 32-bit integer");
-      break;
-    case TValueType::vaInt64:
-      ReadView(8, "a 64-bit integer");
-      break;
-    case TValueType::vaExtended:
-      ReadView(TExtended::ByteSize, "an extended float");
-      break;
-    case TValueType::vaSingle:
-      ReadView(4, "a single float");
-      break;
-    case TValueType::vaCurrency:
-      ReadView(8, "a currency value");
-      break;
-    case TValueType::vaDate:
-      ReadView(8, "a date");
-      break;
-    case TValueType::vaDouble:
-      ReadView(8, "a double float");
       break;
     case TValueType::vaString:
       ReadShortString("a string");
@@ -139,6 +141,8 @@ void TByteReader::SkipContent(TValueType type, std::string& nesting) {
     case TValueType::vaSet:
       while (!ReadShortString("an identifier of a set").empty()) {
       }
+      break;
+    default:
       break;
   }
 }
@@ -176,7 +180,7 @@ void TByteReader::SkipNested(std::string& nesting) {
 void TByteReader::SkipValue() {
   std::string nesting;
   SkipContent(ReadValueType(), nesting);
-  SkipNested(nesting);
+  if (!nesting.empty()) SkipNested(nesting);
 }
 
 void TByteReader::SkipProperties() {

@@ -16,6 +16,8 @@ constexpr int LowBitExponent = -TExtended::ExponentBias - 63;
 constexpr int LargestPoint = 4940;
 constexpr int SmallestPoint = -4960;
 
+__extension__ using TDoubleLimb = unsigned __int128;
+
 // A non-negative integer of any size an extended and its decimal digits can need. Few limbs are in
 // use for everyday numbers, so arithmetic is quick where it matters.
 class TBigNumber {
@@ -25,6 +27,8 @@ class TBigNumber {
   }
 
   bool IsZero() const { return FCount == 0; }
+  bool IsShort() const { return FCount <= 1; }
+  std::uint64_t LowLimb() const { return FCount == 0 ? 0 : FLimbs[0]; }
   int BitCount() const {
     return FCount == 0 ? 0 : FCount * LimbBits - std::countl_zero(FLimbs[FCount - 1]);
   }
@@ -82,7 +86,6 @@ class TBigNumber {
   }
 
  private:
-  __extension__ using TDoubleLimb = unsigned __int128;
   static constexpr int LimbBits = 64;
 
   void Trim() {
@@ -146,8 +149,29 @@ TExtended Divide(TBigNumber& numerator, TBigNumber& denominator) {
   return RoundToExtended(quotient, order >= 0, order != 0 && !numerator.IsZero(), lowBitExponent);
 }
 
-bool IsDigit(char character) {
-  return character >= '0' && character <= '9';
+// The largest power of ten of 64 bits.
+constexpr int LargestShortPower = 19;
+
+constexpr std::uint64_t PowerOfTen(int power) {
+  std::uint64_t result = 1;
+  for (; power > 0; --power) result *= 10;
+  return result;
+}
+
+// The same where both fit 64 bits, as nearly all floats that people write; neither may be zero.
+TExtended DivideShort(std::uint64_t numerator, std::uint64_t denominator) {
+  const int up = std::countl_zero(numerator);
+  const int down = std::countl_zero(denominator);
+  numerator <<= up;
+  denominator <<= down;
+  // So that the quotient has 64 bits.
+  const int shift = numerator < denominator ? 64 : 63;
+  const TDoubleLimb scaled = TDoubleLimb{numerator} << shift;
+  const auto quotient = static_cast<std::uint64_t>(scaled / denominator);
+  const auto remainder = static_cast<std::uint64_t>(scaled - TDoubleLimb{quotient} * denominator);
+  const std::uint64_t toNext = denominator - remainder;
+  return RoundToExtended(quotient, remainder >= toNext, remainder != toNext && remainder != 0,
+                         down - up - shift);
 }
 
 // The decimal text taken apart: Number * 10^Exponent.
@@ -158,8 +182,11 @@ struct TDecimal {
     std::size_t i = 0;
     Negative = !text.empty() && text[0] == '-';
     if (Negative || (!text.empty() && text[0] == '+')) ++i;
-    bool fraction = false;
-    for (; i < text.size() && (IsDigit(text[i]) || text[i] == '.'); ++i) {
+    const std::size_t digits = std::min(text.find_first_not_of("0123456789.", i), text.size());
+    std::size_t end = digits;
+    if (text.substr(i, digits - i).find('.') != text.npos)
+      while (text[end - 1] == '0') --end;
+    for (bool fraction = false; i < end; ++i) {
       if (text[i] == '.') fraction = true;
       else AddDigit(static_cast<std::uint32_t>(text[i] - '0'), fraction);
     }
@@ -168,7 +195,17 @@ struct TDecimal {
       --Exponent;
       ++Significant;
     }
-    if (i < text.size()) AddExponent(text.substr(i + 1));
+    if (digits < text.size()) AddExponent(text.substr(digits + 1));
+  }
+
+  // The value without its sign; it may be too large for an extended, but must not be zero.
+  TExtended Rounded() {
+    if (Number.IsShort() && Exponent <= 0 && Exponent >= -LargestShortPower)
+      return DivideShort(Number.LowLimb(), PowerOfTen(static_cast<int>(-Exponent)));
+    TBigNumber denominator(1);
+    if (Exponent >= 0) Number.MultiplyByPowerOfTen(static_cast<int>(Exponent));
+    else denominator.MultiplyByPowerOfTen(static_cast<int>(-Exponent));
+    return Divide(Number, denominator);
   }
 
   bool Negative = false;
@@ -267,11 +304,7 @@ bool DecimalToExtended(std::string_view text, TExtended& value) {
   const std::int64_t point = decimal.Significant + decimal.Exponent;
   if (!decimal.Number.IsZero() && point >= SmallestPoint) {
     if (point > LargestPoint) return false;
-    TBigNumber denominator(1);
-    if (decimal.Exponent >= 0)
-      decimal.Number.MultiplyByPowerOfTen(static_cast<int>(decimal.Exponent));
-    else denominator.MultiplyByPowerOfTen(static_cast<int>(-decimal.Exponent));
-    value = Divide(decimal.Number, denominator);
+    value = decimal.Rounded();
     if (value.Exponent() >= TExtended::MaxExponent) return false;
   }
   if (decimal.Negative) value.SignExponent |= 0x8000;

@@ -21,8 +21,8 @@ struct TExtended {
   int Exponent() const { return SignExponent & 0x7FFF; }
   bool IsFinite() const { return Exponent() != MaxExponent; }
   bool IsZero() const { return Mantissa == 0 && IsFinite(); }
-  // The form that arithmetic gives: of the many with the same value, the one with the leading bit set
-  // or, below the smallest such value, the exponent zero.
+  // The form that arithmetic gives: of the many with the same value, the one with the leading bit
+  // set or, below the smallest such value, the exponent zero.
   TExtended Normalized() const;
   friend bool operator==(const TExtended&, const TExtended&) = default;
 };

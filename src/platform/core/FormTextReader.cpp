@@ -8,14 +8,15 @@
 
 #include "platform/core/FormText.h"
 #include "platform/core/HexText.h"
+#include "platform/core/PlainLines.h"
 #include "platform/core/TextScan.h"
 #include "platform/core/Unicode.h"
 
 namespace wrenfold {
 namespace {
 
-// What the text at the cursor belongs to.
-enum class TNesting : std::uint8_t { Properties, Children, List, Collection, Item };
+// What the text at the cursor belongs to: first those that end with "end".
+enum class TNesting : std::uint8_t { Properties, Children, Item, List, Collection };
 
 constexpr std::size_t MaxName = 255;
 // A name or a short value is written without further checks after one Reserve of this.
@@ -29,6 +30,7 @@ bool IsDigit(char character) {
 
 bool SameWord(std::string_view word, std::string_view lowerCase) {
   if (word.size() != lowerCase.size()) return false;
+  if (word == lowerCase) return true;
   for (std::size_t i = 0; i < word.size(); ++i)
     if ((word[i] | 0x20) != lowerCase[i]) return false;
   return true;
@@ -48,7 +50,7 @@ class TFormTextReader {
     FOut.WriteSignature();
     if (!ReadComponent(ReadWord("\"object\", \"inherited\" or \"inline\"")))
       FailAt(FWordStart, "\"object\", \"inherited\" or \"inline\"");
-    while (FDepth > 0) {
+    while (ReadPlainLines(), FDepth > 0) {
       switch (FNesting[FDepth - 1]) {
         case TNesting::Properties:
           ReadMember();
@@ -102,15 +104,17 @@ class TFormTextReader {
 
   void SkipSpace() { FNext = SkipBlanks(FNext, FEnd); }
 
-  // The byte at the next token, or zero at the end of the text.
-  char Peek() {
-    SkipSpace();
-    return FNext != FEnd ? *FNext : '\0';
+  // Whether the next token is this character; what is in front of it is not skipped.
+  bool Sees(char character) const {
+    const char* next = SkipBlanks(FNext, FEnd);
+    return next != FEnd && *next == character;
   }
 
+  // Skips the next token, if it is this character.
   bool Take(char character) {
-    if (Peek() != character) return false;
-    ++FNext;
+    const char* next = SkipBlanks(FNext, FEnd);
+    if (next == FEnd || *next != character) return false;
+    FNext = next + 1;
     return true;
   }
 
@@ -212,7 +216,6 @@ class TFormTextReader {
   }
 
   void ReadMember() {
-    if (ReadPlainProperty()) return;
     const std::string_view word = ReadWord("a property, a component or \"end\"");
     if (IsEndWord(word)) {
       FOut.WriteEndOfList();
@@ -220,7 +223,7 @@ class TFormTextReader {
       --FDepth;
       return;
     }
-    if (IsComponentWord(word) && Peek() != '=') {
+    if (IsComponentWord(word) && !Sees('=')) {
       FOut.WriteEndOfList();
       FNesting[FDepth - 1] = TNesting::Children;
       ReadComponent(word);
@@ -230,31 +233,77 @@ class TFormTextReader {
   }
 
   // "end", unless it is the name of a property.
-  bool IsEndWord(std::string_view word) {
-    return word.size() == 3 && SameWord(word, "end") && Peek() != '=';
+  bool IsEndWord(std::string_view word) const {
+    return word.size() == 3 && SameWord(word, "end") && !Sees('=');
   }
 
-  // A property as nearly all are written, with a name of less than a block and " = ". False, with
-  // nothing read, for any other member.
-  bool ReadPlainProperty() {
-    SkipSpace();
 #ifdef __SSE2__
-    if (FStyle.KeepsBlanks || static_cast<std::size_t>(FEnd - FNext) < BlockSize + 4) return false;
-    const __m128i block = detail::LoadBlock(FNext);
-    const std::size_t size = detail::WordLength(block);
-    if (size == 0 || size == BlockSize || std::memcmp(FNext + size, " = ", 3) != 0) return false;
-    FOut.Reserve(ShortRoom);
-    char* const out = FOut.End();
-    *out = static_cast<char>(size);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 1), block);
-    FOut.SetEnd(out + 1 + size);
-    FNext += size + 3;
-    ReadValue();
-    return true;
-#else
-    return false;
-#endif
+  // Reads the lines at the cursor that are written as nearly all are; every other line is left to
+  // the token by token reading. The end of a line is found without a look at its words, its indent
+  // by a guess that is checked, so that the processor can begin with the next line before it has
+  // finished this one.
+  void ReadPlainLines() {
+    if (FStyle.KeepsBlanks) return;
+    if (FNext != FEnd && *FNext == '\r') ++FNext;
+    while (FDepth > 0 && FEnd - FNext >= PlainLineReach && *FNext == '\n') {
+      const std::size_t indent = 1 + 2 * FDepth;
+      if (indent >= BlockSize) return;
+      const unsigned words = detail::BlankMask(detail::LoadBlock(FNext)) ^ 0xFFFF;
+      if (StartsAt(indent, words)) {
+        if (!ReadPlainLine(FNext + indent)) return;
+      } else if (!StartsAt(indent - 2, words) || !ReadPlainEnd(FNext + indent - 2)) {
+        return;
+      }
+    }
   }
+
+  // Whether the lowest bit of the mask is this one.
+  static bool StartsAt(std::size_t bit, unsigned mask) {
+    return (mask & ((2U << bit) - 1)) == 1U << bit;
+  }
+
+  // A component or a property; false, with nothing read, when it is not plain.
+  bool ReadPlainLine(const char* line) {
+    const std::uint64_t lineFeeds = detail::MaskOfFour<detail::LineFeedMask>(line);
+    if (lineFeeds == 0) return false;
+    const char* const lineFeed = line + std::countr_zero(lineFeeds);
+    const char* const end = lineFeed - (lineFeed[-1] == '\r');
+    FOut.Reserve(PlainLineRoom);
+    char* out = FOut.End();
+    TNesting& nesting = FNesting[FDepth - 1];
+    if (std::memcmp(line, "object ", 7) == 0) {
+      if (nesting > TNesting::Children || FDepth == FNesting.size()) return false;
+      *out = 0;
+      out = PutPlainComponent(line + 7, end, out + (nesting == TNesting::Properties));
+      if (out == nullptr) return false;
+      nesting = TNesting::Children;
+      FNesting[FDepth++] = TNesting::Properties;
+    } else {
+      if (nesting != TNesting::Properties && nesting != TNesting::Item) return false;
+      out = PutPlainProperty(line, end, out);
+      if (out == nullptr) return false;
+    }
+    FOut.SetEnd(out);
+    FNext = lineFeed;
+    return true;
+  }
+
+  // An "end" of a component or an item; false, with nothing read, for anything else.
+  bool ReadPlainEnd(const char* line) {
+    const TNesting nesting = FNesting[FDepth - 1];
+    const char* const lineFeed = line + 3 + (line[3] == '\r');
+    if (std::memcmp(line, "end", 3) != 0 || *lineFeed != '\n' || nesting > TNesting::Item ||
+        GoesOnWith('=', lineFeed))
+      return false;
+    FOut.WriteEndOfList();
+    if (nesting == TNesting::Properties) FOut.WriteEndOfList();
+    FNext = lineFeed;
+    --FDepth;
+    return true;
+  }
+#else
+  void ReadPlainLines() {}
+#endif
 
   static bool IsComponentWord(std::string_view word) {
     switch (word.size()) {
@@ -289,7 +338,8 @@ class TFormTextReader {
   // Values.
 
   void ReadValue() {
-    const char first = FNext != FEnd && *FNext > ' ' ? *FNext : Peek();
+    SkipSpace();
+    const char first = FNext != FEnd ? *FNext : '\0';
     switch (first) {
       case '\'':
       case '#':
@@ -353,6 +403,7 @@ class TFormTextReader {
 
   void ReadListElement() {
     if (!Take(')')) {
+      SkipSpace();
       if (FNext == FEnd) Fail("a value or \")\"");
       return ReadValue();
     }
@@ -374,7 +425,6 @@ class TFormTextReader {
   }
 
   void ReadItemMember() {
-    if (ReadPlainProperty()) return;
     const std::string_view word = ReadWord("a property or \"end\"");
     if (!IsEndWord(word)) return ReadProperty(word);
     FOut.WriteEndOfList();
@@ -587,16 +637,8 @@ class TFormTextReader {
         }
         FOut.WriteByte(static_cast<std::uint8_t>(code));
       }
-    } while (TakeJoin());
+    } while (Take('+'));  // goes on in the next line
     FinishString(tag, FOut.Size() - tag - 2);
-  }
-
-  // The " +" that goes on with the string on the next line.
-  bool TakeJoin() {
-    SkipSpace();
-    if (FNext == FEnd || *FNext != '+') return false;
-    ++FNext;
-    return true;
   }
 
   void FinishString(std::size_t tag, std::size_t size) {
@@ -666,7 +708,7 @@ class TFormTextReader {
         if (*FNext == '#') FOut.WriteFixed(static_cast<std::uint16_t>(ReadCode()));
         else WidenQuoted();
       }
-    } while (TakeJoin());
+    } while (Take('+'));  // goes on in the next line
     const std::size_t units = (FOut.Size() - tag - 5) / 2;
     if (units > std::numeric_limits<std::uint32_t>::max()) FailAt(start, "a shorter string");
     FOut.PatchFixed(tag + 1, static_cast<std::uint32_t>(units));

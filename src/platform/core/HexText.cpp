@@ -25,20 +25,22 @@ constexpr char Digits[] = "0123456789ABCDEF";
 
 #ifdef __SSE2__
 
-// 0xFF in each byte of `value` - `low` that is at most `span`, unsigned.
-__m128i InRange(__m128i value, char low, char span) {
-  const __m128i offset = _mm_sub_epi8(value, _mm_set1_epi8(low));
-  return _mm_cmpeq_epi8(_mm_min_epu8(offset, _mm_set1_epi8(span)), offset);
+__m128i Bytes(int value) {
+  return _mm_set1_epi8(static_cast<char>(value));
 }
 
-// Sixteen digits to their values; `valid` loses its bits where there is no digit.
-__m128i DigitsToValues(const char* text, __m128i& valid) {
+// Sixteen digits to their values; what is no digit gives 16 or more.
+__m128i DigitsToValues(const char* text) {
   const __m128i digits = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text));
-  const __m128i lower = _mm_or_si128(digits, _mm_set1_epi8(0x20));
-  const __m128i letter = InRange(lower, 'a', 5);
-  valid = _mm_and_si128(valid, _mm_or_si128(InRange(digits, '0', 9), letter));
-  const __m128i nibble = _mm_and_si128(digits, _mm_set1_epi8(0x0F));
-  return _mm_add_epi8(nibble, _mm_and_si128(letter, _mm_set1_epi8(9)));
+  // '0' to '9' become $F6 to $FF, the highest of all; saturation parts them from the rest.
+  const __m128i highest = _mm_add_epi8(digits, Bytes(0xFF - '9'));
+  const __m128i upToNine = _mm_sub_epi8(_mm_subs_epu8(highest, Bytes(6)), Bytes(0xF0));
+  const __m128i letters = _mm_sub_epi8(_mm_and_si128(digits, Bytes(0xDF)), Bytes('A'));
+  return _mm_min_epu8(upToNine, _mm_adds_epu8(letters, Bytes(10)));
+}
+
+bool AllDigits(__m128i values) {
+  return _mm_movemask_epi8(_mm_adds_epu8(values, Bytes(0x7F - 15))) == 0;
 }
 
 // Pairs of values (high digit first) to bytes in 16-bit lanes.
@@ -62,17 +64,15 @@ std::size_t DecodeHex(const char* text, std::size_t size, char* bytes) {
   std::size_t count = 0;
 #ifdef __SSE2__
   for (; size - count * 2 >= 32; count += 16) {
-    __m128i valid = _mm_set1_epi8(-1);
-    const __m128i first = DigitsToValues(text + count * 2, valid);
-    const __m128i second = DigitsToValues(text + count * 2 + 16, valid);
-    if (_mm_movemask_epi8(valid) != 0xFFFF) break;
+    const __m128i first = DigitsToValues(text + count * 2);
+    const __m128i second = DigitsToValues(text + count * 2 + 16);
+    if (!AllDigits(_mm_or_si128(first, second))) break;
     _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes + count),
                      _mm_packus_epi16(JoinPairs(first), JoinPairs(second)));
   }
   for (; size - count * 2 >= 16; count += 8) {
-    __m128i valid = _mm_set1_epi8(-1);
-    const __m128i values = DigitsToValues(text + count * 2, valid);
-    if (_mm_movemask_epi8(valid) != 0xFFFF) break;
+    const __m128i values = DigitsToValues(text + count * 2);
+    if (!AllDigits(values)) break;
     _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes + count),
                      _mm_packus_epi16(JoinPairs(values), _mm_setzero_si128()));
   }

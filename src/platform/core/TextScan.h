@@ -46,9 +46,43 @@ inline unsigned WordMask(__m128i block) {
   return static_cast<unsigned>(_mm_movemask_epi8(
       _mm_or_si128(_mm_or_si128(isLetter, isDigit), _mm_or_si128(isOther, block))));
 }
+inline unsigned BlankMask(__m128i block) {
+  const __m128i control = _mm_sub_epi8(block, _mm_set1_epi8('\t'));
+  const __m128i isControl =
+      _mm_cmpeq_epi8(_mm_min_epu8(control, _mm_set1_epi8('\r' - '\t')), control);
+  const __m128i isSpace = _mm_cmpeq_epi8(block, _mm_set1_epi8(' '));
+  return static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(isControl, isSpace)));
+}
+inline unsigned LineFeedMask(__m128i block) {
+  return static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block, _mm_set1_epi8('\n'))));
+}
+// Control codes and quotes.
+inline unsigned StopMask(__m128i block) {
+  const __m128i control = _mm_cmpeq_epi8(_mm_min_epu8(block, _mm_set1_epi8(0x1F)), block);
+  const __m128i quote = _mm_cmpeq_epi8(block, _mm_set1_epi8('\''));
+  return static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(control, quote)));
+}
+// The masks of four blocks that follow each other.
+template <unsigned (*Mask)(__m128i)>
+std::uint64_t MaskOfFour(const char* text) {
+  std::uint64_t mask = 0;
+  for (std::size_t i = 0; i < 4 * BlockSize; i += BlockSize)
+    mask |= std::uint64_t{Mask(LoadBlock(text + i))} << i;
+  return mask;
+}
 // How many bytes at the front of the block are word characters.
 inline std::size_t WordLength(__m128i block) {
   return static_cast<std::size_t>(std::countr_zero(~WordMask(block) | 0x10000));
+}
+// The same of two blocks.
+inline std::size_t WordLengthOfTwo(const char* text) {
+  const std::size_t length = WordLength(LoadBlock(text));
+  return length < BlockSize ? length : length + WordLength(LoadBlock(text + BlockSize));
+}
+inline void CopyTwo(char* out, const char* text) {
+  auto* blocks = reinterpret_cast<__m128i*>(out);
+  _mm_storeu_si128(blocks, LoadBlock(text));
+  _mm_storeu_si128(blocks + 1, LoadBlock(text + BlockSize));
 }
 #endif
 
@@ -88,18 +122,15 @@ inline const char* SkipWord(const char* text, const char* end) {
 
 // The first byte of [text, end) that is no blank, tab or line break.
 inline const char* SkipBlanks(const char* text, const char* end) {
-  // Nearly always one line break and the indent of the next line.
-  if (end - text >= 2 && text[0] == '\r' && text[1] == '\n') text += 2;
+  if (text != end && static_cast<std::uint8_t>(*text) > ' ') return text;
 #ifdef __SSE2__
+  // Nearly always one line break and the indent of the next line.
   for (; static_cast<std::size_t>(end - text) >= BlockSize; text += BlockSize) {
-    const __m128i blanks = _mm_cmpeq_epi8(detail::LoadBlock(text), _mm_set1_epi8(' '));
-    const unsigned other = ~static_cast<unsigned>(_mm_movemask_epi8(blanks)) & 0xFFFF;
-    if (other == 0) continue;
-    text += std::countr_zero(other);
-    break;
+    const unsigned others = detail::BlankMask(detail::LoadBlock(text)) ^ 0xFFFF;
+    if (others != 0) return text + std::countr_zero(others);
   }
 #endif
-  while (text != end && static_cast<std::uint8_t>(*text) <= ' ' && IsBlank(*text)) ++text;
+  while (text != end && IsBlank(*text)) ++text;
   return text;
 }
 
@@ -138,9 +169,7 @@ inline const char* CopyPlain(const char* text, const char* end, char* out) {
   for (; static_cast<std::size_t>(end - text) >= BlockSize; text += BlockSize, out += BlockSize) {
     const __m128i block = detail::LoadBlock(text);
     _mm_storeu_si128(reinterpret_cast<__m128i*>(out), block);
-    const __m128i control = _mm_cmpeq_epi8(_mm_min_epu8(block, _mm_set1_epi8(0x1F)), block);
-    const __m128i quote = _mm_cmpeq_epi8(block, _mm_set1_epi8('\''));
-    const auto stop = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(control, quote)));
+    const unsigned stop = detail::StopMask(block);
     if (stop != 0) return text + std::countr_zero(stop);
   }
 #endif
@@ -152,11 +181,11 @@ inline const char* CopyPlain(const char* text, const char* end, char* out) {
 }
 
 // Copies `size` bytes from `text`, of which bytes up to `end` may be read, and returns the end of
-// the copy. `out` has room for a block more.
+// the copy. `out` has room for two blocks more.
 inline char* CopyShort(char* out, const char* text, std::size_t size, const char* end) {
 #ifdef __SSE2__
-  if (size <= BlockSize && static_cast<std::size_t>(end - text) >= BlockSize) {
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(out), detail::LoadBlock(text));
+  if (size <= 2 * BlockSize && static_cast<std::size_t>(end - text) >= 2 * BlockSize) {
+    detail::CopyTwo(out, text);
     return out + size;
   }
 #endif

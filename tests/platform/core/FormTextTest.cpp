@@ -52,8 +52,12 @@ struct TValueCase {
 
 class FormValueTest : public testing::TestWithParam<TValueCase> {};
 
+// Lines are read as a whole where enough text follows, else word by word.
+const std::string Behind(400, ' ');
+
 TEST_P(FormValueTest, TextGivesTheseBytes) {
   EXPECT_EQ(ToBinary(TextOf(GetParam().Text)), BinaryOf(GetParam().Binary));
+  EXPECT_EQ(ToBinary(TextOf(GetParam().Text) + Behind), BinaryOf(GetParam().Binary));
 }
 TEST_P(FormValueTest, BytesGiveThisText) {
   EXPECT_EQ(ToText(BinaryOf(GetParam().Binary)), TextOf(GetParam().Text));
@@ -117,6 +121,7 @@ class FormTextInputTest : public testing::TestWithParam<TOneWayCase> {};
 
 TEST_P(FormTextInputTest, IsReadAsTheSameValue) {
   EXPECT_EQ(ToBinary(TextOf(GetParam().Text)), BinaryOf(GetParam().Binary));
+  EXPECT_EQ(ToBinary(TextOf(GetParam().Text) + Behind), BinaryOf(GetParam().Binary));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -241,6 +246,74 @@ TEST(FormText, HundredThousandPropertiesComeBack) {
     text += "  P" + std::to_string(i) + " = " + std::to_string(i) + "\r\n";
   text += "end\r\n";
   EXPECT_EQ(ToText(ToBinary(text)), text);
+}
+
+// The stream, or the error.
+std::string Outcome(const std::string& text, const char* style) {
+  try {
+    return ToBinary(text, *FindFormTextStyle(style));
+  } catch (const EParserError& error) {
+    return error.Message();
+  }
+}
+
+TEST(FormText, WholeLinesAreReadLikeWords) {
+  std::vector<std::string> lines = {
+      "P = 'a'\r\n  + 'b'",
+      "P = 'a' 'b'",
+      "P = 'it''s'",
+      "P = 'a'#13",
+      "P = 'open",
+      "P = '\x07'",
+      "P = -",
+      "P = -7",
+      "P = 12345678",
+      "P = 123456789",
+      "P = 1.5",
+      "P = 5x",
+      "P = nil",
+      "P = Null",
+      "P = INF",
+      "P = Trues",
+      "P = tRue",
+      "P = clRed",
+      "P = a.b",
+      "P =\r\n  5",
+      "P = 5 Q = 6",
+      "P=5",
+      "P = ",
+      " = 5",
+      "\tP = 5",
+      "P = 5 ",
+      "end\r\n  = 5",
+      "END\r\n  object C: D\r\n  end",
+      "end = 5",
+      "object = 5",
+      "Object B: C\r\n  end",
+      "object B: C\r\n  [3]\r\n  end",
+      "object B: C [3]\r\n  end",
+      "object B: C\r\n  Q = 1\r\n  end\r\n  R = 2",
+      "object B:C\r\n  end",
+      "object C\r\n  end",
+      "object : C\r\n  end",
+      "P = <\r\n    item\r\n      Q = 1\r\n    end\r\n    item\r\n      object B: C\r\n    end>"};
+  for (const std::size_t size : {15, 16, 17, 31, 32, 33, 62, 63, 64, 65}) {
+    const std::string word(size, 'w');
+    lines.push_back(word + " = 1");
+    lines.push_back("P = " + word);
+    lines.push_back("P = '" + word + "'");
+    lines.push_back("object " + word + ": C\r\n  end");
+    lines.push_back("object B: " + word + "\r\n  end");
+  }
+  std::string nested;
+  for (std::string indent = "  "; indent.size() < 24; indent += "  ")
+    nested += indent + "object B: C\r\n";
+  lines.push_back(nested);
+  for (const std::string& line : lines) {
+    const std::string text = "object A: T\r\n  " + line + "\r\n  Z = 0\r\nend\r\n" + Behind;
+    // The second style reads word by word.
+    EXPECT_EQ(Outcome(text, "plain"), Outcome(text, "edited")) << line;
+  }
 }
 
 TEST(FormText, ObjectsAreReadOneAtATime) {
