@@ -124,11 +124,11 @@ char* AppendExact(char* text, TExtended value, TFloatWidth width) {
 }  // namespace
 
 char* WriteFloatText(TExtended value, TFloatDigits style, TFloatWidth width, char* text) {
-  if (!value.IsFinite() && (value.Mantissa << 1) != 0) return Append(text, "NAN");
   if (style == TFloatDigits::Fixed18 && value.IsFinite()) return AppendFixed(text, value);
-  const bool negative = value.Negative() && (!value.IsZero() || style == TFloatDigits::Exact);
-  if (negative) *text++ = '-';
-  if (!value.IsFinite()) return Append(text, "INF");
+  const bool isNan = !value.IsFinite() && (value.Mantissa << 1) != 0;
+  const bool signless = isNan || value.IsZero();
+  if (value.Negative() && (!signless || style == TFloatDigits::Exact)) *text++ = '-';
+  if (!value.IsFinite()) return Append(text, isNan ? "NAN" : "INF");
   if (style == TFloatDigits::Exact)
     return value.IsZero() ? Append(text, "0.0") : AppendExact(text, value, width);
   const TDecimalDigits digits = ExtendedToDigits(value, GeneralPrecision);

@@ -15,7 +15,7 @@ inline constexpr std::size_t MaxFloatText = 64;
 enum class TFloatWidth { Single, Double, Extended };
 
 // Writes `value`, which came from a float of `width`, at `text` and returns the end of it. Values
-// that are not finite become INF, -INF and NAN.
+// that are not finite become INF, -INF and NAN; exact text has the sign of a NaN too.
 char* WriteFloatText(TExtended value, TFloatDigits style, TFloatWidth width, char* text);
 
 }  // namespace wrenfold

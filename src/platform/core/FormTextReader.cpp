@@ -178,7 +178,7 @@ class TFormTextReader {
   }
 
   std::string_view WithBlanks(std::string_view className) {
-    const char* end = FNext;
+    const char* end = className.data() + className.size();
     while (end != FEnd && *end == ' ') ++end;
     if (end == FEnd || (*end != '\r' && *end != '\n')) return className;
     const auto size = static_cast<std::size_t>(end - className.data());
@@ -187,13 +187,14 @@ class TFormTextReader {
     return {className.data(), size};
   }
 
-  // The name together with a blank line in front of it, indented like the name's own.
+  // The name together with a blank line in front of it, both indented as text is written.
   std::string_view WithBlankLine(std::string_view name) const {
     const char* text = FBegin;
     const std::string_view before(text, static_cast<std::size_t>(name.data() - text));
     const std::size_t last = before.find_last_not_of(' ');
     if (last == std::string_view::npos || last < 2 || before[last] != '\n') return name;
     const std::size_t indent = before.size() - last - 1;
+    if (indent != 2 * static_cast<std::size_t>(FDepth)) return name;
     const std::size_t blank = before.find_last_not_of(' ', last - 2);
     if (blank == std::string_view::npos || before[blank] != '\n' || before[last - 1] != '\r')
       return name;
@@ -397,8 +398,11 @@ class TFormTextReader {
 
   void WriteFloat(TExtended value) {
     if (!FStyle.NewerTags) return FOut.WriteExtendedValue(value);
+    const double narrow = ExtendedToDouble(value);
+    // What is too large for a double stays an extended.
+    if (std::isinf(narrow) && value.IsFinite()) return FOut.WriteExtendedValue(value);
     FOut.WriteValueType(TValueType::vaDouble);
-    FOut.WriteFixed(ExtendedToDouble(value));
+    FOut.WriteFixed(narrow);
   }
 
   void ReadListElement() {
@@ -523,7 +527,6 @@ class TFormTextReader {
         break;
     }
     if (!number.IsFloat) return FOut.WriteIntegerValue(number.Integer);
-    CheckRange(start, FStyle.NewerTags ? ExtendedToDouble(number.Float) : 0.0, number.Float);
     WriteFloat(number.Float);
   }
 

@@ -17,6 +17,9 @@ namespace {
 // What the bytes at the cursor belong to.
 enum class TNesting : std::uint8_t { Properties, Children, List, Collection, Item };
 
+// Where the text reader keeps blanks of a name, in a style that keeps them.
+enum class TBlanks : std::uint8_t { None, Behind, LineInFront };
+
 constexpr std::size_t StringLineLength = 64;
 constexpr std::size_t BinaryLineBytes = 32;
 constexpr std::size_t MaxName = 255;
@@ -104,20 +107,22 @@ class TFormTextWriter {
   void Emit(std::string_view text) { FOut.WriteBytes(text); }
 
   // A name that can stand in the text.
-  std::string_view ReadName(const char* expected) {
+  std::string_view ReadName(const char* expected, TBlanks kept = TBlanks::None) {
     const std::string_view name = FIn.ReadShortString(expected);
     if (name.empty() || !IsWord(name, FInEnd)) [[unlikely]] {
-      if (!FStyle.KeepsBlanks || !IsBlankedName(name)) FailName(name, expected);
+      const std::string_view word = FStyle.KeepsBlanks ? WithoutBlanks(name, kept) : "";
+      if (word.empty() || !IsWord(word, FInEnd)) FailName(name, expected);
     }
     return name;
   }
 
-  // A name with blanks around it that the text reader kept.
-  static bool IsBlankedName(std::string_view name) {
-    const char* end = name.data() + name.size();
-    const char* start = SkipBlanks(name.data(), end);
-    const char* stop = SkipWord(start, end);
-    return stop != start && SkipBlanks(stop, end) == end;
+  // The name without the blanks around it that the text reader would keep.
+  std::string_view WithoutBlanks(std::string_view name, TBlanks kept) const {
+    if (kept == TBlanks::Behind) return name.substr(0, name.find_last_not_of(' ') + 1);
+    if (kept == TBlanks::None) return {};
+    name.remove_prefix(std::min(name.find_first_not_of(' '), name.size()));
+    const std::string lineEnd = "\r\n" + std::string(2 * FLevel, ' ');
+    return name.starts_with(lineEnd) ? name.substr(lineEnd.size()) : "";
   }
 
   void FailName(std::string_view name, const char* expected) const {
@@ -130,9 +135,11 @@ class TFormTextWriter {
 
   void WriteComponent() {
     const std::uint8_t flags = FIn.ReadFilerFlags();
+    const bool ordered = (flags & ffChildPos) != 0;
     std::int64_t position = 0;
-    if ((flags & ffChildPos) != 0) position = FIn.ReadIntegerValue();
-    const std::string_view className = ReadName("a class name");
+    if (ordered) position = FIn.ReadIntegerValue();
+    const std::string_view className =
+        ReadName("a class name", ordered ? TBlanks::None : TBlanks::Behind);
     const std::string_view name = ReadComponentName();
     FOut.Reserve(LineRoom);
     char* out = Indent(FOut.End(), FLevel);
@@ -144,7 +151,7 @@ class TFormTextWriter {
       out = Append(out, ": ");
     }
     out = CopyShort(out, className.data(), className.size(), FInEnd);
-    if ((flags & ffChildPos) != 0) out = AppendOrder(out, position);
+    if (ordered) out = AppendOrder(out, position);
     FOut.SetEnd(Append(out, "\r\n"));
     Push(TNesting::Properties);
     ++FLevel;
@@ -172,7 +179,7 @@ class TFormTextWriter {
   // Properties.
 
   void WriteProperty() {
-    const std::string_view name = ReadName("a property name");
+    const std::string_view name = ReadName("a property name", TBlanks::LineInFront);
     FOut.Reserve(LineRoom);
     char* out = Indent(FOut.End(), FLevel);
     out = CopyShort(out, name.data(), name.size(), FInEnd);
