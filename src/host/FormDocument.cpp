@@ -41,10 +41,9 @@ TFormDocument::TStamp TFormDocument::StampOf() const {
   return {FileSize(FileName()), std::filesystem::last_write_time(FileName(), error)};
 }
 
-bool TFormDocument::ChangedOnDisk() {
-  const TStamp before = FStamp;
-  FStamp = StampOf();
-  return FStamp.Size >= 0 && FStamp != before;
+bool TFormDocument::ChangedOnDisk() const {
+  const TStamp now = StampOf();
+  return now.Size >= 0 && now != FStamp;
 }
 
 bool TFormDocument::ReadOnly() const {

@@ -23,8 +23,10 @@ class TFormDocument {
   bool Modified() const { return FModified; }
   void SetModified(bool modified);
 
-  // True once for every change by another program since the file was read or saved.
-  bool ChangedOnDisk();
+  // True when another program changed the file since it was read, saved or accepted.
+  bool ChangedOnDisk() const;
+  // What is on disk now counts as known.
+  void AcceptDiskState() { FStamp = StampOf(); }
 
   // The form as text, whatever it is stored as.
   std::string Text() const;

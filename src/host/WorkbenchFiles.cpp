@@ -308,25 +308,49 @@ std::string TWorkbench::AskFileName(const TModule& module) {
   return {};
 }
 
-// A file that is read-only or was changed by another program is not written without a question.
-bool TWorkbench::MaySaveOver(TModule& module, bool ask, std::string& fileName) {
+namespace {
+
+// A file that saving its module would write over.
+struct TSavedFile {
+  std::string FileName;
+  bool ReadOnly = false;
+  bool Changed = false;  // by another program
+};
+
+std::vector<TSavedFile> SavedFiles(const TModule& module) {
+  std::vector<TSavedFile> files;
   for (const TIntf<TSourceEditor>& source : module.Sources()) {
     TUnitDocument* document = source->LoadedDocument();
     if (document == nullptr || !document->Modified()) continue;
-    const TDiskState state = document->DiskState();
-    if (document->ReadOnly()) {
+    // Looking at the disk finds out what is read-only, too.
+    const bool changed = document->DiskState() == TDiskState::Changed;
+    files.push_back({document->FileName(), document->ReadOnly(), changed});
+  }
+  const TFormEditor* form = module.FormEditor();
+  const TFormDocument* document = form != nullptr ? form->LoadedDocument() : nullptr;
+  if (document != nullptr && document->Modified())
+    files.push_back({document->FileName(), document->ReadOnly(), document->ChangedOnDisk()});
+  return files;
+}
+
+}  // namespace
+
+// A file that is read-only or was changed by another program is not written without a question.
+bool TWorkbench::MaySaveOver(TModule& module, bool ask, std::string& fileName) {
+  for (const TSavedFile& file : SavedFiles(module)) {
+    if (file.ReadOnly) {
       const std::string question =
-          document->FileName() + " is a read-only file. Save the unit under another name?";
+          file.FileName + " is a read-only file. Save the unit under another name?";
       if (!ask || MessageDlg(question, mtConfirmation, {mbYes, mbNo}) != mbYes) {
-        ReportError(document->FileName() + ": the file is read-only and was not saved");
+        ReportError(file.FileName + ": the file is read-only and was not saved");
         return false;
       }
       fileName = AskFileName(module);
       return !fileName.empty();
     }
-    if (state != TDiskState::Changed || !ask) continue;
+    if (!file.Changed || !ask) continue;
     const std::string question =
-        document->FileName() +
+        file.FileName +
         " was changed by another program since it was read. Write over that change?";
     if (MessageDlg(question, mtWarning, {mbYes, mbNo}) != mbYes) return false;
   }
@@ -556,6 +580,7 @@ void TWorkbench::CheckDocument(TSourceEditor& source) {
 
 void TWorkbench::CheckForm(TFormEditor& form) {
   if (!form.LoadedDocument()->ChangedOnDisk()) return;
+  form.LoadedDocument()->AcceptDiskState();
   const std::string name = form.FileName();
   // A form that was not edited loses nothing; broken halves of a write are read again later.
   if (!form.Modified() ||

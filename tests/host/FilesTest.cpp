@@ -141,6 +141,15 @@ TEST_F(Files, FormChangedOnDiskIsReadAgainAndEditsOfItAreAskedFor) {
   Workbench->CheckDisk();
   EXPECT_EQ(form.Document()->Root().Properties().size(), 1u);
   Workbench->CheckDisk();
+  // A change that was not seen yet is not written over unasked.
+  ChangeOnDisk(file, bytes + "\r\n");
+  Answers = {mbNo};
+  EXPECT_FALSE(Workbench->SaveAll());
+  EXPECT_EQ(Folder.Read(file), bytes + "\r\n");
+  fs::permissions(file, fs::perms::owner_read);
+  Answers = {mbNo};
+  EXPECT_FALSE(Workbench->SaveAll());
+  EXPECT_EQ(Folder.Read(file), bytes + "\r\n");
 }
 
 TEST_F(Files, RemovedFileKeepsItsTextInTheEditor) {
