@@ -1,21 +1,12 @@
-// Draws icons from a table of strokes on a grid of 16 by 16.
+// The table of the workbench's icons.
 #include "host/Icons.h"
 
-#include <QApplication>
-#include <QIODevice>
-#include <QIconEngine>
-#include <QPainter>
-#include <QPainterPath>
-#include <QPalette>
-#include <QTextStream>
+#include "platform/widgets/DrawnIcon.h"
 
 namespace wrenfold {
 
 namespace {
 
-// Strokes: M x y (go to), L x y (line to), Z (close), C x y r (circle), R x y w h (box). A letter
-// in front of a group chooses its paint: s strokes in the text colour, a strokes in the accent
-// colour, f fills in the accent colour, w strokes in the warning colour.
 struct TIconDrawing {
   std::string_view Name;
   const char* Strokes;
@@ -67,113 +58,11 @@ constexpr TIconDrawing Drawings[] = {
     {"component", "s R 2.5 4.5 11 7 f C 5.5 8 1"},
 };
 
-struct TPaint {
-  QPen Pen;
-  QBrush Brush;
-};
-
-TPaint PaintOf(QChar letter, const QPalette& palette, QPalette::ColorGroup group, qreal width) {
-  const bool dark = palette.color(QPalette::Window).lightness() < 128;
-  const QColor accent = group == QPalette::Disabled ? palette.color(group, QPalette::ButtonText)
-                        : dark                      ? QColor(0x7a, 0xb2, 0xf5)
-                                                    : QColor(0x2b, 0x6c, 0xb0);
-  const auto pen = [width](const QColor& color) {
-    return QPen(color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
-  };
-  switch (letter.toLatin1()) {
-    case 'a':
-      return {pen(accent), Qt::NoBrush};
-    case 'f':
-      return {pen(accent), accent};
-    case 'w':
-      return {pen(QColor(0xd0, 0x7a, 0x10)), Qt::NoBrush};
-    default:
-      return {pen(palette.color(group, QPalette::ButtonText)), Qt::NoBrush};
-  }
-}
-
-void AddStroke(QPainterPath& path, QChar command, QTextStream& numbers) {
-  double x = 0, y = 0, w = 0, h = 0;
-  switch (command.toLatin1()) {
-    case 'M':
-      numbers >> x >> y;
-      path.moveTo(x, y);
-      break;
-    case 'L':
-      numbers >> x >> y;
-      path.lineTo(x, y);
-      break;
-    case 'C':
-      numbers >> x >> y >> w;
-      path.addEllipse(QPointF(x, y), w, w);
-      break;
-    case 'R':
-      numbers >> x >> y >> w >> h;
-      path.addRect(x, y, w, h);
-      break;
-    default:
-      path.closeSubpath();
-      break;
-  }
-}
-
-void Draw(QPainter& painter, const char* strokes, const QPalette& palette,
-          QPalette::ColorGroup group) {
-  QString text = QString::fromLatin1(strokes);
-  QTextStream words(&text, QIODevice::ReadOnly);
-  QPainterPath path;
-  const auto flush = [&] {
-    painter.drawPath(path);
-    path = QPainterPath();
-  };
-  while (true) {
-    QString word;
-    words >> word;
-    if (word.isEmpty()) return flush();
-    if (word[0].isUpper()) {
-      AddStroke(path, word[0], words);
-      continue;
-    }
-    flush();
-    const TPaint paint = PaintOf(word[0], palette, group, 1.2);
-    painter.setPen(paint.Pen);
-    painter.setBrush(paint.Brush);
-  }
-}
-
-class TDrawnIcon : public QIconEngine {
- public:
-  explicit TDrawnIcon(const TIconDrawing& drawing) : FDrawing(drawing) {}
-
-  void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
-    const qreal side = qMin(rect.width(), rect.height());
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->translate(rect.center() + QPointF(1 - side / 2, 1 - side / 2));
-    painter->scale(side / 16, side / 16);
-    Draw(*painter, FDrawing.Strokes, QApplication::palette(),
-         mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active);
-    painter->restore();
-  }
-  // Not cached by the toolkit: the palette may have changed since the last time.
-  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    QPixmap pixmap(size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    paint(&painter, QRect(QPoint(), size), mode, state);
-    return pixmap;
-  }
-  QIconEngine* clone() const override { return new TDrawnIcon(FDrawing); }
-
- private:
-  const TIconDrawing& FDrawing;
-};
-
 }  // namespace
 
 QIcon WorkbenchIcon(std::string_view name) {
   for (const TIconDrawing& drawing : Drawings)
-    if (drawing.Name == name) return QIcon(new TDrawnIcon(drawing));
+    if (drawing.Name == name) return DrawnIcon(drawing.Strokes);
   return {};
 }
 
