@@ -98,7 +98,7 @@ inline bool IsBlank(char character) {
 }
 
 // Whether all of `word` are word characters; bytes up to `end` may be read.
-inline bool IsWord(std::string_view word, const char* end) {
+inline bool IsWord(std::string_view word, [[maybe_unused]] const char* end) {
 #ifdef __SSE2__
   if (word.size() <= BlockSize && static_cast<std::size_t>(end - word.data()) >= BlockSize)
     return detail::WordLength(detail::LoadBlock(word.data())) >= word.size();
@@ -182,7 +182,8 @@ inline const char* CopyPlain(const char* text, const char* end, char* out) {
 
 // Copies `size` bytes from `text`, of which bytes up to `end` may be read, and returns the end of
 // the copy. `out` has room for two blocks more.
-inline char* CopyShort(char* out, const char* text, std::size_t size, const char* end) {
+inline char* CopyShort(char* out, const char* text, std::size_t size,
+                       [[maybe_unused]] const char* end) {
 #ifdef __SSE2__
   if (size <= 2 * BlockSize && static_cast<std::size_t>(end - text) >= 2 * BlockSize) {
     detail::CopyTwo(out, text);
