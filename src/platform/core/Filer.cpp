@@ -487,6 +487,10 @@ void TReader::ReadClassValue(TPersistent& instance, const TPropInfo& property) {
     case TValueType::vaNil:
       ReadValue();
       return property.Access->SetObject(instance, nullptr);
+    // A component may be called as one of the values that have a tag of their own.
+    case TValueType::vaFalse:
+    case TValueType::vaTrue:
+    case TValueType::vaNull:
     case TValueType::vaIdent:
       FReferences.push_back({&instance, &property, Position(), ReadIdent(), FPath});
       return;
@@ -539,12 +543,15 @@ void TReader::ResolveReferences(TComponent* root) {
       if (!self || target->FindComponent(name) != nullptr) target = target->FindComponent(name);
       rest.remove_prefix(std::min(dot + 1, rest.size()));
     }
-    if (target != nullptr) {
+    try {
+      if (target == nullptr)
+        throw EReadError(fmt::format("component {} does not exist", reference.Name));
       reference.Property->Access->SetObject(*reference.Instance, target);
-    } else {
-      const std::string message =
-          fmt::format("Error reading {} at offset {}: component {} does not exist", reference.Path,
-                      reference.Offset, reference.Name);
+    } catch (const EAbort&) {
+      throw;
+    } catch (const Exception& problem) {
+      const std::string message = fmt::format("Error reading {} at offset {}: {}", reference.Path,
+                                              reference.Offset, problem.Message());
       if (!Error(message)) throw EReadError(message);
     }
   }
@@ -735,7 +742,7 @@ void TWriter::WriteProperty(TPersistent& instance, const TPropInfo& property) {
 void TWriter::WriteClassProperty(const TPropInfo& property, TPersistent& value) {
   if (const auto* component = dynamic_cast<TComponent*>(&value)) {
     const std::string name = ReferenceName(*component);
-    if (name.empty()) return;  // nobody would find it
+    if (name.empty() || name == "nil") return;  // nobody would find it
     WritePropName(property.Name);
     return WriteIdent(name);
   }
