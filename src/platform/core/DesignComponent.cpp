@@ -98,8 +98,11 @@ class TDesignReader {
  private:
   void ReadContents(TDesignComponent& component) {
     component.FPrefix = FReader.ReadFilerFlags();
-    if (component.FPrefix & ffChildPos)
+    if (component.FPrefix & ffChildPos) {
+      const std::size_t start = FReader.Position();
       component.FChildPosition = static_cast<std::int32_t>(FReader.ReadIntegerValue());
+      component.FStoredPosition = FReader.Since(start);
+    }
     component.FClassName = FReader.ReadShortString("a class name");
     component.TakeName(std::string(FReader.ReadShortString("a component name")));
     FProperties.clear();
@@ -152,7 +155,7 @@ class TDesignWriter {
  private:
   void WriteContents(const TDesignComponent& component) {
     if (component.FPrefix != 0) FBytes.WriteByte(component.FPrefix);
-    if (component.FPrefix & ffChildPos) FBytes.WriteIntegerValue(component.FChildPosition);
+    FBytes.WriteBytes(component.FStoredPosition);
     FBytes.WriteShortString(component.FClassName);
     FBytes.WriteShortString(component.Name());
     for (const TDesignProperty& property : component.FProperties) {

@@ -76,7 +76,8 @@ class TDesignComponent : public TComponent {
   TDesignComponent* FParent = nullptr;
   std::vector<TDesignComponent*> FChildren;
   std::int32_t FChildPosition = 0;
-  std::uint8_t FPrefix = 0;  // as stored, 0 for none
+  std::string_view FStoredPosition;  // the same with its tag, which may be larger than needed
+  std::uint8_t FPrefix = 0;          // as stored, 0 for none
 };
 
 // Reads one form from a binary component stream ("TPF0" first) that is handed over. With consumed,

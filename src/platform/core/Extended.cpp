@@ -10,6 +10,9 @@ namespace wrenfold {
 namespace {
 
 constexpr std::uint64_t TopBit = std::uint64_t{1} << 63;
+constexpr TExtended Largest{~std::uint64_t{0}, TExtended::MaxExponent - 1};
+// Sixteen digits of the largest value say slightly more than it is: twice its scale, up to this.
+constexpr std::uint64_t LargestRoundedUp = TopBit + (1 << 12);
 // The binary exponent of the lowest mantissa bit is the stored exponent plus this.
 constexpr int LowBitExponent = -TExtended::ExponentBias - 63;
 // The decimal point of the largest and of the smallest extended, with some room.
@@ -112,12 +115,11 @@ TExtended RoundToExtended(std::uint64_t high, bool half, bool remainder, int low
       ++exponent;
     }
   }
+  if (exponent > TExtended::MaxExponent) return {~std::uint64_t{0}, TExtended::MaxExponent};
   TExtended value;
   value.Mantissa = high;
-  // A denormal's exponent field is 0 and means the same scale as 1. Too large a value is told by
-  // the largest exponent; a larger one would run into the sign.
-  exponent = (high & TopBit) != 0 ? std::min(exponent, TExtended::MaxExponent) : 0;
-  value.SignExponent = static_cast<std::uint16_t>(exponent);
+  // A denormal's exponent field is 0 and means the same scale as 1.
+  value.SignExponent = static_cast<std::uint16_t>((high & TopBit) != 0 ? exponent : 0);
   return value;
 }
 
@@ -300,15 +302,18 @@ TExtended IntegerToExtended(std::int64_t value) {
 
 bool DecimalToExtended(std::string_view text, TExtended& value) {
   TDecimal decimal(text);
-  value = TExtended();
+  value = {TopBit, TExtended::MaxExponent};
   const std::int64_t point = decimal.Significant + decimal.Exponent;
+  if (point > LargestPoint && !decimal.Number.IsZero()) return false;
+  value = TExtended();
+  bool fits = true;
   if (!decimal.Number.IsZero() && point >= SmallestPoint) {
-    if (point > LargestPoint) return false;
     value = decimal.Rounded();
-    if (value.Exponent() >= TExtended::MaxExponent) return false;
+    fits = value.IsFinite();
+    if (!fits && value.Mantissa < LargestRoundedUp) value = Largest;
   }
   if (decimal.Negative) value.SignExponent |= 0x8000;
-  return true;
+  return fits;
 }
 
 TDecimalDigits ExtendedToDigits(TExtended value, int precision) {

@@ -35,8 +35,9 @@ TExtended DoubleToExtended(double value);
 TExtended IntegerToExtended(std::int64_t value);
 
 // Decimal text [-]digits[.digits][E[+|-]digits], rounded to nearest. The text must be of that shape
-// (the caller's scanner saw to it); false when the value is too large for an extended. Digits after
-// the 40th only count as "more than nothing". Too small a value becomes zero.
+// (the caller's scanner saw to it); false when the value is too large for an extended, which then
+// is the largest if that rounds to the text in sixteen digits, and not finite otherwise. Digits
+// after the 40th only count as "more than nothing". Too small a value becomes zero.
 bool DecimalToExtended(std::string_view text, TExtended& value);
 
 // The decimal digits of a finite value: 0.d1d2d3... * 10^Point, without trailing zeros; no digits

@@ -24,6 +24,9 @@ constexpr std::size_t ShortRoom = 2 * (MaxName + 1) + 2 * BlockSize;
 constexpr std::size_t StringChunk = 240;
 constexpr std::size_t BinaryLineDigits = 64;
 
+// A finite number must not become infinite where it is stored.
+constexpr std::string_view FittingFloat = "a float that fits its kind";
+
 bool IsDigit(char character) {
   return character >= '0' && character <= '9';
 }
@@ -510,13 +513,12 @@ class TFormTextReader {
     switch (number.Suffix) {
       case 's': {
         const auto value = static_cast<float>(ExtendedToDouble(number.Float));
-        CheckRange(start, value, number.Float);
+        if (std::isinf(value) && number.Float.IsFinite()) FailAt(start, FittingFloat);
         FOut.WriteValueType(TValueType::vaSingle);
         return FOut.WriteFixed(value);
       }
       case 'd': {
-        const double value = ExtendedToDouble(number.Float);
-        CheckRange(start, value, number.Float);
+        const double value = ToDouble(start, number.Float);
         FOut.WriteValueType(TValueType::vaDate);
         return FOut.WriteFixed(value);
       }
@@ -530,9 +532,13 @@ class TFormTextReader {
     WriteFloat(number.Float);
   }
 
-  // A finite number must not become infinite where it is stored.
-  void CheckRange(const char* start, double stored, TExtended value) const {
-    if (!std::isfinite(stored) && value.IsFinite()) FailAt(start, "a float that fits its kind");
+  double ToDouble(const char* start, TExtended value) const {
+    const double stored = ExtendedToDouble(value);
+    if (!std::isinf(stored) || !value.IsFinite()) return stored;
+    // Fifteen digits of the largest double say slightly more than it is.
+    value.Mantissa -= value.Mantissa >> 48;
+    if (std::isinf(ExtendedToDouble(value))) FailAt(start, FittingFloat);
+    return std::copysign(std::numeric_limits<double>::max(), stored);
   }
 
   void ScanNumber(TNumber& number) {
@@ -556,7 +562,8 @@ class TFormTextReader {
     }
     FNext = ScanFloatTail(next, number);
     const std::string_view text(start, number.Suffix != '\0' ? FNext - 1 : FNext);
-    if (!DecimalToExtended(text, number.Float)) FailAt(start, "a float that fits ten bytes");
+    if (!DecimalToExtended(text, number.Float) && !number.Float.IsFinite())
+      FailAt(start, "a float that fits ten bytes");
     if (number.Suffix == 'c') number.Integer = ToCurrency(start, number.Float);
   }
 
