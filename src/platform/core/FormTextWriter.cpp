@@ -116,6 +116,13 @@ class TFormTextWriter {
     return name;
   }
 
+  // The text would say a number.
+  std::string_view ReadIdent() {
+    const std::string_view name = ReadName("an identifier");
+    if (name[0] >= '0' && name[0] <= '9') FIn.FailAt(FIn.Position() - name.size(), "an identifier");
+    return name;
+  }
+
   // The name without the blanks around it that the text reader would keep.
   std::string_view WithoutBlanks(std::string_view name, TBlanks kept) const {
     if (kept == TBlanks::Behind) return name.substr(0, name.find_last_not_of(' ') + 1);
@@ -206,7 +213,7 @@ class TFormTextWriter {
       case TValueType::vaNil:
         return EndWord("nil");
       case TValueType::vaIdent:
-        return EndIdent(ReadName("an identifier"));
+        return EndIdent(ReadIdent());
       case TValueType::vaInt8:
         return EndInteger(FIn.ReadFixed<std::int8_t>("an 8-bit integer"));
       case TValueType::vaInt16:
