@@ -26,7 +26,8 @@ struct TFormTextStyle {
   std::string_view Meaning;
   THighCharacters HighCharacters = THighCharacters::Raw;
   TFloatDigits Floats = TFloatDigits::General15;
-  // Wide strings are stored as UTF-8 where that is shorter than 16-bit units, floats that fit as doubles.
+  // Wide strings are stored as UTF-8 where that is shorter than 16-bit units, floats that fit as
+  // doubles.
   bool NewerTags = false;
   // Blanks behind a class name and blank lines in front of a property, which renaming and editing
   // tools leave behind, are kept as part of the names: the text comes back byte for byte, but an

@@ -29,12 +29,9 @@ class TFormatArg {
   // Signed values keep their width, which decides how a negative one looks in hexadecimal.
   template <std::integral T>
   static Value Widen(T value) {
-    if constexpr (std::is_unsigned_v<T>)
-      return static_cast<unsigned long long>(value);
-    else if constexpr (sizeof(T) <= sizeof(int))
-      return static_cast<int>(value);
-    else
-      return static_cast<long long>(value);
+    if constexpr (std::is_unsigned_v<T>) return static_cast<unsigned long long>(value);
+    else if constexpr (sizeof(T) <= sizeof(int)) return static_cast<int>(value);
+    else return static_cast<long long>(value);
   }
 
   Value FValue;
