@@ -91,7 +91,10 @@ class TFormTextReader {
     throw EParserError(fmt::format("Line {}, column {}: expected {}, found {}", line,
                                    place - lineStart + 1, expected, Found(place)));
   }
-  [[noreturn]] void Fail(std::string_view expected) const { FailAt(FNext, expected); }
+  // At the next token.
+  [[noreturn]] void Fail(std::string_view expected) const {
+    FailAt(SkipBlanks(FNext, FEnd), expected);
+  }
 
   std::string Found(const char* place) const {
     if (place == FEnd) return "the end of the text";
@@ -143,7 +146,8 @@ class TFormTextReader {
 
   void Push(TNesting nesting) {
     if (FDepth == FNesting.size())
-      Fail(fmt::format("at most {} nested components, lists and collections", MaxFormNesting));
+      FailAt(FNext,
+             fmt::format("at most {} nested components, lists and collections", MaxFormNesting));
     FNesting[FDepth++] = nesting;
   }
 
@@ -162,6 +166,7 @@ class TFormTextReader {
     if (SameWord(word, "inherited")) flags = ffInherited;
     else if (SameWord(word, "inline")) flags = ffInline;
     else if (!SameWord(word, "object")) return false;
+    SkipSpace();
     Push(TNesting::Properties);
     std::string_view className = ReadWord("a component name or class");
     std::string_view name(FWordStart, 0);

@@ -166,6 +166,8 @@ INSTANTIATE_TEST_SUITE_P(
         TTextErrorCase{
             "EndMissing", "object A: T\r\n  P = 1\r\n",
             "Line 3, column 1: expected a property, a component or \"end\", found the end"},
+        TTextErrorCase{"WrongTokenBehindBlanks", "object A: T\r\n  P  5\r\nend\r\n",
+                       "Line 2, column 6: expected \"=\", found \"5\""},
         TTextErrorCase{"StringThatNeverCloses", TextOf("'abc"),
                        "Line 2, column 7: expected a string that ends with a quote"},
         TTextErrorCase{"CollectionWithoutAnEnd", TextOf("<\r\n item\r\n end"),
