@@ -174,29 +174,24 @@ class TByteWriter {
   void WriteValueType(TValueType type) { WriteByte(static_cast<std::uint8_t>(type)); }
   void WriteEndOfList() { WriteByte(0); }
 
-  // The tag that an integer is written with and the bytes behind it.
-  struct TIntegerForm {
-    TValueType Tag;
-    std::uint8_t Size;
-  };
-  static TIntegerForm IntegerForm(std::int64_t value) {
+  // Values with their tags. An integer takes the smallest tag that holds it, a string vaString up
+  // to 255 bytes and vaLString above, an identifier its own tag for False, True, nil and Null.
+  void WriteIntegerValue(std::int64_t value) {
+    Reserve(1 + sizeof value);
+    FNext = PutIntegerValue(FNext, value);
+  }
+  // The same to `out`, which has room for nine bytes; returns the end.
+  static char* PutIntegerValue(char* out, std::int64_t value) {
     // By the bits that the magnitude needs, so that no branch has to be guessed.
     static constexpr TIntegerForm forms[] = {{TValueType::vaInt8, 1},
                                              {TValueType::vaInt16, 2},
                                              {TValueType::vaInt32, 4},
                                              {TValueType::vaInt64, 8}};
     const auto bits = std::bit_width(static_cast<std::uint64_t>(value ^ (value >> 63)) | 1);
-    return forms[(bits > 7) + (bits > 15) + (bits > 31)];
-  }
-
-  // Values with their tags. An integer takes the smallest tag that holds it, a string vaString up
-  // to 255 bytes and vaLString above, an identifier its own tag for False, True, nil and Null.
-  void WriteIntegerValue(std::int64_t value) {
-    const TIntegerForm form = IntegerForm(value);
-    Reserve(1 + sizeof value);
-    *End() = static_cast<char>(form.Tag);
-    std::memcpy(End() + 1, &value, sizeof value);
-    FNext += 1 + form.Size;
+    const TIntegerForm form = forms[(bits > 7) + (bits > 15) + (bits > 31)];
+    *out = static_cast<char>(form.Tag);
+    std::memcpy(out + 1, &value, sizeof value);
+    return out + 1 + form.Size;
   }
   void WriteStringValue(std::string_view text);
   void WriteIdentValue(std::string_view name);
@@ -208,6 +203,11 @@ class TByteWriter {
   std::size_t WriteResourceHeader(std::string_view name);
 
  private:
+  struct TIntegerForm {
+    TValueType Tag;
+    std::uint8_t Size;
+  };
+
   void Grow(std::size_t count);
 
   std::unique_ptr<char[]> FBuffer;

@@ -35,10 +35,7 @@ inline char* PutPlainNumber(const char* value, const char* end, char* out) {
   const std::int64_t sign = -static_cast<std::int64_t>(negative);
   const std::int64_t number = (ReadShortNumber(next, end + BlockSize) ^ sign) - sign;
   if (next != end || next == value + negative) return nullptr;
-  const TByteWriter::TIntegerForm form = TByteWriter::IntegerForm(number);
-  *out = static_cast<char>(form.Tag);
-  std::memcpy(out + 1, &number, sizeof number);
-  return out + 1 + form.Size;
+  return TByteWriter::PutIntegerValue(out, number);
 }
 
 // Of the short words, which may be other than identifiers, only the two that are frequent.
