@@ -19,6 +19,7 @@ constexpr int LowBitExponent = -TExtended::ExponentBias - 63;
 constexpr int LargestPoint = 4940;
 constexpr int SmallestPoint = -4960;
 
+constexpr int LimbBits = 64;
 __extension__ using TDoubleLimb = unsigned __int128;
 
 // A non-negative integer of any size an extended and its decimal digits can need. Few limbs are in
@@ -77,20 +78,47 @@ class TBigNumber {
     return 0;
   }
 
-  // `other` must not be greater.
-  void Subtract(const TBigNumber& other) {
-    std::uint64_t borrow = 0;
-    for (int i = 0; i < FCount; ++i) {
-      const TDoubleLimb take = TDoubleLimb{i < other.FCount ? other.FLimbs[i] : 0} + borrow;
-      borrow = FLimbs[i] < take ? 1 : 0;
-      FLimbs[i] -= static_cast<std::uint64_t>(take);
+  // So that the highest bit of the highest limb of `divisor` is set, as DivideBy needs it.
+  static void Align(TBigNumber& dividend, TBigNumber& divisor) {
+    const int shift = divisor.FCount * LimbBits - divisor.BitCount();
+    dividend.ShiftLeft(shift);
+    divisor.ShiftLeft(shift);
+  }
+
+  // Leaves the remainder and gives the quotient, which must fit; see Align. The long division of
+  // Knuth, "The Art of Computer Programming" 4.3.1, for a single digit of 64 bits.
+  std::uint64_t DivideBy(const TBigNumber& divisor) {
+    const int count = divisor.FCount;
+    if (FCount < count) return 0;
+    if (FCount == count) FLimbs[FCount++] = 0;
+    const TDoubleLimb top = TDoubleLimb{FLimbs[count]} << LimbBits | FLimbs[count - 1];
+    // Too large by two at most.
+    auto quotient = static_cast<std::uint64_t>(
+        std::min<TDoubleLimb>(top / divisor.FLimbs[count - 1], ~std::uint64_t{0}));
+    TDoubleLimb borrow = 0;
+    for (int i = 0; i < count; ++i) {
+      borrow += TDoubleLimb{divisor.FLimbs[i]} * quotient;
+      const auto take = static_cast<std::uint64_t>(borrow);
+      borrow = (borrow >> LimbBits) + (FLimbs[i] < take ? 1 : 0);
+      FLimbs[i] -= take;
+    }
+    bool negative = FLimbs[count] < borrow;
+    FLimbs[count] -= static_cast<std::uint64_t>(borrow);
+    for (; negative; --quotient) {
+      TDoubleLimb carry = 0;
+      for (int i = 0; i < count; ++i) {
+        carry += TDoubleLimb{FLimbs[i]} + divisor.FLimbs[i];
+        FLimbs[i] = static_cast<std::uint64_t>(carry);
+        carry >>= LimbBits;
+      }
+      FLimbs[count] += static_cast<std::uint64_t>(carry);
+      negative = FLimbs[count] != 0;
     }
     Trim();
+    return quotient;
   }
 
  private:
-  static constexpr int LimbBits = 64;
-
   void Trim() {
     while (FCount > 0 && FLimbs[FCount - 1] == 0) --FCount;
   }
@@ -123,32 +151,20 @@ TExtended RoundToExtended(std::uint64_t high, bool half, bool remainder, int low
   return value;
 }
 
-// numerator / denominator, rounded.
+// numerator / denominator, rounded; neither may be zero.
 TExtended Divide(TBigNumber& numerator, TBigNumber& denominator) {
-  // Scale the quotient into [2^63, 2^65).
-  const int shift = 64 - (numerator.BitCount() - denominator.BitCount());
+  // So that the quotient has 64 bits.
+  const int shift = denominator.BitCount() - numerator.BitCount();
   if (shift > 0) numerator.ShiftLeft(shift);
   else denominator.ShiftLeft(-shift);
-  int lowBitExponent = -shift;
-  // Long division, bit by bit from the top; the numerator ends as the remainder.
-  denominator.ShiftLeft(64);
-  std::uint64_t quotient = 0;
-  bool carry = false;
-  for (int bit = 64; bit >= 0; --bit) {
-    const bool one = numerator.Compare(denominator) >= 0;
-    if (one) numerator.Subtract(denominator);
-    carry = carry || (quotient & TopBit) != 0;
-    quotient = quotient << 1 | (one ? 1 : 0);
-    if (bit > 0) numerator.ShiftLeft(1);
-  }
-  // `numerator` is now the remainder times 2^64 against the shifted denominator.
-  if (carry) {
-    const bool half = (quotient & 1) != 0;
-    return RoundToExtended(quotient >> 1 | TopBit, half, !numerator.IsZero(), lowBitExponent + 1);
-  }
+  const int rest = numerator.Compare(denominator) < 0 ? LimbBits : LimbBits - 1;
+  numerator.ShiftLeft(rest);
+  TBigNumber::Align(numerator, denominator);
+  const std::uint64_t quotient = numerator.DivideBy(denominator);
+  const bool exact = numerator.IsZero();
   numerator.ShiftLeft(1);
-  const int order = numerator.Compare(denominator);
-  return RoundToExtended(quotient, order >= 0, order != 0 && !numerator.IsZero(), lowBitExponent);
+  const int half = numerator.Compare(denominator);
+  return RoundToExtended(quotient, half >= 0, half != 0 && !exact, -shift - rest);
 }
 
 // The largest power of ten of 64 bits.
@@ -333,11 +349,14 @@ TDecimalDigits ExtendedToDigits(TExtended value, int precision) {
     denominator.MultiplyAdd(10, 0);
     ++result.Point;
   }
-  for (result.Count = 0; result.Count < precision; ++result.Count) {
-    numerator.MultiplyAdd(10, 0);
-    char digit = '0';
-    for (; numerator.Compare(denominator) >= 0; ++digit) numerator.Subtract(denominator);
-    result.Digits[result.Count] = digit;
+  TBigNumber::Align(numerator, denominator);
+  while (result.Count < precision) {
+    const int count = std::min(precision - result.Count, LargestShortPower);
+    numerator.MultiplyAdd(PowerOfTen(count), 0);
+    std::uint64_t digits = numerator.DivideBy(denominator);
+    for (int i = count - 1; i >= 0; --i, digits /= 10)
+      result.Digits[result.Count + i] = static_cast<char>('0' + digits % 10);
+    result.Count += count;
   }
   numerator.ShiftLeft(1);
   bool up = numerator.Compare(denominator) >= 0;
