@@ -33,7 +33,8 @@ if(WRENFOLD_SANITIZE)
   target_link_options(wrenfold-settings INTERFACE -fsanitize=address,undefined)
 endif()
 if(WRENFOLD_FUZZ)
-  target_compile_options(wrenfold-settings INTERFACE -fsanitize=fuzzer-no-link)
+  target_compile_options(wrenfold-settings INTERFACE -fsanitize=fuzzer-no-link
+                         "-fsanitize-coverage-ignorelist=${CMAKE_SOURCE_DIR}/tests/fuzz/ignored.txt")
 endif()
 
 # wrenfold_layer(TARGET FOLDER KIND [LINKS targets...] [PRIVATE_LINKS targets...] [QT])
