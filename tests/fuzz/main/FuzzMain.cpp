@@ -29,10 +29,16 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
   const auto upTo = [&random](std::size_t largest) {
     return std::min<std::size_t>(1 + random() % (1u << random() % 8), largest);
   };
-  const std::size_t length = upTo(std::min(size, maxSize - size));
-  const std::size_t times = upTo((maxSize - size) / length);
-  const std::size_t start = random() % (size - length + 1);
+  const std::size_t start = random() % size;
   std::uint8_t* part = data + start;
+  const std::size_t longest = std::min(size - start, maxSize - size);
+  std::size_t length = upTo(longest);
+  // Values that follow one another begin alike: up to the next such byte is often a whole one.
+  if (random() % 2 == 0) {
+    const void* next = std::memchr(part + length, *part, longest - length);
+    if (next != nullptr) length = static_cast<const std::uint8_t*>(next) - part;
+  }
+  const std::size_t times = upTo((maxSize - size) / length);
   std::uint8_t* rest = part + length;
   std::memmove(rest + times * length, rest, size - start - length);
   for (std::size_t i = 0; i < times; ++i) std::memcpy(rest + i * length, part, length);
