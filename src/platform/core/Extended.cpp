@@ -5,6 +5,7 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
+#include <vector>
 
 namespace wrenfold {
 namespace {
@@ -18,6 +19,8 @@ constexpr int LowBitExponent = -TExtended::ExponentBias - 63;
 // The decimal point of the largest and of the smallest extended, with some room.
 constexpr int LargestPoint = 4940;
 constexpr int SmallestPoint = -4960;
+// What their digits are scaled by at most.
+constexpr int LargestPower = 5010;
 
 constexpr int LimbBits = 64;
 __extension__ using TDoubleLimb = unsigned __int128;
@@ -47,14 +50,31 @@ class TBigNumber {
     if (carry != 0) FLimbs[FCount++] = static_cast<std::uint64_t>(carry);
   }
 
+  void Multiply(const TBigNumber& other) {
+    TBigNumber product(0);
+    product.FCount = FCount + other.FCount;
+    std::fill_n(product.FLimbs.begin(), product.FCount, 0);
+    for (int i = 0; i < FCount; ++i) {
+      TDoubleLimb carry = 0;
+      for (int j = 0; j < other.FCount; ++j) {
+        carry += TDoubleLimb{FLimbs[i]} * other.FLimbs[j] + product.FLimbs[i + j];
+        product.FLimbs[i + j] = static_cast<std::uint64_t>(carry);
+        carry >>= LimbBits;
+      }
+      product.FLimbs[i + other.FCount] = static_cast<std::uint64_t>(carry);
+    }
+    product.Trim();
+    *this = product;
+  }
+
+  // `power` as far as LargestPower.
   void MultiplyByPowerOfTen(int power) {
     // The fives first: a third fewer bits to carry along.
-    constexpr int largest = 27;
-    constexpr std::uint64_t fiveToTheLargest = 7'450'580'596'923'828'125;
-    const int twos = power;
-    for (; power >= largest; power -= largest) MultiplyAdd(fiveToTheLargest, 0);
-    for (; power > 0; --power) MultiplyAdd(5, 0);
-    ShiftLeft(twos);
+    int fives = power % LargeStep;
+    for (; fives >= ShortFives; fives -= ShortFives) MultiplyAdd(PowerOfFive(ShortFives), 0);
+    if (fives > 0) MultiplyAdd(PowerOfFive(fives), 0);
+    if (power >= LargeStep) Multiply(LargePowersOfFive()[power / LargeStep]);
+    ShiftLeft(power);
   }
 
   void ShiftLeft(int bits) {
@@ -121,6 +141,30 @@ class TBigNumber {
  private:
   void Trim() {
     while (FCount > 0 && FLimbs[FCount - 1] == 0) --FCount;
+  }
+
+  // The largest power of five in a limb, and as many of these as are multiplied one by one.
+  static constexpr int ShortFives = 27;
+  static constexpr int LargeStep = 8 * ShortFives;
+
+  static constexpr std::uint64_t PowerOfFive(int power) {
+    std::uint64_t result = 1;
+    for (; power > 0; --power) result *= 5;
+    return result;
+  }
+
+  // In steps of LargeStep; 60 KB, made when the first such number is met.
+  static const std::vector<TBigNumber>& LargePowersOfFive() {
+    static const std::vector<TBigNumber> powers = [] {
+      std::vector<TBigNumber> made(1, TBigNumber(1));
+      while (static_cast<int>(made.size()) <= LargestPower / LargeStep) {
+        made.push_back(made.back());
+        for (int fives = 0; fives < LargeStep; fives += ShortFives)
+          made.back().MultiplyAdd(PowerOfFive(ShortFives), 0);
+      }
+      return made;
+    }();
+    return powers;
   }
 
   // 2^16384 scaled by 10^4960, both ways round, and 128 bits of digits, fit well.
