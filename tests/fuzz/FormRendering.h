@@ -22,7 +22,8 @@ inline void RenderInEachStyle(std::string_view bytes,
     TByteWriter text;
     if (!Succeeds([&] { toText(reader, text, style); }, {"offset "})) {
       Promise(text.Size() == 0, "a failed conversion leaves no text");
-      continue;
+      // It is the bytes that are wrong, in any style.
+      return;
     }
     Promise(text.Size() <= bytes.size() * growth + freeGrowth, "text grows within limits");
     const auto throughBinary = [&](std::string_view source) {
