@@ -9,6 +9,9 @@ namespace wrenfold {
 
 namespace {
 
+// A stream stores a name behind a byte of length.
+constexpr std::size_t MaxComponentName = 255;
+
 bool IsIdentStart(char c) {
   return (FoldChar(c) >= 'a' && FoldChar(c) <= 'z') || c == '_';
 }
@@ -81,6 +84,10 @@ void TComponent::SetName(const std::string& name) {
   if (name == FName) return;
   if (!name.empty() && !IsValidIdent(name))
     throw EComponentError('"' + name + "\" is not a valid component name");
+  if (name.size() > MaxComponentName)
+    throw EComponentError("A component name of " + std::to_string(name.size()) +
+                          " bytes, at most " + std::to_string(MaxComponentName) +
+                          " fit: " + name.substr(0, 40) + "...");
   if (FOwner != nullptr && !name.empty()) {
     const TComponent* other = FOwner->FindComponent(name);
     if (other != nullptr && other != this)

@@ -96,7 +96,8 @@ class TComponent : public TPersistent {
   ~TComponent() override;
 
   const std::string& Name() const { return FName; }
-  // Raises EComponentError when the name is no identifier or another component of the owner has it.
+  // Raises EComponentError when the name is no identifier, longer than a stream can hold, or
+  // another component of the owner has it.
   virtual void SetName(const std::string& name);
 
   TComponent* Owner() const { return FOwner; }
