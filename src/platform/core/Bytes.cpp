@@ -231,9 +231,9 @@ void TByteWriter::WriteExtended(TExtended value) {
 }
 
 void TByteWriter::WriteShortString(std::string_view text) {
-  if (text.size() > 255)
-    throw EWriteError(fmt::format("Stream write error: a name of {} bytes, at most 255 fit: {}...",
-                                  text.size(), text.substr(0, 40)));
+  if (text.size() > MaxName)
+    throw EWriteError(fmt::format("Stream write error: a name of {} bytes, at most {} fit: {}...",
+                                  text.size(), MaxName, text.substr(0, 40)));
   WriteByte(static_cast<std::uint8_t>(text.size()));
   WriteBytes(text);
 }
@@ -249,7 +249,7 @@ std::uint32_t Length32(std::size_t size) {
 }  // namespace
 
 void TByteWriter::WriteStringValue(std::string_view text) {
-  if (text.size() <= 255) {
+  if (text.size() <= MaxName) {
     WriteValueType(TValueType::vaString);
     WriteByte(static_cast<std::uint8_t>(text.size()));
   } else {

@@ -14,6 +14,9 @@
 
 namespace wrenfold {
 
+// The longest name or short string, which a stream stores behind a length byte.
+constexpr std::size_t MaxName = 255;
+
 static_assert(std::endian::native == std::endian::little, "the stream's integers are copied as is");
 
 // A bounds-checked cursor over bytes that the caller keeps alive. Views that it returns point into
@@ -168,7 +171,7 @@ class TByteWriter {
     std::memcpy(FBuffer.get() + position, &value, sizeof(T));
   }
   void WriteExtended(TExtended value);
-  // A length byte and as many bytes; more than 255 are an error.
+  // A length byte and as many bytes; more than MaxName are an error.
   void WriteShortString(std::string_view text);
   void WriteSignature() { WriteBytes(FilerSignature); }
   void WriteValueType(TValueType type) { WriteByte(static_cast<std::uint8_t>(type)); }

@@ -25,6 +25,13 @@ constexpr int LargestPower = 5010;
 constexpr int LimbBits = 64;
 __extension__ using TDoubleLimb = unsigned __int128;
 
+// Must fit 64 bits.
+constexpr std::uint64_t Power(std::uint64_t base, int exponent) {
+  std::uint64_t result = 1;
+  for (; exponent > 0; --exponent) result *= base;
+  return result;
+}
+
 // A non-negative integer of any size an extended and its decimal digits can need. Few limbs are in
 // use for everyday numbers, so arithmetic is quick where it matters.
 class TBigNumber {
@@ -71,8 +78,8 @@ class TBigNumber {
   void MultiplyByPowerOfTen(int power) {
     // The fives first: a third fewer bits to carry along.
     int fives = power % LargeStep;
-    for (; fives >= ShortFives; fives -= ShortFives) MultiplyAdd(PowerOfFive(ShortFives), 0);
-    if (fives > 0) MultiplyAdd(PowerOfFive(fives), 0);
+    for (; fives >= ShortFives; fives -= ShortFives) MultiplyAdd(Power(5, ShortFives), 0);
+    if (fives > 0) MultiplyAdd(Power(5, fives), 0);
     if (power >= LargeStep) Multiply(LargePowersOfFive()[power / LargeStep]);
     ShiftLeft(power);
   }
@@ -147,12 +154,6 @@ class TBigNumber {
   static constexpr int ShortFives = 27;
   static constexpr int LargeStep = 8 * ShortFives;
 
-  static constexpr std::uint64_t PowerOfFive(int power) {
-    std::uint64_t result = 1;
-    for (; power > 0; --power) result *= 5;
-    return result;
-  }
-
   // In steps of LargeStep; 60 KB, made when the first such number is met.
   static const std::vector<TBigNumber>& LargePowersOfFive() {
     static const std::vector<TBigNumber> powers = [] {
@@ -160,7 +161,7 @@ class TBigNumber {
       while (static_cast<int>(made.size()) <= LargestPower / LargeStep) {
         made.push_back(made.back());
         for (int fives = 0; fives < LargeStep; fives += ShortFives)
-          made.back().MultiplyAdd(PowerOfFive(ShortFives), 0);
+          made.back().MultiplyAdd(Power(5, ShortFives), 0);
       }
       return made;
     }();
@@ -214,12 +215,6 @@ TExtended Divide(TBigNumber& numerator, TBigNumber& denominator) {
 // The largest power of ten of 64 bits.
 constexpr int LargestShortPower = 19;
 
-constexpr std::uint64_t PowerOfTen(int power) {
-  std::uint64_t result = 1;
-  for (; power > 0; --power) result *= 10;
-  return result;
-}
-
 // The same where both fit 64 bits, as nearly all floats that people write; neither may be zero.
 TExtended DivideShort(std::uint64_t numerator, std::uint64_t denominator) {
   const int up = std::countl_zero(numerator);
@@ -263,7 +258,7 @@ struct TDecimal {
   // The value without its sign; it may be too large for an extended, but must not be zero.
   TExtended Rounded() {
     if (Number.IsShort() && Exponent <= 0 && Exponent >= -LargestShortPower)
-      return DivideShort(Number.LowLimb(), PowerOfTen(static_cast<int>(-Exponent)));
+      return DivideShort(Number.LowLimb(), Power(10, static_cast<int>(-Exponent)));
     TBigNumber denominator(1);
     if (Exponent >= 0) Number.MultiplyByPowerOfTen(static_cast<int>(Exponent));
     else denominator.MultiplyByPowerOfTen(static_cast<int>(-Exponent));
@@ -396,7 +391,7 @@ TDecimalDigits ExtendedToDigits(TExtended value, int precision) {
   TBigNumber::Align(numerator, denominator);
   while (result.Count < precision) {
     const int count = std::min(precision - result.Count, LargestShortPower);
-    numerator.MultiplyAdd(PowerOfTen(count), 0);
+    numerator.MultiplyAdd(Power(10, count), 0);
     std::uint64_t digits = numerator.DivideBy(denominator);
     for (int i = count - 1; i >= 0; --i, digits /= 10)
       result.Digits[result.Count + i] = static_cast<char>('0' + digits % 10);

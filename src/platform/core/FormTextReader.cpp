@@ -18,7 +18,6 @@ namespace {
 // What the text at the cursor belongs to: first those that end with "end".
 enum class TNesting : std::uint8_t { Properties, Children, Item, List, Collection };
 
-constexpr std::size_t MaxName = 255;
 // A name or a short value is written without further checks after one Reserve of this.
 constexpr std::size_t ShortRoom = 2 * (MaxName + 1) + 2 * BlockSize;
 constexpr std::size_t StringChunk = 240;
@@ -657,7 +656,7 @@ class TFormTextReader {
   }
 
   void FinishString(std::size_t tag, std::size_t size) {
-    if (size <= 255) {
+    if (size <= MaxName) {
       const auto head =
           static_cast<std::uint16_t>(static_cast<unsigned>(TValueType::vaString) | size << 8);
       return FOut.PatchFixed(tag, head);

@@ -22,7 +22,6 @@ enum class TBlanks : std::uint8_t { None, Behind, LineInFront };
 
 constexpr std::size_t StringLineLength = 64;
 constexpr std::size_t BinaryLineBytes = 32;
-constexpr std::size_t MaxName = 255;
 constexpr std::size_t MaxIndent = 2 * (MaxFormNesting + 3);
 // A line's indent, a name and a short value are written without further checks after one Reserve.
 constexpr std::size_t LineRoom = MaxIndent + 2 * MaxName + MaxFloatText + 4 * BlockSize;

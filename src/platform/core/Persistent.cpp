@@ -2,15 +2,13 @@
 
 #include <algorithm>
 
+#include "platform/core/Bytes.h"
 #include "platform/core/Exceptions.h"
 #include "platform/core/SysUtils.h"
 
 namespace wrenfold {
 
 namespace {
-
-// A stream stores a name behind a byte of length.
-constexpr std::size_t MaxComponentName = 255;
 
 bool IsIdentStart(char c) {
   return (FoldChar(c) >= 'a' && FoldChar(c) <= 'z') || c == '_';
@@ -84,9 +82,9 @@ void TComponent::SetName(const std::string& name) {
   if (name == FName) return;
   if (!name.empty() && !IsValidIdent(name))
     throw EComponentError('"' + name + "\" is not a valid component name");
-  if (name.size() > MaxComponentName)
+  if (name.size() > MaxName)
     throw EComponentError("A component name of " + std::to_string(name.size()) +
-                          " bytes, at most " + std::to_string(MaxComponentName) +
+                          " bytes, at most " + std::to_string(MaxName) +
                           " fit: " + name.substr(0, 40) + "...");
   if (FOwner != nullptr && !name.empty()) {
     const TComponent* other = FOwner->FindComponent(name);
