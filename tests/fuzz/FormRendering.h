@@ -22,8 +22,7 @@ inline void RenderInEachStyle(std::string_view bytes,
     TByteWriter text;
     if (!Succeeds([&] { toText(reader, text, style); }, {"offset "})) {
       Promise(text.Size() == 0, "a failed conversion leaves no text");
-      // It is the bytes that are wrong, in any style.
-      return;
+      continue;
     }
     Promise(text.Size() <= bytes.size() * growth + freeGrowth, "text grows within limits");
     const auto throughBinary = [&](std::string_view source) {
