@@ -33,10 +33,10 @@ if(WRENFOLD_SANITIZE)
   target_link_options(wrenfold-settings INTERFACE -fsanitize=address,undefined)
 endif()
 if(WRENFOLD_FUZZ)
-  # The check of dynamic types keeps a cache by addresses: its branches, a third of all, would look
-  # like paths, and new ones in each process. The tests of the debug build have that check. How deep
-  # the stack is differs from process to process as well.
-  target_compile_options(wrenfold-settings INTERFACE -fsanitize=fuzzer-no-link
+  # Inlined, a library's branches would count as ours, and ours again at each place. The check of
+  # dynamic types keeps a cache by addresses: its branches would look like paths, and new ones in each
+  # process; the tests of the debug build have that check. How deep the stack is differs as well.
+  target_compile_options(wrenfold-settings INTERFACE -fsanitize=fuzzer-no-link -fno-inline
                          -fno-sanitize=vptr -fno-sanitize-coverage=stack-depth
                          "-fsanitize-coverage-ignorelist=${CMAKE_SOURCE_DIR}/tests/fuzz/ignored.txt")
 endif()
