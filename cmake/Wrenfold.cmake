@@ -57,6 +57,7 @@ function(wrenfold_layer target folder kind)
   set(view "${CMAKE_BINARY_DIR}/layers/${target}")
   cmake_path(GET folder PARENT_PATH parent)
   file(MAKE_DIRECTORY "${view}/${parent}")
+  # Made anew, it is missing for a moment, in which a compiler of another build may look for it.
   if(NOT IS_SYMLINK "${view}/${folder}")
     file(CREATE_LINK "${root}" "${view}/${folder}" SYMBOLIC)
   endif()
