@@ -756,9 +756,14 @@ void TWriter::WriteClassProperty(const TPropInfo& property, TPersistent& value) 
   FPropPath = saved;
 }
 
-// The name within the root; a component of another owner stands behind its owner's name.
+// The name within the root; a component of another owner stands behind its owner's name. The root
+// answers to its own name and to "Owner", but a component that has that name comes first.
 std::string TWriter::ReferenceName(const TComponent& component) const {
-  if (&component == Root) return component.Name().empty() ? "Owner" : component.Name();
+  if (&component == Root) {
+    const std::string& name = component.Name();
+    if (!name.empty() && component.FindComponent(name) == nullptr) return name;
+    return component.FindComponent("Owner") == nullptr ? "Owner" : "";
+  }
   const TComponent* owner = component.Owner();
   if (owner == nullptr || owner == Root || owner->Name().empty()) return component.Name();
   return owner->Name() + '.' + component.Name();
