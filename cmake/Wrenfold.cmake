@@ -32,7 +32,11 @@ if(WRENFOLD_SANITIZE)
                          -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(wrenfold-settings INTERFACE -fsanitize=address,undefined)
 endif()
-if(WRENFOLD_FUZZ)
+if(WRENFOLD_FUZZ AND NOT WRENFOLD_SANITIZE)
+  # The explorer: what counts as a path in the fuzz build matters less than many executions.
+  target_compile_options(wrenfold-settings INTERFACE -fsanitize-coverage=inline-8bit-counters
+                         "-fsanitize-coverage-ignorelist=${CMAKE_SOURCE_DIR}/tests/fuzz/ignored.txt")
+elseif(WRENFOLD_FUZZ)
   # Inlined, a library's branches would count as ours, and ours again at each place. The check of
   # dynamic types keeps a cache by addresses: its branches would look like paths, and new ones in each
   # process; the tests of the debug build have that check. How deep the stack is differs as well.
