@@ -1,9 +1,9 @@
 // Grows a corpus where libFuzzer is slow: explore_TARGET CORPUS SECONDS LONGEST FINDING SEEDS...
 // libFuzzer prefers edges that are rare. This takes an edge that is known in some of the numbers of
-// times that libFuzzer tells apart (1, 2, 3, 4, 8, 16, 32, 128), and changes the shortest inputs for
-// them until one takes it another number of times. Without sanitizers it makes ten times the
-// executions; libFuzzer then goes on from what it stored. An input that aborts, or takes ten seconds,
-// is written to FINDING.
+// times that libFuzzer tells apart (1, 2, 3, 4, 8, 16, 32, 128), and changes the shortest inputs
+// for them until one takes it another number of times. Without sanitizers it is several
+// times as fast; libFuzzer then goes on from what it stored. An input that aborts, or takes ten
+// seconds, is written to FINDING.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -38,7 +38,9 @@ using TBytes = std::vector<std::uint8_t>;
 
 std::mt19937_64 Random(std::random_device{}());
 
-std::size_t Below(std::size_t end) { return Random() % end; }
+std::size_t Below(std::size_t end) {
+  return Random() % end;
+}
 
 // One for each program and library; a constructor of the compiler's adds them.
 std::vector<std::span<std::uint8_t>>& Counters() {
@@ -187,8 +189,7 @@ extern "C" void __sanitizer_cov_8bit_counters_init(std::uint8_t* begin, std::uin
 }
 
 // Changes single bytes; the custom mutator calls it.
-extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size,
-                                        std::size_t maxSize) {
+extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, std::size_t maxSize) {
   std::uint8_t* at = data + Below(size + 1);
   const std::size_t rest = data + size - at;
   const std::size_t length = rest == 0 ? 0 : 1 + Below(std::min<std::size_t>(rest, 32));
