@@ -1,7 +1,5 @@
 #include "storage/rkFieldClasses.h"
 
-#include "platform/core/SysUtils.h"
-
 namespace wrenfold {
 
 namespace {
@@ -9,13 +7,6 @@ namespace {
 const TTypeInfo& HeldClass(const TPersistent& object, const TPropInfo& property) {
   const TPersistent* held = property.Access->GetObject(object);
   return held != nullptr ? held->GetClassInfo() : *property.PropType;
-}
-
-// The next component of a path; the root answers to its own name as well.
-TComponent* Step(TComponent* root, TComponent* current, std::string_view name) {
-  TComponent* owned = current->FindComponent(name);
-  if (owned != nullptr || current != root) return owned;
-  return EqualText(name, "Owner") || EqualText(name, root->Name()) ? root : nullptr;
 }
 
 }  // namespace
@@ -40,23 +31,6 @@ TClass GetFieldClass(const TPersistent& object, std::string_view name) {
   const TPropInfo* property = object.GetClassInfo().FindProperty(name);
   if (property == nullptr || property->Kind() != tkClass) return nullptr;
   return &HeldClass(object, *property);
-}
-
-TComponent* FindComponentEx(TComponent* root, std::string_view path) {
-  const TAnalysisFindings findings = AnalyseNamePath(root, path);
-  return findings.Rest.empty() && !path.empty() ? findings.Component : nullptr;
-}
-
-TAnalysisFindings AnalyseNamePath(TComponent* root, std::string_view path) {
-  TAnalysisFindings findings{root, path};
-  while (findings.Component != nullptr && !findings.Rest.empty()) {
-    const std::string_view name = findings.Rest.substr(0, findings.Rest.find('.'));
-    TComponent* next = Step(root, findings.Component, name);
-    if (next == nullptr) return findings;
-    findings.Component = next;
-    findings.Rest.remove_prefix(std::min(name.size() + 1, findings.Rest.size()));
-  }
-  return findings;
 }
 
 }  // namespace wrenfold

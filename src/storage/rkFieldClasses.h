@@ -1,4 +1,4 @@
-// Which classes an object's properties hold, and where a dotted path of components leads.
+// Which classes an object's properties hold.
 #pragma once
 
 #include <string_view>
@@ -18,16 +18,5 @@ void UnRegisterFieldClasses(const TRegisterClasses& classes);
 // The class of the object that the property holds, or that it is declared with when it holds none;
 // null when there is no object property of that name.
 TClass GetFieldClass(const TPersistent& object, std::string_view name);
-
-// The component at the end of a dotted path from the root; null when a name is unknown. The root's
-// own name and "Owner" stand for the root.
-TComponent* FindComponentEx(TComponent* root, std::string_view path);
-
-// The component that the path leads to and what is left of the path behind it.
-struct TAnalysisFindings {
-  TComponent* Component = nullptr;
-  std::string_view Rest;
-};
-TAnalysisFindings AnalyseNamePath(TComponent* root, std::string_view path);
 
 }  // namespace wrenfold

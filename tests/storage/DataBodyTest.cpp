@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "TestObjects.h"
+#include "platform/core/NamePath.h"
 #include "storage/rkPropTypes.h"
 
 namespace wrenfold {

@@ -7,6 +7,7 @@
 #include "platform/core/ClassRegistry.h"
 #include "platform/core/Exceptions.h"
 #include "platform/core/Identifiers.h"
+#include "platform/core/NamePath.h"
 #include "platform/core/SysUtils.h"
 
 namespace wrenfold {
@@ -534,15 +535,7 @@ void TReader::ReadCollection(TCollection& collection) {
 // References by component name are settled when all components are there.
 void TReader::ResolveReferences(TComponent* root) {
   for (const TReference& reference : std::exchange(FReferences, {})) {
-    TComponent* target = reference.Name.empty() ? nullptr : root;
-    std::string_view rest = reference.Name;
-    while (target != nullptr && !rest.empty()) {
-      const auto dot = std::min(rest.find('.'), rest.size());
-      const std::string_view name = rest.substr(0, dot);
-      const bool self = target == root && (name == "Owner" || EqualText(name, target->Name()));
-      if (!self || target->FindComponent(name) != nullptr) target = target->FindComponent(name);
-      rest.remove_prefix(std::min(dot + 1, rest.size()));
-    }
+    TComponent* target = FindComponentEx(root, reference.Name);
     try {
       if (target == nullptr)
         throw EReadError(fmt::format("component {} does not exist", reference.Name));
@@ -756,13 +749,12 @@ void TWriter::WriteClassProperty(const TPropInfo& property, TPersistent& value) 
   FPropPath = saved;
 }
 
-// The name within the root; a component of another owner stands behind its owner's name. The root
-// answers to its own name and to "Owner", but a component that has that name comes first.
+// The name within the root; a component of another owner stands behind its owner's name.
 std::string TWriter::ReferenceName(const TComponent& component) const {
   if (&component == Root) {
-    const std::string& name = component.Name();
-    if (!name.empty() && component.FindComponent(name) == nullptr) return name;
-    return component.FindComponent("Owner") == nullptr ? "Owner" : "";
+    auto* root = dynamic_cast<TComponent*>(Root);
+    if (FindComponentEx(root, root->Name()) == root) return root->Name();
+    return FindComponentEx(root, "Owner") == root ? "Owner" : "";
   }
   const TComponent* owner = component.Owner();
   if (owner == nullptr || owner == Root || owner->Name().empty()) return component.Name();
