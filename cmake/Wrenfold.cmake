@@ -3,7 +3,8 @@ include(GNUInstallDirs)
 
 option(WRENFOLD_SANITIZE "Build everything with address and undefined-behaviour sanitizers" OFF)
 option(WRENFOLD_BENCH "Build the benchmarks" ON)
-option(WRENFOLD_FUZZ "Build the libFuzzer targets (needs clang)" OFF)
+set(WRENFOLD_FUZZ "" CACHE STRING
+    "fuzz: build just what is fuzzed, with libFuzzer; explore: with the explorer (both need clang)")
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -32,17 +33,18 @@ if(WRENFOLD_SANITIZE)
                          -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(wrenfold-settings INTERFACE -fsanitize=address,undefined)
 endif()
-if(WRENFOLD_FUZZ AND NOT WRENFOLD_SANITIZE)
-  # The explorer: what counts as a path in the fuzz build matters less than many executions.
-  target_compile_options(wrenfold-settings INTERFACE -fsanitize-coverage=inline-8bit-counters
+if(WRENFOLD_FUZZ)
+  target_compile_options(wrenfold-settings INTERFACE
                          "-fsanitize-coverage-ignorelist=${CMAKE_SOURCE_DIR}/tests/fuzz/ignored.txt")
+endif()
+if(WRENFOLD_FUZZ STREQUAL "explore")
+  target_compile_options(wrenfold-settings INTERFACE -fsanitize-coverage=inline-8bit-counters)
 elseif(WRENFOLD_FUZZ)
   # Inlined, a library's branches would count as ours, and ours again at each place. The check of
   # dynamic types keeps a cache by addresses: its branches would look like paths, and new ones in each
   # process; the tests of the debug build have that check. How deep the stack is differs as well.
   target_compile_options(wrenfold-settings INTERFACE -fsanitize=fuzzer-no-link -fno-inline
-                         -fno-sanitize=vptr -fno-sanitize-coverage=stack-depth
-                         "-fsanitize-coverage-ignorelist=${CMAKE_SOURCE_DIR}/tests/fuzz/ignored.txt")
+                         -fno-sanitize=vptr -fno-sanitize-coverage=stack-depth)
 endif()
 
 # wrenfold_layer(TARGET FOLDER KIND [LINKS targets...] [PRIVATE_LINKS targets...] [QT])
@@ -61,10 +63,7 @@ function(wrenfold_layer target folder kind)
   set(view "${CMAKE_BINARY_DIR}/layers/${target}")
   cmake_path(GET folder PARENT_PATH parent)
   file(MAKE_DIRECTORY "${view}/${parent}")
-  # Made anew, it is missing for a moment, in which a compiler of another build may look for it.
-  if(NOT IS_SYMLINK "${view}/${folder}")
-    file(CREATE_LINK "${root}" "${view}/${folder}" SYMBOLIC)
-  endif()
+  file(CREATE_LINK "${root}" "${view}/${folder}" SYMBOLIC)
   target_include_directories(${target} PUBLIC "${view}")
   target_link_libraries(${target} PUBLIC ${arg_LINKS} PRIVATE wrenfold-settings ${arg_PRIVATE_LINKS})
   if(arg_QT)

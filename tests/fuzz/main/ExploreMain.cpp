@@ -21,6 +21,7 @@
 #include <random>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 extern "C" {
@@ -220,7 +221,7 @@ int main(int count, char** arguments) {
     return 2;
   }
   Finding = arguments[4];
-  for (const int number : {SIGABRT, SIGSEGV, SIGALRM}) std::signal(number, KeepFinding);
+  for (const int number : {SIGABRT, SIGSEGV, SIGFPE, SIGALRM}) std::signal(number, KeepFinding);
   TExplorer explorer(arguments[1], std::strtoul(arguments[3], nullptr, 10));
   std::vector<char*> folders(arguments + 5, arguments + count);
   folders.push_back(arguments[1]);
