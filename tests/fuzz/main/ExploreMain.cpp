@@ -1,9 +1,9 @@
 // Grows a corpus where libFuzzer is slow: explore_TARGET CORPUS SECONDS LONGEST FINDING SEEDS...
 // libFuzzer prefers edges that are rare. This takes an edge that is known in some of the numbers of
 // times that libFuzzer tells apart (1, 2, 3, 4, 8, 16, 32, 128), and changes the shortest inputs
-// for them until one takes it another number of times. Without sanitizers it is several
-// times as fast; libFuzzer then goes on from what it stored. An input that aborts, or takes ten
-// seconds, is written to FINDING.
+// for them, or the one that takes it most often, until one takes it another number of times. Without
+// sanitizers it is several times as fast; libFuzzer then goes on from what it stored. An input that
+// aborts, or takes ten seconds, is written to FINDING.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -76,6 +76,7 @@ class TExplorer {
     for (const auto counters : Counters()) FEdges += counters.size();
     FKnown.resize(FEdges);
     FShortest.resize(FEdges * kNumbers);
+    FMost.resize(FEdges);
   }
 
   // The shortest ones first, so that fewer of the others stay.
@@ -114,6 +115,11 @@ class TExplorer {
   }
 
  private:
+  struct TMost {
+    std::uint8_t Count = 0;
+    std::size_t Input = 0;
+  };
+
   // Whether the input takes an edge a new number of times.
   bool Execute(const TBytes& input) {
     for (const auto counters : Counters()) std::memset(counters.data(), 0, counters.size());
@@ -122,7 +128,7 @@ class TExplorer {
     LLVMFuzzerTestOneInput(input.data(), input.size());
     ++FExecutions;
     bool isNew = false;
-    bool isShortest = false;
+    bool isKept = false;
     std::size_t first = 0;
     for (const auto counters : Counters()) {
       const auto isTaken = [](std::uint8_t count) { return count != 0; };
@@ -130,22 +136,27 @@ class TExplorer {
       for (; taken != counters.end(); taken = std::find_if(taken + 1, counters.end(), isTaken)) {
         const std::size_t edge = first + (taken - counters.begin());
         const int number = NumberOf(*taken);
+        if (*taken > FMost[edge].Count) {
+          FMost[edge] = {*taken, FInputs.size()};
+          isKept = true;
+        }
         std::size_t& shortest = FShortest[edge * kNumbers + number];
         const bool isKnown = (FKnown[edge] & 1 << number) != 0;
         if (isKnown && FInputs[shortest].size() <= input.size()) continue;
         shortest = FInputs.size();
         FKnown[edge] |= 1 << number;
-        isShortest = true;
+        isKept = true;
         isNew |= !isKnown;
       }
       first += counters.size();
     }
-    if (isShortest) FInputs.push_back(input);
+    if (isKept) FInputs.push_back(input);
     return isNew;
   }
 
   // One of the inputs that take the edge.
   const TBytes& InputOf(std::size_t edge) const {
+    if (Below(4) == 0) return FInputs[FMost[edge].Input];
     int number = static_cast<int>(Below(kNumbers));
     while ((FKnown[edge] & 1 << number) == 0) number = (number + 1) % kNumbers;
     return FInputs[FShortest[edge * kNumbers + number]];
@@ -177,6 +188,7 @@ class TExplorer {
   std::size_t FEdges = 0;
   std::vector<std::uint8_t> FKnown;    // for each edge, a bit for each number
   std::vector<std::size_t> FShortest;  // for each edge and number, the input
+  std::vector<TMost> FMost;            // for each edge
   std::vector<TBytes> FInputs;
   long FExecutions = 0;
 };
