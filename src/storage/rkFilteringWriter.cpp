@@ -1,5 +1,7 @@
 #include "storage/rkFilteringWriter.h"
 
+#include <utility>
+
 #include "platform/core/SysUtils.h"
 
 namespace wrenfold {
@@ -39,7 +41,7 @@ bool TFilteringWriter::CanWriteProperty(TPersistent& object, const TPropInfo& pr
 // The prefix of a stored object is compared without a boundary at a dot: "Font" lets "FontColor"
 // pass as well. Files rely on it.
 bool TFilteringWriter::Allows(std::string_view name, bool isObject) {
-  const std::string path = LowerCase(PropPath() + std::string(name));
+  const std::string path = FItemPrefix + LowerCase(PropPath() + std::string(name));
   bool allowed = FStored.empty();
   if (!FObjectPaths.empty()) allowed = FObjectPaths.contains(path);
   if (!allowed && !FClassPrefix.empty()) allowed = path.starts_with(FClassPrefix);
@@ -47,12 +49,24 @@ bool TFilteringWriter::Allows(std::string_view name, bool isObject) {
     allowed = true;
     if (isObject) FClassPrefix = path;
   }
-  return allowed && !FIgnored.contains(path);
+  if (!allowed || FIgnored.contains(path)) return false;
+  FPath = path;
+  return true;
+}
+
+// In the stream the names of an item's properties stand alone.
+void TFilteringWriter::WriteCollection(TCollection& collection) {
+  const std::string path = FPath;
+  const std::string outer = std::exchange(FItemPrefix, path + '.');
+  TFitWriter::WriteCollection(collection);
+  FItemPrefix = outer;
+  FPath = path;
 }
 
 void TFilteringWriter::DefineProperty(std::string_view name, const TReaderProc& readData,
                                       const TWriterProc& writeData, bool hasData) {
-  TFitWriter::DefineProperty(name, readData, writeData, hasData && Allows(name, false));
+  // It may be a collection.
+  TFitWriter::DefineProperty(name, readData, writeData, hasData && Allows(name, true));
 }
 
 void TFilteringWriter::DefineBinaryProperty(std::string_view name, const TStreamProc& readData,

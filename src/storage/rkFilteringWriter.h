@@ -12,7 +12,8 @@ namespace wrenfold {
 
 // With a stored list only the named properties, the objects that lead to them and everything under
 // a stored object are written; with an empty one everything is. The ignored list always wins. Names
-// are compared without regard to letter case.
+// are compared without regard to letter case. Those of an item's properties go on behind the
+// collection's.
 class TFilteringWriter : public TFitWriter {
  public:
   using TFitWriter::TFitWriter;
@@ -24,6 +25,7 @@ class TFilteringWriter : public TFitWriter {
   void PrepareObjProps();
 
   bool CanWriteProperty(TPersistent& object, const TPropInfo& property) override;
+  void WriteCollection(TCollection& collection) override;
   void DefineProperty(std::string_view name, const TReaderProc& readData,
                       const TWriterProc& writeData, bool hasData) override;
   void DefineBinaryProperty(std::string_view name, const TStreamProc& readData,
@@ -37,6 +39,8 @@ class TFilteringWriter : public TFitWriter {
   TNames FIgnored;
   TNames FObjectPaths;  // the objects on the way to stored properties
   std::string FClassPrefix;
+  std::string FItemPrefix;  // of the collection whose items are being written, with its dot
+  std::string FPath;        // of the property that was let pass last
 };
 
 }  // namespace wrenfold
