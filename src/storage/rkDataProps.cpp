@@ -330,11 +330,11 @@ std::int32_t StrToEnum(const TTypeInfo& enumeration, std::string_view text) {
 }
 
 void FillEnumNames(const TTypeInfo& enumeration, TStrings& names) {
-  names.BeginUpdate();
+  if (enumeration.Kind() != tkEnumeration) RaiseUnsupported();
+  const TUpdate update(names);
   names.Clear();
   for (int value = enumeration.MinValue(); value <= enumeration.MaxValue(); ++value)
     names.Add(enumeration.EnumNames()[static_cast<std::size_t>(value)]);
-  names.EndUpdate();
 }
 
 bool ContainsIn(const TTypeInfo& enumeration, std::string_view name) {

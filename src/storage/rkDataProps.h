@@ -65,7 +65,8 @@ void SetPropByVariant(TPersistent& instance, std::string_view path, const TVaria
 // Value names, letter case ignored on reading.
 std::string EnumToStr(const TTypeInfo& enumeration, std::int32_t value);
 std::int32_t StrToEnum(const TTypeInfo& enumeration, std::string_view text);
-// Clears the list and fills it with the names from the lowest to the highest value.
+// Clears the list and fills it with the names from the lowest to the highest value. Raises
+// EDataHandlingError for a type that is no enumeration.
 void FillEnumNames(const TTypeInfo& enumeration, TStrings& names);
 bool ContainsIn(const TTypeInfo& enumeration, std::string_view name);
 

@@ -1,6 +1,6 @@
 #include "storage/rkKeyedCollections.h"
 
-#include <unordered_map>
+#include <algorithm>
 
 #include "locale/rkLocale.h"
 #include "storage/rkD4Add.h"
@@ -33,7 +33,10 @@ TSpcItem* TFixedCollection::Find(std::string_view name) const {
 }
 
 TSpcItem* TFixedCollection::Add(const std::string& name) {
-  if (Find(name) != nullptr) throw EFixedCollectionError(LocaleFormat(sCollectionItemExists, name));
+  const bool exists = std::any_of(Items().begin(), Items().end(), [&](const TCollectionItem* item) {
+    return KeyOf(*item) == name;
+  });
+  if (exists) throw EFixedCollectionError(LocaleFormat(sCollectionItemExists, name));
   const TPropInfo* property = GetPropInfo(ItemClass(), GetUpdateName(), StringKinds);
   if (property == nullptr)
     throw EFixedCollectionError(ItemClass().Name() + " has no string property " + GetUpdateName());
@@ -71,7 +74,8 @@ TWrapperItem* TFreeCollection::Find(std::string_view name) const {
 }
 
 TWrapperItem* TFreeCollection::Add(TNestedObject* object, const std::string& name) {
-  if (Find(name) != nullptr) throw EFreeCollectionError(LocaleFormat(sObjectExists, name));
+  for (int i = 0; i < Count(); ++i)
+    if (Item(i)->AObjectID == name) throw EFreeCollectionError(LocaleFormat(sObjectExists, name));
   auto* item = static_cast<TWrapperItem*>(TSpcCollection::Add());
   item->AObjectID = name;
   item->SetNestedObject(object);

@@ -95,6 +95,11 @@ TEST_F(PropText, RejectedTextNamesItselfAndChangesNothing) {
   EXPECT_EQ(GetProps({&Sample}, osfBin), before);
 }
 
+TEST_F(PropText, InfiniteDateReadsAsADate) {
+  Sample.Moment = -HUGE_VAL;
+  EXPECT_EQ(GetPropAsText(Sample, "Moment"), "30.12.1899");
+}
+
 TEST_F(PropText, ColorWithoutNameIsEmpty) {
   Sample.Color = 0x123456;
   EXPECT_EQ(GetPropAsText(Sample, "Color"), "");
@@ -151,6 +156,7 @@ TEST(SetText, SubrangeListsOnlyItsOwnNames) {
   EXPECT_EQ(names.CommaText(), "b,c");
   EXPECT_TRUE(ContainsIn(*subrange, "B"));
   EXPECT_FALSE(ContainsIn(*subrange, "d"));
+  EXPECT_THROW(FillEnumNames(TypeInfoOf<std::int32_t>(), names), EDataHandlingError);
 }
 
 // Class and path stay the same; only the number of properties grows.

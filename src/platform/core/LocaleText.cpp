@@ -306,7 +306,7 @@ double StrToFloat(std::string_view text, const TFormatSettings& settings) {
 }
 
 TSystemTime DecodeDateTime(TDateTime value) {
-  if (std::isnan(value.Value)) value = 0;  // a damaged file may hold anything
+  if (!std::isfinite(value.Value)) value = 0;  // a damaged file may hold anything
   // The date is counted towards minus infinity, the time away from zero.
   double whole = std::trunc(value.Value);
   auto fraction = static_cast<std::int64_t>(
