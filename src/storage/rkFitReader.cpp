@@ -4,8 +4,8 @@
 #include <unordered_map>
 
 #include "platform/core/SysUtils.h"
+#include "storage/rkFitWriter.h"
 #include "storage/rkKeyedCollections.h"
-#include "storage/rkObjectSaver.h"
 
 namespace wrenfold {
 
@@ -69,6 +69,23 @@ void TFitReader::SkipSetBody() {
   }
 }
 
+// Names of components mean for the target what they mean for the source.
+void TFitReader::CopyItem(TPersistent& target, TPersistent& source) {
+  TMemoryStream stream;
+  TFitWriter writer(stream);
+  writer.Root = Root;
+  writer.WriteProperties(source);
+  writer.WriteListEnd();
+  writer.FlushBuffer();
+  stream.SetPosition(0);
+  TFitReader reader(stream);
+  reader.IgnoreErrors = IgnoreErrors;
+  reader.Root = Root;
+  reader.ReadProperties(target);
+  reader.ReadListEnd();
+  reader.ResolveReferences(dynamic_cast<TComponent*>(Root));
+}
+
 void TFitReader::ReadFixedCollection(TFixedCollection& collection, bool reorder) {
   if (collection.Count() == 0) return SkipValue();
   TCollection stored(collection.ItemClass());
@@ -87,7 +104,7 @@ void TFitReader::ReadFixedCollection(TFixedCollection& collection, bool reorder)
   for (int i = 0; i < stored.Count(); ++i) {
     const auto found = items.find(collection.KeyOf(*stored.Item(i)));
     if (found == items.end()) continue;
-    CopyStoredProps(*found->second, *stored.Item(i));
+    CopyItem(*found->second, *stored.Item(i));
     if (reorder) MoveTo(collection, *found->second, i);
   }
 }

@@ -33,6 +33,7 @@ class TFitReader : public TAdvReader {
   // Both read a stored collection into the items that are there, by key: no item is added, removed
   // or replaced, stored items without a counterpart are dropped, items that were not stored keep
   // their values. With reorder, matched items move to their stored positions.
+  // Which item has a key is settled before the first one moves.
   // Of a fixed collection all stored properties of the item are taken over, as an item of the same
   // class has them after reading.
   void ReadFixedCollection(TFixedCollection& collection, bool reorder);
@@ -41,6 +42,7 @@ class TFitReader : public TAdvReader {
 
  private:
   void ReadRecordHead();
+  void CopyItem(TPersistent& target, TPersistent& source);
   std::string PeekItemKey(std::string_view propertyName);
 };
 

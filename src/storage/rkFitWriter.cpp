@@ -26,8 +26,10 @@ bool TFitWriter::IsStored(TPersistent& object, const TPropInfo& property) const 
   if (property.Kind() == tkMethod && !Options.MethodProps) return false;
   if (!Options.Defaults) return MustWrite(object, property);
   if (!property.Stored(object)) return false;
-  if (property.Kind() == tkClass) return property.Access->GetObject(object) != nullptr;
-  return property.Access->CanWrite();
+  if (property.Kind() != tkClass) return property.Access->CanWrite();
+  if (property.Access->GetObject(object) != nullptr) return true;
+  // A reference to no component is a value; an object that is not there has none.
+  return property.Access->CanWrite() && property.PropType->InheritsFrom(TComponent::ClassInfo());
 }
 
 bool TFitWriter::CanWriteProperty(TPersistent& object, const TPropInfo& property) {

@@ -17,7 +17,7 @@ class EFitWriterError : public Exception {
 
 // What a writer writes beside the values of plain properties.
 struct TFitWriterOptions {
-  bool Defaults = true;      // values that equal the default, empty texts and zeros
+  bool Defaults = true;      // values that equal the default, empty texts, lists and zeros
   bool DefinedProps = true;  // what objects define beside their published properties
   bool MethodProps = true;   // events, where the handler's name is known
 };
@@ -38,6 +38,7 @@ class TFitWriter : public TWriter {
   void WriteAsComponent(TPersistent& object, std::string_view objectName);
   // Published properties in declaration order, then the defined ones.
   void WriteProperties(TPersistent& object) override;
+  bool WritesDefaults() const override { return Options.Defaults; }
   virtual bool CanWriteProperty(TPersistent& object, const TPropInfo& property);
   // A collection as the value of a defined property. The path of nested property names is the same
   // after the call as before; item properties start a path of their own.

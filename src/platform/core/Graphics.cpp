@@ -125,7 +125,8 @@ void TGraphic::Assign(const TPersistent* source) {
 void TGraphic::DefineProperties(TFiler& filer) {
   filer.DefineBinaryProperty(
       "Data", [this](TStream& stream) { TakeStoredData(stream.ReadRest()); },
-      [this](TStream& stream) { stream.WriteText(StoredData()); }, !Empty());
+      [this](TStream& stream) { stream.WriteText(StoredData()); },
+      !Empty() || filer.WritesDefaults());
 }
 
 const TTypeInfo& TBitmap::ClassInfo() {
@@ -181,11 +182,13 @@ void TPicture::Assign(const TPersistent* source) {
 void TPicture::DefineProperties(TFiler& filer) {
   filer.DefineBinaryProperty(
       "Data", [this](TStream& stream) { ReadData(stream); },
-      [this](TStream& stream) { WriteData(stream); }, FGraphic && !FGraphic->Empty());
+      [this](TStream& stream) { WriteData(stream); },
+      (FGraphic && !FGraphic->Empty()) || filer.WritesDefaults());
 }
 
 void TPicture::ReadData(TStream& stream) {
   const std::string bytes = stream.ReadRest();
+  if (bytes.empty()) return SetGraphic(nullptr);
   TByteReader reader(bytes);
   auto graphic = MakeGraphic(FindGraphicClass(reader.ReadShortString("a class of graphics")));
   graphic->TakeStoredData(std::string(reader.ReadView(reader.Left(), "a graphic")));
@@ -194,6 +197,7 @@ void TPicture::ReadData(TStream& stream) {
 }
 
 void TPicture::WriteData(TStream& stream) const {
+  if (FGraphic == nullptr) return;
   TByteWriter bytes;
   bytes.WriteShortString(FGraphic->ClassName());
   bytes.WriteBytes(FGraphic->StoredData());

@@ -211,7 +211,7 @@ void TStrings::DefineProperties(TFiler& filer) {
     for (int i = 0; i < Count(); ++i) writer.WriteString(Get(i));
     writer.WriteListEnd();
   };
-  filer.DefineProperty("Strings", read, write, Count() > 0);
+  filer.DefineProperty("Strings", read, write, Count() > 0 || filer.WritesDefaults());
 }
 
 void TStrings::LoadFromFile(const std::string& fileName) {

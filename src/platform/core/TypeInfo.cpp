@@ -21,6 +21,15 @@ void RaiseReadOnly() {
   throw EPropertyAccessError("The property is read only");
 }
 
+void RaiseWrongClass(const TPersistent& object, const TTypeInfo& expected) {
+  throw EPropertyAccessError("The property holds a " + expected.Name() + ", not a " +
+                             object.ClassName());
+}
+
+void RaiseTooLarge(double value, const TTypeInfo& type) {
+  throw EPropertyAccessError(FloatToStr(value) + " does not fit " + type.Name());
+}
+
 template <>
 const char* SimpleTypeName<char>() {
   return "Char";

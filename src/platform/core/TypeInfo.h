@@ -2,8 +2,10 @@
 #pragma once
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -295,6 +297,10 @@ const TTypeInfo& TypeInfoOf() {
 
 namespace detail {
 
+[[noreturn]] void RaiseReadOnly();
+[[noreturn]] void RaiseWrongClass(const TPersistent& object, const TTypeInfo& expected);
+[[noreturn]] void RaiseTooLarge(double value, const TTypeInfo& type);
+
 // The one place that turns a typed value into what the accessors of its kind carry.
 template <class Class, class Value>
 class TTypedAccess : public TPropAccess {
@@ -338,7 +344,7 @@ class TTypedAccess : public TPropAccess {
   }
   void SetFloat(TPersistent& instance, double value) const override {
     if constexpr (IsDistinct<Value> && Kind == tkFloat) Set(Cast(instance), Value(value));
-    else if constexpr (Kind == tkFloat) Set(Cast(instance), static_cast<Value>(value));
+    else if constexpr (Kind == tkFloat) Set(Cast(instance), Narrowed(value));
     else TPropAccess::SetFloat(instance, value);
   }
   std::string GetStr(const TPersistent& instance) const override {
@@ -357,8 +363,13 @@ class TTypedAccess : public TPropAccess {
     else return TPropAccess::GetObject(instance);
   }
   void SetObject(TPersistent& instance, TPersistent* value) const override {
-    if constexpr (Kind == tkClass) Set(Cast(instance), dynamic_cast<Value>(value));
-    else TPropAccess::SetObject(instance, value);
+    if constexpr (Kind == tkClass) {
+      const auto typed = dynamic_cast<Value>(value);
+      if (typed == nullptr && value != nullptr) RaiseWrongClass(*value, TypeInfoOf<Value>());
+      Set(Cast(instance), typed);
+    } else {
+      TPropAccess::SetObject(instance, value);
+    }
   }
   TMethod GetMethod(const TPersistent& instance) const override {
     if constexpr (Kind == tkMethod) return Get(Cast(instance)).Method();
@@ -378,13 +389,17 @@ class TTypedAccess : public TPropAccess {
   }
 
  private:
+  // A finite number does not become infinite.
+  static Value Narrowed(double value) {
+    if (std::isfinite(value) && std::fabs(value) > double{std::numeric_limits<Value>::max()})
+      RaiseTooLarge(value, TypeInfoOf<Value>());
+    return static_cast<Value>(value);
+  }
   static const Class& Cast(const TPersistent& instance) {
     return static_cast<const Class&>(instance);
   }
   static Class& Cast(TPersistent& instance) { return static_cast<Class&>(instance); }
 };
-
-[[noreturn]] void RaiseReadOnly();
 
 // A data member, plain or held by a unique_ptr (then the object is owned by the instance and
 // setting the property assigns to it).
