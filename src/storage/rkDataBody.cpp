@@ -1,10 +1,12 @@
 #include "storage/rkDataBody.h"
 
 #include <memory>
+#include <optional>
 
 #include "platform/core/Files.h"
-#include "platform/core/FormText.h"
 #include "storage/rkAdvReader.h"
+#include "storage/rkFieldClasses.h"
+#include "storage/rkTextSource.h"
 
 namespace wrenfold {
 
@@ -35,21 +37,46 @@ std::string_view RestOf(TStream& stream, std::string& copy) {
   return rest;
 }
 
-// Converts the next object of a text stream and leaves the stream behind it.
-void AppendObjectFromText(TStream& stream, TByteWriter& binary) {
-  const std::int64_t start = stream.Position();
-  std::string copy;
-  std::size_t length = 0;
-  ObjectTextToBinary(RestOf(stream, copy), length, binary);
-  stream.SetPosition(start + static_cast<std::int64_t>(length));
+// The classes of the objects that an object holds, known to the reader for as long as it reads.
+class TFieldClasses {
+ public:
+  explicit TFieldClasses(const TPersistent& object) : FClasses(RegisterFieldClasses(object)) {}
+  ~TFieldClasses() { UnRegisterFieldClasses(FClasses); }
+  TFieldClasses(const TFieldClasses&) = delete;
+  TFieldClasses& operator=(const TFieldClasses&) = delete;
+
+ private:
+  TRegisterClasses FClasses;
+};
+
+void ReadObjects(TPersistentArray objects, TAdvReader& reader, bool isRes) {
+  for (TPersistent* object : objects) {
+    const TStoredAs stored(object);
+    const TFieldClasses classes(*object);
+    if (isRes) reader.ReadResHeader();
+    reader.ReadRootComponent(&stored.Component());
+  }
 }
 
-void ReadRoots(std::span<TComponent*> components, TStream& stream, bool isRes) {
-  TAdvReader reader(stream);
+void ReadRoots(std::span<TComponent*> components, TAdvReader& reader, bool isRes) {
   for (TComponent*& component : components) {
+    std::optional<TFieldClasses> classes;
+    if (component != nullptr) classes.emplace(*component);
     if (isRes) reader.ReadResHeader();
     component = reader.ReadRootComponent(component);
   }
+}
+
+constexpr const char* DescriptionEnd = "the line end of an object's description";
+
+// Reads what was converted, with errors placed in the text.
+template <class Read>
+void ReadConverted(TTextSource& source, const Read& read) {
+  source.Finish();
+  TMemoryStream binary{std::string(source.Binary())};
+  TAdvReader reader(binary);
+  reader.OnPlace = [&source](std::int64_t offset) { return source.PlaceOf(offset); };
+  read(reader);
 }
 
 // Raises for a body whose form is broken.
@@ -67,15 +94,6 @@ void CheckBody(TPersistentArray objects, std::string_view body, TObjectStorageFo
     bytes.ReadSignature();
     bytes.SkipComponent();
   }
-}
-
-TMemoryStream TextAsBinary(TPersistentArray objects, TStream& stream) {
-  TByteWriter binary;
-  for (const TPersistent* object : objects) {
-    if (!IsComponent(object)) SkipObjectDescription(stream);
-    AppendObjectFromText(stream, binary);
-  }
-  return TMemoryStream(binary.ToString());
 }
 
 // Saves through memory, so that a failure leaves the file as it was.
@@ -119,11 +137,7 @@ void SaveObjectBinary(TPersistentArray objects, TStream& stream, bool isRes) {
 
 void LoadObjectBinary(TPersistentArray objects, TStream& stream, bool isRes) {
   TAdvReader reader(stream);
-  for (TPersistent* object : objects) {
-    const TStoredAs stored(object);
-    if (isRes) reader.ReadResHeader();
-    reader.ReadRootComponent(&stored.Component());
-  }
+  ReadObjects(objects, reader, isRes);
 }
 
 void SaveObjectBinaryEx(TPersistentArray objects, TStream& stream) {
@@ -141,6 +155,7 @@ void LoadObjectBinaryEx(TPersistentArray objects, TStream& stream) {
   TAdvReader reader(stream);
   reader.ReadSignature();
   for (TPersistent* object : objects) {
+    const TFieldClasses classes(*object);
     reader.Root = object;
     reader.ReadProperties(*object);
     reader.ReadListEnd();
@@ -163,19 +178,23 @@ void SaveObjectText(TPersistentArray objects, TStream& stream,
 }
 
 void LoadObjectText(TPersistentArray objects, TStream& stream) {
-  TMemoryStream binary = TextAsBinary(objects, stream);
-  LoadObjectBinary(objects, binary);
+  TTextSource source(stream);
+  for (const TPersistent* object : objects) {
+    if (!IsComponent(object)) source.TakeLine(DescriptionEnd);
+    source.ConvertObject();
+  }
+  ReadConverted(source, [&](TAdvReader& reader) { ReadObjects(objects, reader, false); });
 }
 
 void LoadComponentBinary(std::span<TComponent*> components, TStream& stream, bool isRes) {
-  ReadRoots(components, stream, isRes);
+  TAdvReader reader(stream);
+  ReadRoots(components, reader, isRes);
 }
 
 void LoadComponentText(std::span<TComponent*> components, TStream& stream) {
-  TByteWriter bytes;
-  for (std::size_t i = 0; i < components.size(); ++i) AppendObjectFromText(stream, bytes);
-  TMemoryStream binary(bytes.ToString());
-  ReadRoots(components, binary, false);
+  TTextSource source(stream);
+  for (std::size_t i = 0; i < components.size(); ++i) source.ConvertObject();
+  ReadConverted(source, [&](TAdvReader& reader) { ReadRoots(components, reader, false); });
 }
 
 void WriteObjectDescription(const TPersistent& object, const std::string& name, TStream& stream) {
@@ -186,7 +205,9 @@ void WriteObjectDescription(const TPersistent& object, const std::string& name, 
 }
 
 void SkipObjectDescription(TStream& stream) {
-  ReadHeaderLine(stream, "the line end of an object's description");
+  TTextSource source(stream);
+  source.TakeLine(DescriptionEnd);
+  source.Finish();
 }
 
 void SaveObjectDataBinary(TPersistentArray objects, TStream& stream, std::string_view description,

@@ -1,6 +1,7 @@
 #include "storage/rkDataHeader.h"
 
 #include "locale/rkLocale.h"
+#include "storage/rkTextSource.h"
 
 namespace wrenfold {
 
@@ -61,9 +62,10 @@ void ReadDataHeader(TStream& stream, TObjectStorageFormat& format, bool& isRes,
   stream.ReadBuffer(label.data(), label.size());
   if (label == TextLabel) {
     format = osfText;
-    description = ReadHeaderLine(stream, "the line end of the data header");
-    ReadHeaderLine(stream, "the line end of the data header's underline");
-    return;
+    TTextSource text(stream);
+    description = text.TakeLine("the line end of the data header");
+    text.TakeLine("the line end of the data header's underline");
+    return text.Finish();
   }
   if (label != BinLabel) RaiseNoLabel();
   const std::uint8_t flag = ReadByte(stream);
@@ -79,21 +81,6 @@ void SkipDataHeader(TStream& stream) {
   TObjDataDscr dscr;
   std::string description;
   ReadDataHeader(stream, dscr.Format, dscr.IsRes, description);
-}
-
-std::string ReadHeaderLine(TStream& stream, const char* expected) {
-  const std::int64_t start = stream.Position();
-  std::string copy;
-  std::string_view rest;
-  if (!stream.ViewRest(rest)) rest = copy = stream.ReadRest();
-  const auto end = rest.find('\r');
-  if (end == rest.npos)
-    throw EReadError("Stream read error at offset " + std::to_string(start) + ": expected " +
-                     expected);
-  const std::size_t length = rest.substr(end, 2) == "\r\n" ? end + 2 : end + 1;
-  const std::string line(rest.substr(0, end));
-  stream.SetPosition(start + static_cast<std::int64_t>(length));
-  return line;
 }
 
 }  // namespace wrenfold

@@ -35,8 +35,4 @@ void ReadDataHeader(TStream& stream, TObjectStorageFormat& format, bool& isRes,
                     std::string& description);
 void SkipDataHeader(TStream& stream);
 
-// Reads on to the next CR, which goes with the LF behind it, and answers what stood before.
-// EReadError when there is no CR; `expected` names the line.
-std::string ReadHeaderLine(TStream& stream, const char* expected);
-
 }  // namespace wrenfold

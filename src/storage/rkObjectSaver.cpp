@@ -2,6 +2,7 @@
 
 #include "platform/core/Files.h"
 #include "platform/core/FormText.h"
+#include "storage/rkTextSource.h"
 
 namespace wrenfold {
 
@@ -26,19 +27,6 @@ std::string ObjectName(const TPersistent* object, const std::vector<std::string>
   if (index < names.size() && !names[index].empty()) return names[index];
   const auto* component = dynamic_cast<const TComponent*>(object);
   return component != nullptr ? ComponentPath(*component) : std::string();
-}
-
-// Converts the next `count` objects and leaves the stream behind them.
-std::string BinaryFromText(std::size_t count, TStream& stream) {
-  const std::int64_t start = stream.Position();
-  std::string copy;
-  std::string_view text;
-  if (!stream.ViewRest(text)) text = copy = stream.ReadRest();
-  TByteWriter binary;
-  std::size_t length = 0;
-  for (std::size_t i = 0; i < count; ++i) ObjectTextToBinary(text, length, binary);
-  stream.SetPosition(start + static_cast<std::int64_t>(length));
-  return binary.ToString();
 }
 
 std::vector<TPersistent*> WithoutNulls(TPersistentArray objects) {
@@ -76,20 +64,28 @@ void TObjectSaver::LoadObjects(TPersistentArray objects, TStream& stream) {
 }
 
 void TObjectSaver::LoadObjectBinary(TPersistentArray objects, TStream& stream) {
-  const std::unique_ptr<TFitReader> reader = CreateReader(stream);
-  for (TPersistent* object : objects) {
-    bool allowRead = object != nullptr;
-    DoBeforeReadObject(object, *reader, allowRead);
-    std::string name;
-    if (allowRead && object != nullptr) name = reader->ReadAsComponent(*object);
-    else reader->SkipObject();
-    DoAfterReadObject(object, *reader, name);
-  }
+  ReadObjects(objects, *CreateReader(stream));
 }
 
 void TObjectSaver::LoadObjectText(TPersistentArray objects, TStream& stream) {
-  TMemoryStream binary(BinaryFromText(objects.size(), stream));
-  LoadObjectBinary(objects, binary);
+  TTextSource source(stream);
+  for (std::size_t i = 0; i < objects.size(); ++i) source.ConvertObject();
+  source.Finish();
+  TMemoryStream binary{std::string(source.Binary())};
+  const std::unique_ptr<TFitReader> reader = CreateReader(binary);
+  reader->OnPlace = [&source](std::int64_t offset) { return source.PlaceOf(offset); };
+  ReadObjects(objects, *reader);
+}
+
+void TObjectSaver::ReadObjects(TPersistentArray objects, TFitReader& reader) {
+  for (TPersistent* object : objects) {
+    bool allowRead = object != nullptr;
+    DoBeforeReadObject(object, reader, allowRead);
+    std::string name;
+    if (allowRead && object != nullptr) name = reader.ReadAsComponent(*object);
+    else reader.SkipObject();
+    DoAfterReadObject(object, reader, name);
+  }
 }
 
 void TObjectSaver::LoadObjects(TPersistentArray objects, const std::string& fileName) {

@@ -102,6 +102,7 @@ class TObjectSaver : public TObject {
  private:
   void CheckForm(TPersistentArray objects, TStream& stream);
   void TakeRecognizedForm(TStream& stream);
+  void ReadObjects(TPersistentArray objects, TFitReader& reader);
 };
 
 // Saves some of the properties only.

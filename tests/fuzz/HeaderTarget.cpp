@@ -13,7 +13,7 @@ void LoadBody(std::string_view bytes, TMsgDlgBtn answer) {
   const TAnswers answers(answer);
   TSample sample;
   TStringStream stream{std::string(bytes)};
-  Succeeds([&] { LoadObjectData({&sample}, stream); }, {"offset ", "Line ", NoHeader});
+  Succeeds([&] { LoadObjectData({&sample}, stream); }, {"offset ", "Line ", "line ", NoHeader});
 }
 
 }  // namespace

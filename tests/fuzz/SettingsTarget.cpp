@@ -66,7 +66,7 @@ void Load(std::string_view bytes, bool ignoreErrors) {
   saver.IgnoreErrors = ignoreErrors;
   WriteScratch(bytes);
   const auto load = [&] { saver.SafeLoadObjects({&settings.Root}, ScratchFile()); };
-  const bool loaded = Succeeds(load, {"offset ", "Line "});
+  const bool loaded = Succeeds(load, {"offset ", "Line ", "line "});
   PromiseKeys(settings);
   const std::string after = settings.Stored();
   if (!loaded) Promise(after == before, "a failed load leaves the settings as they were");

@@ -174,6 +174,35 @@ TEST(DataBody, BrokenTailChangesNoObjectWhenLoadedSafely) {
   }
 }
 
+TEST(DataBody, ErrorsArePlacedInTheWholeStream) {
+  const std::string wrapper = "\x08TWrapper\0"s;
+  const std::string line = "stored Instance --> TSample\r\n";
+  const std::string object = "object TWrapper\r\n  I.Number = 1\r\nend\r\n";
+  const struct {
+    const char* Name;
+    std::string Bytes;
+    const char* Place;
+  } cases[] = {
+      {"TagBehindABinaryHeader", "sys_bin\0\1vTPF0"s + wrapper + "\1I\x63", "offset 26 ($1A)"},
+      {"PropertyBehindABinaryHeader", "sys_bin\0\1vTPF0"s + wrapper + "\1X\2\1\0\0"s + "TPF0",
+       "TWrapper.X at offset 26:"},
+      {"WordOfTheSecondObject", "sys_txt\r\n-------\r\n" + line + object + line + "abject",
+       "Line 8, column 1:"},
+      {"PropertyOfTheSecondObject",
+       "sys_txt\r\n-------\r\n" + line + object + line +
+           "object TWrapper\r\n  I.Number = 1 I.Nothing =\r\n 2\r\nend\r\n",
+       "TWrapper.I.Nothing at line 9, column 16:"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.Name);
+    TSample first, second;
+    TStringStream stream(c.Bytes);
+    TAnswers no(mbNo);
+    const std::string message = MessageOf([&] { LoadObjectData({&first, &second}, stream); });
+    EXPECT_NE(message.find(c.Place), message.npos) << message;
+  }
+}
+
 TEST(DataBody, FailedFileLoadNamesTheFile) {
   const std::string file = testing::TempDir() + "body.dat";
   TSample sample;
@@ -202,6 +231,34 @@ TEST(FieldClasses, PathsOfComponentsStopWhereANameIsUnknown) {
   EXPECT_EQ(findings.Rest, "Font.Size");
   EXPECT_EQ(GetFieldClass(TSample(), "Font"), &TFont::ClassInfo());
   EXPECT_EQ(GetFieldClass(TSample(), "Number"), nullptr);
+}
+
+TEST(FieldClasses, AChildOfAHeldClassIsMade) {
+  class TLabel : public TComponent {
+   public:
+    using TComponent::TComponent;
+    static const TTypeInfo& ClassInfo() {
+      static const TTypeInfo info = Publish<TLabel>("TLabel", TComponent::ClassInfo());
+      return info;
+    }
+    const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
+  };
+  class TDialog : public TComponent {
+   public:
+    static const TTypeInfo& ClassInfo() {
+      static const TTypeInfo info =
+          Publish<TDialog>("TDialog", TComponent::ClassInfo()).Prop("Title", &TDialog::Title);
+      return info;
+    }
+    const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
+    TLabel* Title = nullptr;
+  } dialog;
+  const std::string text =
+      "object TDialog\r\n  Title = Label\r\n  object Label: TLabel\r\n  end\r\nend\r\n";
+  SetProps({&dialog}, text, osfText);
+  EXPECT_EQ(dialog.Title, dialog.FindComponent("Label"));
+  EXPECT_NE(dialog.Title, nullptr);
+  EXPECT_EQ(GetClass("TLabel"), nullptr);
 }
 
 TEST(PropTypes, MostSpecialClassWins) {

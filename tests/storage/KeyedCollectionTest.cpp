@@ -58,7 +58,39 @@ TEST(FixedCollection, SecondItemOfAKeyIsRefused) {
   EXPECT_EQ(items.Find("a"), nullptr);
   EXPECT_EQ(MessageOf<EFixedCollectionError>([&] { items.Add("A"); }),
             "Collection\xE2\x80\x99s element 'A' already exists.");
-  EXPECT_EQ(items.Count(), 1);
+  items.Add("");
+  EXPECT_THROW(items.Add(""), EFixedCollectionError);
+  EXPECT_EQ(items.Count(), 2);
+}
+
+// A component of a form, in items that are stored by key.
+TEST(FixedCollection, ReferencesOfMatchedItemsAreTakenOver) {
+  class TKeyedForm : public TComponent {
+   public:
+    void DefineProperties(TFiler& filer) override {
+      if (auto* reader = dynamic_cast<TFitReader*>(&filer))
+        filer.DefineProperty(
+            "Fixed_", [=, this](TReader&) { reader->ReadFixedCollection(Fixed, false); }, nullptr,
+            true);
+    }
+    TKeyedItems Fixed{nullptr};
+  } form;
+  TComponent button(&form);
+  button.SetName("Button");
+  TKeyedItem& item = form.Fixed.AddValue("A", 1);
+  TObjectSaver saver;
+  saver.OriginalFormat = sofText;
+  const TAnswers no(mbNo);
+  const auto load = [&](const std::string& target) {
+    saver.SetObjectProps({&form},
+                         "object T\r\n  Fixed_ = <\r\n    item\r\n      Key = 'A'\r\n"
+                         "      Target = " +
+                             target + "\r\n    end>\r\nend\r\n");
+  };
+  load("Button");
+  EXPECT_EQ(item.Target, &button);
+  load("nil");
+  EXPECT_EQ(item.Target, nullptr);
 }
 
 TEST(FreeCollection, HeldObjectsAreFilledInPlace) {
@@ -140,6 +172,7 @@ class TFiltered : public TSpcObject {
                                       .Prop("Font", &TFiltered::Font)
                                       .Prop("FontColor", &TFiltered::A)
                                       .Prop("Lines", &TFiltered::Lines)
+                                      .Prop("Items", &TFiltered::Items, nullptr)
                                       .Prop("Z", &TFiltered::A);
     return info;
   }
@@ -147,6 +180,10 @@ class TFiltered : public TSpcObject {
   std::int32_t A = 1;
   std::unique_ptr<TFont> Font = std::make_unique<TFont>();
   std::unique_ptr<TStringList> Lines = std::make_unique<TStringList>();
+  TKeyedItems* Items() const { return FItems.get(); }
+
+ private:
+  std::unique_ptr<TKeyedItems> FItems = std::make_unique<TKeyedItems>(this);
 };
 
 // The names of the properties in a text form, joined by blanks.
@@ -158,7 +195,7 @@ std::string WrittenNames(const std::string& text) {
     const auto equals = line.find(" = ");
     if (line.starts_with("  ") && equals != line.npos) {
       if (!names.empty()) names += ' ';
-      names += line.substr(2, equals - 2);
+      names += line.substr(line.find_first_not_of(' '), equals - line.find_first_not_of(' '));
     }
     start = end + 2;
   }
@@ -173,12 +210,16 @@ TEST(FilteringWriter, ListsDecideWhatIsWritten) {
       {"DefinedPartByItsObject", {"Lines"}, {}, "Lines.Strings"},
       {"DefinedPartByName", {"Lines.Strings"}, {}, "Lines.Strings"},
       {"IgnoredWins", {"A", "Z"}, {"A"}, "Z"},
-      {"IgnoredObject", {}, {"font", "Lines"}, "A FontColor Z"},
+      {"IgnoredObject", {}, {"font", "Lines", "Items"}, "A FontColor Z"},
+      {"Collection", {"items"}, {}, "Items Key Value Target"},
+      {"PartOfEachItem", {"Items.Key", "Z"}, {}, "Items Key Z"},
+      {"IgnoredPartOfEachItem", {"Items", "Z"}, {"Items.Value", "Target"}, "Items Key Target Z"},
       {"IgnoredPart", {"Font.Color", "Font.Name"}, {"Font.Name"}, "Font.Color"},
       {"UnknownNameWritesNothing", {"Nothing"}, {}, ""},
   };
   TFiltered object;
   object.Lines->Add("line");
+  object.Items()->Add("A");
   for (const TFilterCase& c : cases) {
     SCOPED_TRACE(c.Name);
     TPropSaver saver;
@@ -190,7 +231,7 @@ TEST(FilteringWriter, ListsDecideWhatIsWritten) {
   TPropSaver saver;
   saver.OriginalFormat = sofText;
   EXPECT_EQ(WrittenNames(saver.GetObjectProps({&object})),
-            "A " + font + " FontColor Lines.Strings Z");
+            "A " + font + " FontColor Lines.Strings Items Key Value Target Z");
   // The name of a stored object lets pass what begins with it, in this object only.
   saver.SetStoredProps({"Font"});
   const std::string one = font + " FontColor";

@@ -255,6 +255,19 @@ TEST_F(SettingsFile, BrokenAtAnyByteChangesNeitherObjectsNorFile) {
   EXPECT_EQ(TObjectSaver().GetObjectProps({&back}), before);
 }
 
+TEST_F(SettingsFile, RefusedLoadGivesBackWhatWasEmpty) {
+  TKeyedRoot root;
+  Write("object T\r\n  Title = 'new'\r\n  Lines.Strings = (\r\n    'a')\r\n  Wrong = 1\r\nend\r\n");
+  TObjectSaver saver;
+  saver.RecognitionOn = true;
+  TAnswers no(mbNo);
+  EXPECT_THROW(saver.SafeLoadObjects({&root}, FFile), EFitReaderError);
+  EXPECT_NE(no.Asked.at(0).find("TKeyedRoot.Wrong at line 5, column 3:"), std::string::npos)
+      << no.Asked[0];
+  EXPECT_EQ(root.Title, "untitled");
+  EXPECT_EQ(root.Lines->Count(), 0);
+}
+
 TEST_F(SettingsFile, NoiseIsRefusedOrReadButNeverHarmful) {
   TKeyedRoot root;
   TSample held;

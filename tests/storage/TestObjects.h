@@ -111,6 +111,7 @@ class TKeyedRoot : public TSpcObject {
   static const TTypeInfo& ClassInfo() {
     static const TTypeInfo info = Publish<TKeyedRoot>("TKeyedRoot", TSpcObject::ClassInfo())
                                       .Prop("Title", &TKeyedRoot::Title)
+                                      .Prop("Lines", &TKeyedRoot::Lines)
                                       .Prop("Plain", &TKeyedRoot::Plain, nullptr);
     return info;
   }
@@ -131,6 +132,7 @@ class TKeyedRoot : public TSpcObject {
   TKeyedItems* Plain() const { return FPlain.get(); }
 
   std::string Title = "untitled";
+  std::unique_ptr<TStringList> Lines = std::make_unique<TStringList>();
   bool Reorder = false;
   TKeyedItems Fixed{this};
   TFreeCollection Free{this};

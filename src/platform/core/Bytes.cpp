@@ -19,14 +19,14 @@ std::string_view ValueTypeName(TValueType type) {
 }
 
 void TByteReader::FailAt(std::size_t position, const char* expected) const {
-  throw EReadError(
-      fmt::format("Stream read error at offset {0} (${0:X}): expected {1}", position, expected));
+  throw EReadError(fmt::format("Stream read error at offset {0} (${0:X}): expected {1}",
+                               FOffset + position, expected));
 }
 
 void TByteReader::FailEnd(std::size_t count, const char* expected) const {
   throw EReadError(fmt::format(
       "Stream read error at offset {0} (${0:X}): expected {1}: {2} bytes needed, {3} left",
-      Position(), expected, count, Left()));
+      FOffset + Position(), expected, count, Left()));
 }
 
 void TByteReader::Seek(std::size_t position) {

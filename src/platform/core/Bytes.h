@@ -24,8 +24,9 @@ static_assert(std::endian::native == std::endian::little, "the stream's integers
 // and what was expected there.
 class TByteReader {
  public:
-  explicit TByteReader(std::string_view data)
-      : FBegin(data.data()), FNext(data.data()), FEnd(data.data() + data.size()) {}
+  // The data stands at `offset` of what errors are to name a place in.
+  explicit TByteReader(std::string_view data, std::size_t offset = 0)
+      : FBegin(data.data()), FNext(data.data()), FEnd(data.data() + data.size()), FOffset(offset) {}
 
   std::size_t Position() const { return static_cast<std::size_t>(FNext - FBegin); }
   std::size_t Size() const { return static_cast<std::size_t>(FEnd - FBegin); }
@@ -123,6 +124,7 @@ class TByteReader {
   const char* FBegin;
   const char* FNext;
   const char* FEnd;
+  std::size_t FOffset;
 };
 
 // Appends to one growing buffer that it owns. Lengths that the format cannot hold raise

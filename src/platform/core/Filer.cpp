@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "platform/core/ClassRegistry.h"
 #include "platform/core/Exceptions.h"
@@ -50,14 +51,6 @@ struct TReader::TPropertyScope {
   std::string FSaved;
 };
 
-namespace {
-
-std::string PlacedAt(std::int64_t offset, const Exception& problem) {
-  return fmt::format("Error reading a component at offset {}: {}", offset, problem.Message());
-}
-
-}  // namespace
-
 // Stands for one level of objects inside objects; the stack bears no more than a certain number.
 struct TReader::TDepthScope {
   explicit TDepthScope(TReader& reader) : FReader(reader) {
@@ -71,7 +64,9 @@ struct TReader::TDepthScope {
 };
 
 TReader::TReader(TStream& stream, int)
-    : FStream(stream), FStart(stream.Position()), FBytes(RestOf(stream, FOwned)) {}
+    : FStream(stream),
+      FStart(stream.Position()),
+      FBytes(RestOf(stream, FOwned), static_cast<std::size_t>(FStart)) {}
 
 TReader::~TReader() {
   FlushBuffer();
@@ -91,6 +86,12 @@ std::string TReader::PropertyPath() const {
 
 bool TReader::Error(const std::string&) {
   return false;
+}
+
+std::string TReader::ErrorAt(std::int64_t offset, std::string_view what,
+                             const Exception& problem) const {
+  const std::string place = OnPlace ? OnPlace(offset) : fmt::format("offset {}", offset);
+  return fmt::format("Error reading {} at {}: {}", what, place, problem.Message());
 }
 
 void TReader::RaiseInvalidValue(const char* expected) const {
@@ -139,9 +140,14 @@ std::int32_t TReader::ReadInteger() {
 
 double TReader::ReadFloat() {
   switch (NextValue()) {
-    case TValueType::vaExtended:
+    case TValueType::vaExtended: {
       ReadValue();
-      return ExtendedToDouble(FBytes.ReadExtended());
+      const TExtended extended = FBytes.ReadExtended();
+      const double value = ExtendedToDouble(extended);
+      if (std::isinf(value) && extended.IsFinite())
+        throw EReadError("Invalid property value: the number does not fit a double");
+      return value;
+    }
     case TValueType::vaSingle:
       ReadValue();
       return static_cast<double>(FBytes.ReadFixed<float>("a single float"));
@@ -261,6 +267,7 @@ TComponent* TReader::CreateComponent(std::string_view className, std::string_vie
 
 TComponent* TReader::ReadRootComponent(TComponent* root) {
   ReadSignature();
+  const std::int64_t start = Position();
   if (FBytes.ReadFilerFlags() & ffChildPos) FBytes.ReadIntegerValue();
   const std::string_view className = FBytes.ReadShortString("a class name");
   const std::string name(FBytes.ReadShortString("a component name"));
@@ -275,7 +282,7 @@ TComponent* TReader::ReadRootComponent(TComponent* root) {
   try {
     root->SetName(name);
   } catch (const EComponentError& problem) {
-    throw EReadError(PlacedAt(Position(), problem));
+    throw EReadError(ErrorAt(start, "a component", problem));
   }
   ReadDataInner(*root);
   ResolveReferences(root);
@@ -312,7 +319,9 @@ void TReader::ReadComponent(TComponent& parent) {
       component->SetComponentState(csLoading, true);
       component->SetName(name);
     } catch (const Exception& problem) {
-      const std::string message = PlacedAt(FStart + static_cast<std::int64_t>(start), problem);
+      delete component;  // its owner would keep one that has no name
+      const std::string message =
+          ErrorAt(FStart + static_cast<std::int64_t>(start), "a component", problem);
       const bool unknownClass = dynamic_cast<const EClassNotFound*>(&problem) != nullptr;
       if (!Error(message)) {
         if (unknownClass) throw EClassNotFound(message);
@@ -346,9 +355,7 @@ void TReader::ReadProperty(TPersistent& instance) {
     FErrorStands = true;
     FBytes.Seek(start);
     FBytes.SkipValue();
-    const std::string message =
-        fmt::format("Error reading {} at offset {}: {}", FPath,
-                    FStart + static_cast<std::int64_t>(start), problem.Message());
+    const std::string message = ErrorAt(FStart + static_cast<std::int64_t>(start), FPath, problem);
     FErrorStands = !Error(message);
     if (FErrorStands) throw EReadError(message);
   }
@@ -543,8 +550,7 @@ void TReader::ResolveReferences(TComponent* root) {
     } catch (const EAbort&) {
       throw;
     } catch (const Exception& problem) {
-      const std::string message = fmt::format("Error reading {} at offset {}: {}", reference.Path,
-                                              reference.Offset, problem.Message());
+      const std::string message = ErrorAt(reference.Offset, reference.Path, problem);
       if (!Error(message)) throw EReadError(message);
     }
   }

@@ -34,6 +34,8 @@ class TFiler {
   // The same as raw bytes.
   virtual void DefineBinaryProperty(std::string_view name, const TStreamProc& readData,
                                     const TStreamProc& writeData, bool hasData) = 0;
+  // Whether data that equals what a new object has is to be written as well.
+  virtual bool WritesDefaults() const { return false; }
 
   // The object whose components and methods names in the stream refer to.
   TPersistent* Root = nullptr;
@@ -97,12 +99,15 @@ class TReader : public TFiler {
   // Finds a method of the root by its name; without a handler, or when it answers an empty one,
   // the name is unknown.
   std::function<TMethod(TReader&, std::string_view name)> OnFindMethod;
+  // Names the place of an offset for messages about the contents; "offset N" without it.
+  std::function<std::string(std::int64_t offset)> OnPlace;
 
  protected:
   // An error of the contents: true ignores it and goes on, false (the default) lets it stand.
   virtual bool Error(const std::string& message);
-  // The component that a stored component of that class and name is read into; made by the class
-  // registry unless a descendant knows better. Raises EClassNotFound.
+  // A new component that a stored component of that class and name is read into; made by the class
+  // registry unless a descendant knows better. Destroyed when it cannot take the name. Raises
+  // EClassNotFound.
   virtual TComponent* CreateComponent(std::string_view className, std::string_view name,
                                       TComponent* owner);
   // Settles the references by component name that were read, from the root on (null: none can be).
@@ -126,6 +131,7 @@ class TReader : public TFiler {
   void ReadComponent(TComponent& parent);
   void ReadChildren(TComponent& component);
   [[noreturn]] void RaiseInvalidValue(const char* expected) const;
+  std::string ErrorAt(std::int64_t offset, std::string_view what, const Exception& problem) const;
 
   struct TReference {
     TPersistent* Instance;

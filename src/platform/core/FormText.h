@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
 #include "platform/core/Bytes.h"
 #include "platform/core/FormStyle.h"
@@ -23,6 +24,17 @@ TFormFormat TestFormFormat(std::string_view bytes);
 // then is as it was.
 void ObjectTextToBinary(std::string_view text, std::size_t& position, TByteWriter& binary,
                         const TFormTextStyle& style = DefaultFormTextStyle());
+
+// Where a component or the value of a property comes from: its offset in the binary stream, and the
+// position of its first word in the text.
+struct TFormPlace {
+  std::size_t Offset = 0;
+  std::size_t Position = 0;
+};
+
+// The same in the default style, several times slower; appends the places in ascending order.
+void FindFormPlaces(std::string_view text, std::size_t& position, TByteWriter& binary,
+                    std::vector<TFormPlace>& places);
 
 // Converts the next object of `binary`, which starts with a signature, and leaves the cursor behind
 // it. Raises EReadError with the offset; `text` then is as it was.

@@ -40,13 +40,15 @@ bool SameWord(std::string_view word, std::string_view lowerCase) {
 
 class TFormTextReader {
  public:
+  // With places, no line is plain: each word is looked at.
   TFormTextReader(std::string_view text, std::size_t position, TByteWriter& out,
-                  const TFormTextStyle& style)
+                  const TFormTextStyle& style, std::vector<TFormPlace>* places)
       : FBegin(text.data()),
         FNext(text.data() + position),
         FEnd(text.data() + text.size()),
         FOut(out),
-        FStyle(style) {}
+        FStyle(style),
+        FPlaces(places) {}
 
   void ReadObject() {
     FOut.WriteSignature();
@@ -93,6 +95,12 @@ class TFormTextReader {
   // At the next token.
   [[noreturn]] void Fail(std::string_view expected) const {
     FailAt(SkipBlanks(FNext, FEnd), expected);
+  }
+
+  // What is written next comes from this word.
+  void AddPlace(std::string_view word) {
+    if (FPlaces != nullptr) [[unlikely]]
+      FPlaces->push_back({FOut.Size(), static_cast<std::size_t>(word.data() - FBegin)});
   }
 
   std::string Found(const char* place) const {
@@ -176,6 +184,7 @@ class TFormTextReader {
     if (FStyle.KeepsBlanks) className = WithBlanks(className);
     std::int64_t position = 0;
     if (ReadOrder(position)) flags |= ffChildPos;
+    AddPlace(word);
     // A length byte of $F0 and above would be taken for a prefix.
     if (flags != 0 || className.size() >= FilerPrefixMark) FOut.WriteByte(FilerPrefixMark | flags);
     if ((flags & ffChildPos) != 0) FOut.WriteIntegerValue(position);
@@ -251,7 +260,7 @@ class TFormTextReader {
   // by a guess that is checked, so that the processor can begin with the next line before it has
   // finished this one.
   void ReadPlainLines() {
-    if (FStyle.KeepsBlanks) return;
+    if (FStyle.KeepsBlanks || FPlaces != nullptr) return;
     if (FNext != FEnd && *FNext == '\r') ++FNext;
     while (FDepth > 0 && FEnd - FNext >= PlainLineReach && *FNext == '\n') {
       const std::size_t indent = 1 + 2 * FDepth;
@@ -333,8 +342,8 @@ class TFormTextReader {
   }
 
   void ReadProperty(std::string_view name) {
-    if (FStyle.KeepsBlanks) name = WithBlankLine(name);
-    WriteName(name);
+    WriteName(FStyle.KeepsBlanks ? WithBlankLine(name) : name);
+    AddPlace(name);
     if (FEnd - FNext > 3 && std::memcmp(FNext, " = ", 3) == 0) {
       FNext += 3;
     } else if (!Take('=')) {
@@ -760,16 +769,15 @@ class TFormTextReader {
   const char* FWordStart = nullptr;
   TByteWriter& FOut;
   const TFormTextStyle& FStyle;
+  std::vector<TFormPlace>* FPlaces;
   std::size_t FDepth = 0;
   std::array<TNesting, MaxFormNesting> FNesting;
 };
 
-}  // namespace
-
-void ObjectTextToBinary(std::string_view text, std::size_t& position, TByteWriter& binary,
-                        const TFormTextStyle& style) {
+void Convert(std::string_view text, std::size_t& position, TByteWriter& binary,
+             const TFormTextStyle& style, std::vector<TFormPlace>* places) {
   const std::size_t start = binary.Size();
-  TFormTextReader reader(text, position, binary, style);
+  TFormTextReader reader(text, position, binary, style, places);
   try {
     reader.ReadObject();
   } catch (...) {
@@ -777,6 +785,18 @@ void ObjectTextToBinary(std::string_view text, std::size_t& position, TByteWrite
     throw;
   }
   position = reader.Position();
+}
+
+}  // namespace
+
+void ObjectTextToBinary(std::string_view text, std::size_t& position, TByteWriter& binary,
+                        const TFormTextStyle& style) {
+  Convert(text, position, binary, style, nullptr);
+}
+
+void FindFormPlaces(std::string_view text, std::size_t& position, TByteWriter& binary,
+                    std::vector<TFormPlace>& places) {
+  Convert(text, position, binary, DefaultFormTextStyle(), &places);
 }
 
 }  // namespace wrenfold

@@ -53,6 +53,7 @@ class TDeck : public TComponent {
                                       .Prop("Letter", &TDeck::Letter)
                                       .Prop("Big", &TDeck::Big)
                                       .Prop("Ratio", &TDeck::Ratio)
+                                      .Prop("Gauge", &TDeck::Gauge)
                                       .Prop("Wide", &TDeck::Wide)
                                       .Prop("Suits", &TDeck::Suits)
                                       .Prop("Trump", &TDeck::Trump)
@@ -76,6 +77,7 @@ class TDeck : public TComponent {
   char Letter = 'x';
   std::int64_t Big = 0;
   double Ratio = 0;
+  float Gauge = 0;
   TWideString Wide;
   TSet<TSuit> Suits;
   TSuit Trump = suHearts;
@@ -188,6 +190,8 @@ TEST(Filer, AnIgnoredErrorCostsOneValue) {
        "clNone2 is no value of TColor"},
       {"OnDeal", "\x07\x04Gone", "Method Gone does not exist"},
       {"Letter", "\x06\x02hi", "expected one character"},
+      {"Ratio", "\x05\0\0\0\0\0\0\0\x80\xFE\x7F"s, "does not fit a double"},
+      {"Gauge", "\x05\0\0\0\0\0\0\0\x80\xFE\x41"s, "does not fit Single"},
       {"Cards", "\x0E\x01\x04Rank\x06\x01x\x00\x00"s, "expected an integer, found vaString"},
   };
   for (const auto& row : rows) {
@@ -215,6 +219,31 @@ TEST(Filer, AnIgnoredErrorCostsOneValue) {
     TReader strict(strictStream);
     EXPECT_THROW(strict.ReadRootComponent(&deck), EReadError);
   }
+}
+
+// Children and a reference of a class that the property does not hold.
+TEST(Filer, AnIgnoredComponentLeavesNothingBehind) {
+  RegisterClass(TDeck::ClassInfo());
+  RegisterClass(TComponent::ClassInfo());
+  const std::string children = "\x05TDeck\x01X\0\0\x05TDeck\x01x\0\0\x0ATComponent\x01P\0\0\0"s;
+  TMemoryStream stream(
+      "TPF0\x05TDeck\x01"
+      "D\x04Next\x07\x01P\0"s +
+      children);
+  TLenientReader reader(stream);
+  TDeck deck;
+  TDeck next;
+  deck.Next = &next;
+  reader.ReadRootComponent(&deck);
+  EXPECT_EQ(deck.Components().size(), 2u);
+  EXPECT_EQ(deck.Next, &next);
+  ASSERT_EQ(reader.Errors.size(), 2u);
+  EXPECT_TRUE(reader.Errors[0].starts_with("Error reading a component at offset 31: "))
+      << reader.Errors[0];
+  EXPECT_NE(reader.Errors[1].find("holds a TDeck, not a TComponent"), std::string::npos)
+      << reader.Errors[1];
+  UnRegisterClass(TComponent::ClassInfo());
+  UnRegisterClass(TDeck::ClassInfo());
 }
 
 TEST(Filer, TruncationAtAnyByteIsAReadError) {
