@@ -37,12 +37,14 @@ if(WRENFOLD_FUZZ)
   target_compile_options(wrenfold-settings INTERFACE
                          "-fsanitize-coverage-ignorelist=${CMAKE_SOURCE_DIR}/tests/fuzz/ignored.txt")
 endif()
+# Inlined, a library's branches would count as ours, and ours again at each place.
 if(WRENFOLD_FUZZ STREQUAL "explore")
-  target_compile_options(wrenfold-settings INTERFACE -fsanitize-coverage=inline-8bit-counters)
+  target_compile_options(wrenfold-settings INTERFACE -fsanitize-coverage=inline-8bit-counters
+                         -fno-inline)
 elseif(WRENFOLD_FUZZ)
-  # Inlined, a library's branches would count as ours, and ours again at each place. The check of
-  # dynamic types keeps a cache by addresses: its branches would look like paths, and new ones in each
-  # process; the tests of the debug build have that check. How deep the stack is differs as well.
+  # The check of dynamic types keeps a cache by addresses: its branches would look like paths, and new
+  # ones in each process; the tests of the debug build have that check. How deep the stack is differs
+  # as well.
   target_compile_options(wrenfold-settings INTERFACE -fsanitize=fuzzer-no-link -fno-inline
                          -fno-sanitize=vptr -fno-sanitize-coverage=stack-depth)
 endif()
