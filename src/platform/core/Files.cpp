@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -35,27 +36,43 @@ std::string DirectoryOf(const std::string& fileName) {
   return slash == 0 ? "/" : fileName.substr(0, slash);
 }
 
+[[noreturn]] void FailWrite(const std::string& fileName, const char* step, int error) {
+  throw EFCreateError(
+      fmt::format("Cannot write {}: {} failed: {}", fileName, step, std::strerror(error)));
+}
+
 // The file that a chain of links leads to, whether it is there yet or not, so that replacing it
 // keeps the links.
 std::string LinkTarget(const std::string& fileName) {
   constexpr int maxLinks = 40;  // as the system has it
   std::filesystem::path target(fileName);
   std::error_code error;
-  for (int link = 0; link < maxLinks; ++link) {
+  for (int link = 0; link <= maxLinks; ++link) {
     const auto next = std::filesystem::read_symlink(target, error);
-    if (error) break;
+    if (error) return target.string();
     target = target.parent_path() / next;
   }
-  return target.string();
+  FailWrite(fileName, "following its links", ELOOP);
 }
 
-unsigned PermissionsOf(const std::string& fileName) {
-  struct stat status {};
-  if (::stat(fileName.c_str(), &status) == 0) return status.st_mode & 07777;
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
-  return 0666 & ~mask;
-}
+// While it lives, signals that end the process wait, so that none leaves a temporary file behind.
+// A process without threads ends right behind it.
+class TSignalsWait {
+ public:
+  TSignalsWait() {
+    sigset_t signals;
+    ::sigemptyset(&signals);
+    for (const int signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXFSZ})
+      ::sigaddset(&signals, signal);
+    ::pthread_sigmask(SIG_BLOCK, &signals, &FBefore);
+  }
+  ~TSignalsWait() { ::pthread_sigmask(SIG_SETMASK, &FBefore, nullptr); }
+  TSignalsWait(const TSignalsWait&) = delete;
+  TSignalsWait& operator=(const TSignalsWait&) = delete;
+
+ private:
+  sigset_t FBefore{};
+};
 
 // One replacement under way. Until it is done, the temporary file goes with it.
 class TReplacement {
@@ -86,19 +103,23 @@ class TReplacement {
 
  private:
   void Create() {
-    const unsigned permissions = PermissionsOf(FTarget);
+    struct stat old {};
+    const bool replaces = ::stat(FTarget.c_str(), &old) == 0;
+    // A name of its own: together with that of the file it might be too long.
+    const std::string folder = FTarget.substr(0, FTarget.rfind('/') + 1);
     int error = EEXIST;
     for (int attempt = 0; error == EEXIST && attempt < 100; ++attempt) {
-      const std::string name = fmt::format("{}.{}-{}.tmp", FTarget, ::getpid(), attempt);
-      error = FileSystem().CreateNew(name, permissions, FHandle);
+      const std::string name = fmt::format("{}.wrenfold-{}-{}.tmp", folder, ::getpid(), attempt);
+      error = FileSystem().CreateNew(name, replaces ? 0600 : 0666, FHandle);
       if (error == 0) FTemporary = name;
     }
     Check(error, "creating a temporary file beside it");
+    if (!replaces) return;
+    Check(FileSystem().SetAccess(FHandle, old.st_mode & 07777, old.st_uid, old.st_gid),
+          "setting the permissions of the temporary file");
   }
   void Check(int error, const char* step) const {
-    if (error == 0) return;
-    throw EFCreateError(
-        fmt::format("Cannot write {}: {} failed: {}", FShown, step, std::strerror(error)));
+    if (error != 0) FailWrite(FShown, step, error);
   }
 
   std::string FShown;
@@ -110,13 +131,18 @@ class TReplacement {
 }  // namespace
 
 int TFileSystem::CreateNew(const std::string& fileName, unsigned permissions, int& handle) {
-  handle = ::open(fileName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-  if (handle < 0) return errno;
-  const int error = Outcome(::fchmod(handle, permissions));
-  if (error == 0) return 0;
-  ::close(std::exchange(handle, -1));
-  ::unlink(fileName.c_str());
-  return error;
+  handle = ::open(fileName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, permissions);
+  return Outcome(handle);
+}
+
+int TFileSystem::SetAccess(int handle, unsigned permissions, unsigned owner, unsigned group) {
+  constexpr auto unchanged = static_cast<uid_t>(-1);
+  const bool sameOwner = ::fchown(handle, owner, group) == 0;
+  // Only the administrator gives files away; the group may still be one of ours.
+  const bool sameGroup = sameOwner || ::fchown(handle, unchanged, group) == 0;
+  if (!sameOwner) permissions &= ~unsigned{S_ISUID};
+  if (!sameGroup) permissions &= ~unsigned{S_ISGID};
+  return Outcome(::fchmod(handle, permissions));
 }
 
 int TFileSystem::Write(int handle, std::string_view bytes, std::size_t& written) {
@@ -159,6 +185,7 @@ TFileSystem* SetFileSystem(TFileSystem* fileSystem) {
 }
 
 void SafeWriteFile(const std::string& fileName, std::string_view bytes) {
+  const TSignalsWait wait;
   TReplacement(fileName).Run(bytes);
 }
 

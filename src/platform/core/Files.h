@@ -14,8 +14,12 @@ namespace wrenfold {
 class TFileSystem {
  public:
   virtual ~TFileSystem() = default;
-  // Creates a new file that nobody else has open; the handle is for the calls below.
+  // Creates a new file that nobody else has open; the handle is for the calls below. The process's
+  // mask takes from the permissions.
   virtual int CreateNew(const std::string& fileName, unsigned permissions, int& handle);
+  // Owner and group as far as the process may give them, then the permissions, without the set-id
+  // bits of an owner or a group that it may not.
+  virtual int SetAccess(int handle, unsigned permissions, unsigned owner, unsigned group);
   virtual int Write(int handle, std::string_view bytes, std::size_t& written);
   virtual int Sync(int handle);
   virtual int Close(int handle);
@@ -29,8 +33,9 @@ TFileSystem& FileSystem();
 TFileSystem* SetFileSystem(TFileSystem* fileSystem);
 
 // Replaces the file by these bytes: a temporary file in the same directory is written, synced and
-// renamed over it, links are followed and permissions kept. When a step fails the old file is as it
-// was, the temporary one is removed and EFCreateError names the file, the step and the reason.
+// renamed over it, links are followed, permissions and owner kept. When a step fails the old file
+// is as it was, the temporary one is removed and EFCreateError names the file, the step and the
+// reason. A signal that ends the process waits until either is done.
 void SafeWriteFile(const std::string& fileName, std::string_view bytes);
 
 // All bytes of a file; EFOpenError names the file and the reason, also for a directory.

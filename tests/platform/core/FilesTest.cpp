@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <filesystem>
 
@@ -56,7 +57,7 @@ class FilesTest : public testing::Test {
     ::chmod(FDirectory.c_str(), 0755);
   }
   ~FilesTest() override { fs::remove_all(FDirectory); }
-  std::string Path(const char* name) const { return (FDirectory / name).string(); }
+  std::string Path(const std::string& name) const { return (FDirectory / name).string(); }
   std::ptrdiff_t Entries() const {
     return std::distance(fs::directory_iterator(FDirectory), fs::directory_iterator());
   }
@@ -101,7 +102,7 @@ TEST_F(FilesTest, WrittenFileStandsThoughItsDirectoryDoesNotSync) {
 }
 
 TEST_F(FilesTest, TemporaryFileOfSomebodyElseIsNotTaken) {
-  const std::string taken = Path("file") + '.' + std::to_string(::getpid()) + "-0.tmp";
+  const std::string taken = Path(".wrenfold-") + std::to_string(::getpid()) + "-0.tmp";
   AppendToFile(taken, "not ours");
   SafeWriteFile(Path("file"), "ours");
   EXPECT_EQ(ReadWholeFile(taken), "not ours");
@@ -124,6 +125,47 @@ TEST_F(FilesTest, ReadOnlyDirectoryIsAnErrorInWords) {
   EXPECT_EQ(message, "Cannot write " + Path("file") +
                          ": creating a temporary file beside it failed: Permission denied");
   EXPECT_EQ(ReadWholeFile(Path("file")), "old");
+}
+
+TEST_F(FilesTest, SignalWaitsUntilNoTemporaryFileIsLeft) {
+  class TSignalling : public TFileSystem {
+    int Sync(int handle) override {
+      std::raise(SIGTERM);
+      return TFileSystem::Sync(handle);
+    }
+  } signalling;
+  const auto write = [&] {
+    SetFileSystem(&signalling);
+    SafeWriteFile(Path("file"), "whole");
+  };
+  EXPECT_EXIT(write(), testing::KilledBySignal(SIGTERM), "");
+  EXPECT_EQ(ReadWholeFile(Path("file")), "whole");
+  EXPECT_EQ(Entries(), 1);
+}
+
+TEST_F(FilesTest, LinkToItselfIsAnErrorAndStays) {
+  fs::create_symlink("self", Path("self"));
+  EXPECT_THROW(SafeWriteFile(Path("self"), "new"), EFCreateError);
+  EXPECT_TRUE(fs::is_symlink(Path("self")));
+}
+
+TEST_F(FilesTest, LongestNameIsReplaced) {
+  const std::string name = Path(std::string(255, 'n'));
+  SafeWriteFile(name, "new");
+  EXPECT_EQ(ReadWholeFile(name), "new");
+}
+
+TEST_F(FilesTest, OwnerAndSetIdBitsStay) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only the administrator gives files away";
+  AppendToFile(Path("file"), "old");
+  ASSERT_EQ(::chown(Path("file").c_str(), 65534, 65533), 0);
+  ASSERT_EQ(::chmod(Path("file").c_str(), 06750), 0);
+  SafeWriteFile(Path("file"), "new");
+  struct stat status {};
+  ASSERT_EQ(::stat(Path("file").c_str(), &status), 0);
+  EXPECT_EQ(status.st_uid, 65534u);
+  EXPECT_EQ(status.st_gid, 65533u);
+  EXPECT_EQ(status.st_mode & 07777, 06750u);
 }
 
 TEST_F(FilesTest, LinksAndPermissionsStay) {
