@@ -19,14 +19,6 @@ struct TDifference {
   std::string Rendered;
 };
 
-std::size_t CommonPrefix(std::string_view left, std::string_view right) {
-  const std::size_t size = std::min(left.size(), right.size());
-  return static_cast<std::size_t>(
-      std::mismatch(left.begin(), left.begin() + static_cast<std::ptrdiff_t>(size), right.begin())
-          .first -
-      left.begin());
-}
-
 // The line that holds `position`, without its end.
 std::string LineAt(std::string_view text, std::size_t position) {
   const std::size_t start = position == 0 ? 0 : text.rfind('\n', position - 1) + 1;
@@ -139,7 +131,7 @@ int RunCheck(const std::vector<std::string>& names, TOutput& output) {
     try {
       if (CheckFile(files[i], output)) ++identical;
     } catch (const Exception& error) {
-      output.Error(files[i] + ": " + error.what());
+      output.Error(NamedTrouble(files[i], error));
       ++unreadable;
     }
   }

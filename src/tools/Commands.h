@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/Excerpt.h"
 #include "tools/StoredFile.h"
 
 namespace wrenfold {
@@ -11,22 +12,38 @@ namespace wrenfold {
 // The program's exit codes.
 enum TExitCode { ecFine = 0, ecFindings = 1, ecTrouble = 2 };
 
-// Where a command's lines go; tests collect them.
+// Where a command's lines go; tests collect them. What files hold may stand in them: control codes
+// are shown as #n.
 class TOutput {
  public:
   virtual ~TOutput() = default;
-  virtual void Line(const std::string& text) = 0;   // a result
-  virtual void Error(const std::string& text) = 0;  // trouble with an input
+  // A result.
+  void Line(const std::string& text) { PutLine(Printable(text)); }
+  // Trouble with an input.
+  void Error(const std::string& text) { PutError(Printable(text)); }
   // Step `done` of `total` of a long job; drawn on a terminal only.
-  virtual void Progress(std::size_t done, std::size_t total, const std::string& what) = 0;
+  void Progress(std::size_t done, std::size_t total, const std::string& what) {
+    PutProgress(done, total, Printable(what));
+  }
+
+ private:
+  virtual void PutLine(const std::string& text) = 0;
+  virtual void PutError(const std::string& text) = 0;
+  virtual void PutProgress(std::size_t done, std::size_t total, const std::string& what) = 0;
 };
 
 // The bytes of a file; "-" is standard input.
 std::string ReadInput(const std::string& name);
-// Replaces a file safely; "-" is standard output.
+// Replaces a file safely. "-" is standard output; into that, devices, pipes and names of open
+// descriptors (/dev/stdout, /dev/fd/3) the bytes are written as they come.
 void WriteOutput(const std::string& name, std::string_view bytes);
-// Folders become the form and specification files in them, at any depth, in order of name.
+// Raises EFCreateError when the file cannot be replaced: standard input, a descriptor, a device.
+void RequireReplaceable(const std::string& name);
+// Folders become the form and specification files in them, at any depth, in order of name. A folder
+// that cannot be listed stands in the list itself: reading it fails in its turn.
 std::vector<std::string> ListFiles(const std::vector<std::string>& names);
+// The message of an error with the name of the file in front, unless it names it already.
+std::string NamedTrouble(const std::string& name, const Exception& error);
 
 int RunInfo(const std::vector<std::string>& names, TOutput& output);
 int RunCheck(const std::vector<std::string>& names, TOutput& output);
@@ -34,8 +51,11 @@ int RunDiff(const std::string& left, const std::string& right, TOutput& output);
 
 struct TConversion {
   TStoredForm Form = TStoredForm::Text;
-  const TFormTextStyle* Style = &DefaultFormTextStyle();
+  // Null when none was asked for: that is the default style, and what is in the form already keeps
+  // its bytes, since another style may have more digits.
+  const TFormTextStyle* Style = nullptr;
 };
+// Text that is text already gets its line ends as CR LF in any case.
 int RunConvert(const std::string& from, const std::string& to, const TConversion& conversion,
                TOutput& output);
 // Converts files where they are; a file whose bytes would not change is not touched.

@@ -6,13 +6,31 @@
 namespace wrenfold {
 namespace {
 
-// True when the conversion changes the bytes; text that differs in its line ends only is unchanged.
-bool Convert(std::string_view bytes, const TConversion& conversion, TByteWriter& converted) {
-  const TStoredFile file = ParseStoredFile(bytes, *conversion.Style);
-  RenderStoredFile(file, conversion.Form, *conversion.Style, converted);
-  if (converted.View() == bytes) return false;
-  const bool textToText = file.Form == TStoredForm::Text && conversion.Form == TStoredForm::Text;
-  return !textToText || WithCrLf(bytes) != converted.View();
+// Reads the bytes even where they stay, so that what cannot be read is told.
+void Convert(std::string_view bytes, const TConversion& conversion, TByteWriter& converted) {
+  const bool hasStyle = conversion.Style != nullptr;
+  const TFormTextStyle& style = hasStyle ? *conversion.Style : DefaultFormTextStyle();
+  const TStoredFile file = ParseStoredFile(bytes, style);
+  if (hasStyle || file.Form != conversion.Form)
+    RenderStoredFile(file, conversion.Form, style, converted);
+  else if (file.Form == TStoredForm::Text) converted.WriteBytes(WithCrLf(bytes));
+  else converted.WriteBytes(bytes);
+}
+
+// Text that differs in its line ends only is unchanged.
+bool IsChanged(std::string_view bytes, TStoredForm form, std::string_view converted) {
+  if (converted == bytes) return false;
+  return form != TStoredForm::Text || WithCrLf(bytes) != converted;
+}
+
+bool ReplaceConverted(const std::string& name, const TConversion& conversion) {
+  RequireReplaceable(name);
+  const std::string bytes = ReadInput(name);
+  TByteWriter converted;
+  Convert(bytes, conversion, converted);
+  if (!IsChanged(bytes, conversion.Form, converted.View())) return false;
+  WriteOutput(name, converted.View());
+  return true;
 }
 
 }  // namespace
@@ -21,11 +39,10 @@ int RunConvert(const std::string& from, const std::string& to, const TConversion
                TOutput& output) {
   try {
     TByteWriter converted;
-    const std::string bytes = ReadInput(from);
     try {
-      Convert(bytes, conversion, converted);
+      Convert(ReadInput(from), conversion, converted);
     } catch (const Exception& error) {
-      throw EReadError(from + ": " + error.what());
+      throw EReadError(NamedTrouble(from, error));
     }
     WriteOutput(to, converted.View());
     return ecFine;
@@ -40,16 +57,12 @@ int RunConvertInPlace(const std::vector<std::string>& names, const TConversion& 
   const std::vector<std::string> files = ListFiles(names);
   std::size_t changed = 0;
   std::size_t failed = 0;
-  TByteWriter converted;
   for (std::size_t i = 0; i < files.size(); ++i) {
     output.Progress(i, files.size(), files[i]);
     try {
-      converted.Clear();
-      if (!Convert(ReadInput(files[i]), conversion, converted)) continue;
-      WriteOutput(files[i], converted.View());
-      ++changed;
+      if (ReplaceConverted(files[i], conversion)) ++changed;
     } catch (const Exception& error) {
-      output.Error(files[i] + ": " + error.what());
+      output.Error(NamedTrouble(files[i], error));
       ++failed;
     }
   }

@@ -1,8 +1,13 @@
 // wrenfold-spc: convert, inspect and check stored objects and form files.
+#include <fcntl.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 
 #include "tools/Commands.h"
 
@@ -12,30 +17,47 @@ namespace {
 constexpr std::size_t BarWidth = 30;
 constexpr std::size_t MaxShownName = 40;
 
+// Of the terminal that progress is drawn on.
+std::size_t Columns() {
+  constexpr std::size_t usual = 80;
+  winsize size{};
+  const bool known = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col != 0;
+  return known ? size.ws_col : usual;
+}
+
+// The end of a name in at most `size` bytes, whole characters of UTF-8.
+std::string_view NameEnd(std::string_view name, std::size_t size) {
+  if (name.size() > size) name.remove_prefix(name.size() - size);
+  while (!name.empty() && (name[0] & 0xC0) == 0x80) name.remove_prefix(1);
+  return name;
+}
+
 class TTerminal : public TOutput {
- public:
-  void Line(const std::string& text) override {
+ private:
+  void PutLine(const std::string& text) override {
     HideBar();
     std::printf("%s\n", text.c_str());
   }
-  void Error(const std::string& text) override {
+  void PutError(const std::string& text) override {
     HideBar();
     std::fflush(stdout);
     std::fprintf(stderr, "wrenfold-spc: %s\n", text.c_str());
   }
-  void Progress(std::size_t done, std::size_t total, const std::string& what) override {
+  void PutProgress(std::size_t done, std::size_t total, const std::string& what) override {
     if (!FIsTerminal || total < 2) return;
     if (done == total) return HideBar();
     const std::size_t filled = BarWidth * done / total;
-    const std::string bar = std::string(filled, '#') + std::string(BarWidth - filled, '.');
-    const std::string name =
-        what.size() > MaxShownName ? what.substr(what.size() - MaxShownName) : what;
+    std::string line = "[" + std::string(filled, '#') + std::string(BarWidth - filled, '.') + "] " +
+                       std::to_string(done) + "/" + std::to_string(total) + " ";
+    // A line that wraps could not be wiped.
+    const std::size_t room = Columns() - 1;
+    line.resize(std::min(line.size(), room));
+    line += NameEnd(what, std::min(MaxShownName, room - line.size()));
     std::fflush(stdout);
-    std::fprintf(stderr, "\r\033[K[%s] %zu/%zu %s", bar.c_str(), done, total, name.c_str());
+    std::fprintf(stderr, "\r\033[K%s", line.c_str());
     FBarShown = true;
   }
 
- private:
   void HideBar() {
     if (!FBarShown) return;
     std::fprintf(stderr, "\r\033[K");
@@ -49,7 +71,7 @@ class TTerminal : public TOutput {
 struct TArguments {
   std::vector<std::string> Files;
   std::string Form;
-  std::string Style{DefaultFormTextStyle().Name};
+  std::string Style;
   bool InPlace = false;
 };
 
@@ -117,12 +139,27 @@ int Run(int argc, char** argv) {
   return RunDiff(arguments.Files[0], arguments.Files[1], terminal);
 }
 
+// The number of a closed standard stream would go to the next file that is opened. What takes its
+// place refuses what the stream is for, so that using it stays an error.
+void HoldStandardStreams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+    if (fcntl(stream, F_GETFD) < 0) open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+}
+
+// The exit code, after all that was printed arrived.
+int Finish(int code) {
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return code;
+  std::fprintf(stderr, "wrenfold-spc: Cannot write standard output: %s\n", std::strerror(errno));
+  return ecTrouble;
+}
+
 }  // namespace
 }  // namespace wrenfold
 
 int main(int argc, char** argv) {
+  wrenfold::HoldStandardStreams();
   try {
-    return wrenfold::Run(argc, argv);
+    return wrenfold::Finish(wrenfold::Run(argc, argv));
   } catch (const std::exception& error) {
     std::fprintf(stderr, "wrenfold-spc: %s\n", error.what());
     return wrenfold::ecTrouble;

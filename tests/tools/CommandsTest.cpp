@@ -1,6 +1,10 @@
 // The commands of wrenfold-spc over files in a folder of their own.
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -20,12 +24,13 @@ namespace fs = std::filesystem;
 
 class TCollected : public TOutput {
  public:
-  void Line(const std::string& text) override { Lines.push_back(text); }
-  void Error(const std::string& text) override { Errors.push_back(text); }
-  void Progress(std::size_t, std::size_t, const std::string&) override {}
-
   std::vector<std::string> Lines;
   std::vector<std::string> Errors;
+
+ private:
+  void PutLine(const std::string& text) override { Lines.push_back(text); }
+  void PutError(const std::string& text) override { Errors.push_back(text); }
+  void PutProgress(std::size_t, std::size_t, const std::string&) override {}
 };
 
 class CommandsTest : public testing::Test {
@@ -52,6 +57,7 @@ const std::string Form =
     "object A: TForm1\r\n  Left = 8\r\n  object B: TButton\r\n  end\r\nend\r\n";
 const std::string FormBinary =
     "TPF0\x06TForm1\x01"s + "A\x04Left\x02\x08\0\x07TButton\x01"s + "B\0\0\0"s;
+const std::string FixedFloat = "object A: T\r\n  F = 0.333333333333333300\r\nend\r\n";
 const std::string ResourceHeader = "\xFF\x0A\0TFORM1\0\x30\x10\x22\0\0\0"s;
 const std::string Wrapped = "TPF0\x08TWrapper\x00\x03I.N\x02\x01\0\0"s;
 const std::string WrappedText = "object TWrapper\r\n  I.N = 1\r\nend\r\n";
@@ -62,6 +68,7 @@ struct TConvertCase {
   std::string Bytes;
   TStoredForm Form;
   std::string Converted;
+  const char* Style = "";  // none
 };
 
 class ConvertTest : public CommandsTest, public testing::WithParamInterface<TConvertCase> {};
@@ -69,7 +76,8 @@ class ConvertTest : public CommandsTest, public testing::WithParamInterface<TCon
 TEST_P(ConvertTest, WritesTheOtherForm) {
   const std::string from = Write("from.dfm", GetParam().Bytes);
   const std::string to = (Folder / "to").string();
-  EXPECT_EQ(RunConvert(from, to, {.Form = GetParam().Form}, Output), ecFine);
+  const TConversion conversion = {GetParam().Form, FindFormTextStyle(GetParam().Style)};
+  EXPECT_EQ(RunConvert(from, to, conversion, Output), ecFine);
   EXPECT_THAT(Output.Errors, ElementsAre());
   EXPECT_EQ(ReadWholeFile(to), GetParam().Converted);
 }
@@ -89,6 +97,7 @@ INSTANTIATE_TEST_SUITE_P(
                      "sys_txt 1 2x\r\n------------\r\n" + Label + WrappedText},
         TConvertCase{"HeaderToBinary", "sys_txt\r\n-------\r\nany label\r\n" + WrappedText,
                      TStoredForm::Binary, "sys_bin\0\0"s + Wrapped},
+        TConvertCase{"TextKeepsDigitsOfOtherStyles", FixedFloat, TStoredForm::Text, FixedFloat},
         TConvertCase{"LabelWithoutHeader", Label + WrappedText, TStoredForm::Binary, Wrapped}),
     [](const auto& row) { return row.param.Name; });
 
@@ -104,6 +113,53 @@ TEST_F(CommandsTest, ConvertInPlaceLeavesUnchangedFilesUntouched) {
   for (const std::string& name : {unixText, text, other})
     EXPECT_EQ(fs::last_write_time(name), old) << name;
   EXPECT_EQ(ReadWholeFile(binary), Form);
+}
+
+TEST_F(CommandsTest, ConvertInPlaceLeavesWhatIsInTheFormAlready) {
+  const std::string name = Write("fixed.dfm", FixedFloat);
+  EXPECT_EQ(RunConvertInPlace({name}, {}, Output), ecFine);
+  EXPECT_EQ(ReadWholeFile(name), FixedFloat);
+  EXPECT_EQ(RunConvertInPlace({name}, {.Style = FindFormTextStyle("plain")}, Output), ecFine);
+  EXPECT_THAT(Output.Lines, ElementsAre(HasSubstr("1 unchanged"), HasSubstr("1 changed")));
+}
+
+TEST_F(CommandsTest, OutputGoesIntoPipesAndDescriptorsInsteadOfReplacingThem) {
+  const std::string from = Write("from.dfm", FormBinary);
+  const std::string pipe = (Folder / "pipe").string();
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  const int reader = open(pipe.c_str(), O_RDWR | O_NONBLOCK);
+  EXPECT_EQ(RunConvert(from, pipe, {}, Output), ecFine);
+  std::string read(Form.size() + 1, '\0');
+  EXPECT_EQ(::read(reader, read.data(), read.size()), static_cast<ssize_t>(Form.size()));
+  close(reader);
+  const std::string log = Write("log", "before ");
+  const int writer = open(log.c_str(), O_WRONLY | O_APPEND);
+  EXPECT_EQ(RunConvert(from, "/dev/fd/" + std::to_string(writer), {}, Output), ecFine);
+  close(writer);
+  EXPECT_EQ(ReadWholeFile(log), "before " + Form);
+  EXPECT_THAT(Output.Errors, ElementsAre());
+
+  EXPECT_EQ(RunConvert(from, Folder.string(), {}, Output), ecTrouble);
+  EXPECT_EQ(RunConvertInPlace({pipe, "-"}, {}, Output), ecTrouble);
+  EXPECT_THAT(Output.Errors, ElementsAre(HasSubstr("Is a directory"), HasSubstr("no regular file"),
+                                         HasSubstr("cannot be replaced")));
+  EXPECT_TRUE(fs::is_fifo(pipe));
+}
+
+TEST_F(CommandsTest, FolderThatCannotBeReadIsOneFailureAmongTheOthers) {
+  const std::string good = Write("a/good.lfm", Form);
+  Write("b/hidden.dfm", Form);
+  fs::permissions(Folder, fs::perms(0755));
+  fs::permissions(Folder / "b", fs::perms::none);
+  const bool root = geteuid() == 0;  // reads everything: become somebody else
+  ASSERT_EQ(root ? seteuid(65534) : 0, 0);
+  EXPECT_EQ(RunCheck({Folder.string()}, Output), ecTrouble);
+  ASSERT_EQ(root ? seteuid(0) : 0, 0);
+  fs::permissions(Folder / "b", fs::perms(0755));
+  EXPECT_THAT(Output.Errors,
+              ElementsAre("Cannot open file " + (Folder / "b").string() + ": Permission denied"));
+  EXPECT_THAT(Output.Lines,
+              ElementsAre(HasSubstr(good), HasSubstr("checked 2 files: 1 identical")));
 }
 
 TEST_F(CommandsTest, ConvertOfABadFileNamesThePlaceAndLeavesEveryFileAsItWas) {
@@ -224,8 +280,9 @@ TEST(FlattenObject, DeepNestingIsRefused) {
 
 // The program itself.
 
-int ExitCodeOf(const std::string& arguments) {
-  const std::string command = WRENFOLD_BIN_DIR "/wrenfold-spc " + arguments + " >/dev/null 2>&1";
+int ExitCodeOf(const std::string& arguments, const std::string& output = ">/dev/null") {
+  const std::string command =
+      WRENFOLD_BIN_DIR "/wrenfold-spc " + arguments + " " + output + " 2>/dev/null";
   return WEXITSTATUS(std::system(command.c_str()));
 }
 
@@ -243,6 +300,9 @@ TEST(Program, ExitCodesTellUsageFromFindings) {
                                               {"diff " + two, ecFindings},
                                               {"info - < " + samples + "/dates.dfm", ecFine}};
   for (const auto& [arguments, code] : rows) EXPECT_EQ(ExitCodeOf(arguments), code) << arguments;
+  for (const char* command : {"--help", "check", "info"})
+    for (const char* output : {">/dev/full", ">&-"})
+      EXPECT_EQ(ExitCodeOf(command + (" " + samples), output), ecTrouble) << command << output;
 }
 
 }  // namespace
