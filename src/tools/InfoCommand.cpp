@@ -1,6 +1,8 @@
 // wrenfold-spc info: what a file is and holds.
 #include <fmt/format.h>
 
+#include <array>
+
 #include "tools/Commands.h"
 #include "tools/StoredWalk.h"
 
@@ -9,44 +11,59 @@ namespace {
 
 constexpr std::string_view WrapperClass = "TWrapper";
 
-bool IsSpecification(const TStoredFile& file, const std::vector<TFlatObject>& roots) {
+using TTagCounts = std::array<std::size_t, MaxValueType + 1>;
+
+TStoredPart RootPart(std::string_view stream) {
+  TByteReader reader(stream);
+  reader.ReadSignature();
+  return ReadStoredPart(reader, TPartKind::Component);
+}
+
+bool IsSpecification(const TStoredFile& file) {
   if (file.Header.Present || file.Form == TStoredForm::Extended) return true;
-  for (std::size_t i = 0; i < roots.size(); ++i)
-    if (!file.Roots[i].Label.empty() || roots[i].Components.front().Value == WrapperClass)
-      return true;
+  for (const TStoredRoot& root : file.Roots)
+    if (!root.Label.empty() || MeaningOf(RootPart(file.Stream(root))) == WrapperClass) return true;
   return false;
 }
 
-void AddTags(const TFlatObject& object, std::array<std::size_t, MaxValueType + 1>& counts) {
-  for (std::size_t tag = 0; tag < counts.size(); ++tag) counts[tag] += object.TagCounts[tag];
+struct TCounts {
+  std::size_t Components = 0;
+  std::size_t Properties = 0;
+};
+
+// Adds the tags of a root's values to `tags`.
+TCounts CountParts(const TStoredFile& file, const TStoredRoot& root, TTagCounts& tags) {
+  TCounts counts;
+  const auto count = [&](const TStoredPart& part, std::size_t, std::size_t) {
+    if (part.Kind == TPartKind::Component) ++counts.Components;
+    if (part.Kind == TPartKind::Property) ++counts.Properties;
+    if (!part.Value.empty()) ++tags[static_cast<std::size_t>(part.Type)];
+  };
+  if (file.Form == TStoredForm::Extended) WalkPropertyLists(file.Stream(root), count);
+  else WalkParts(file.Stream(root), count);
+  return counts;
 }
 
-void PrintRoot(const TFlatObject& root, TOutput& output) {
-  if (root.Components.empty()) {
-    output.Line(
-        fmt::format("  property lists without class names: {} properties", root.PropertyCount));
-    return;
-  }
-  const TFlatValue& first = root.Components.front();
-  output.Line(fmt::format("  {}: {}, {} components, {} properties", first.Path, first.Value,
-                          root.Components.size(), root.PropertyCount));
+std::string RootLine(const TStoredFile& file, const TStoredRoot& root, const TCounts& counts) {
+  if (file.Form == TStoredForm::Extended)
+    return fmt::format("  property lists without class names: {} properties", counts.Properties);
+  const TStoredPart part = RootPart(file.Stream(root));
+  return fmt::format("  {}: {}, {} components, {} properties",
+                     part.Name.empty() ? part.ClassName : part.Name, MeaningOf(part),
+                     counts.Components, counts.Properties);
 }
 
 void PrintInfo(const std::string& name, const TStoredFile& file, TOutput& output) {
-  std::vector<TFlatObject> roots;
-  std::array<std::size_t, MaxValueType + 1> tags{};
-  for (const TStoredRoot& root : file.Roots) {
-    const std::string_view stream = file.Stream(root);
-    roots.push_back(file.Form == TStoredForm::Extended ? CountProperties(stream)
-                                                       : FlattenObject(stream, false));
-    AddTags(roots.back(), tags);
-  }
-  output.Line(fmt::format("{}: {}, {}", name,
-                          IsSpecification(file, roots) ? "specification" : "form",
+  // All roots are counted, and found readable, before anything is said.
+  TTagCounts tags{};
+  std::vector<TCounts> counts;
+  for (const TStoredRoot& root : file.Roots) counts.push_back(CountParts(file, root, tags));
+  output.Line(fmt::format("{}: {}, {}", name, IsSpecification(file) ? "specification" : "form",
                           StoredFormName(file.Form)));
   if (file.Header.Present)
     output.Line(fmt::format("  data header, description \"{}\"", file.Header.Description));
-  for (const TFlatObject& root : roots) PrintRoot(root, output);
+  for (std::size_t i = 0; i < counts.size(); ++i)
+    output.Line(RootLine(file, file.Roots[i], counts[i]));
   std::string used;
   for (std::size_t tag = 0; tag < tags.size(); ++tag)
     if (tags[tag] != 0)
@@ -62,7 +79,7 @@ int RunInfo(const std::vector<std::string>& names, TOutput& output) {
     try {
       PrintInfo(name, ParseStoredFile(ReadInput(name)), output);
     } catch (const Exception& error) {
-      output.Error(name + ": " + error.what());
+      output.Error(NamedTrouble(name, error));
       result = ecTrouble;
     }
   }
