@@ -10,31 +10,60 @@
 namespace wrenfold {
 namespace {
 
-constexpr std::size_t MaxShownLine = 200;
-
 struct TDifference {
   std::size_t Common = 0;  // equal bytes in front of it
-  std::size_t Line = 0;    // 0: both sides give the same text, but the bytes differ
-  std::string Original;
+  std::string Place;       // "line 3" or "offset 20", and what differs where no lines can show it
+  std::string Original;    // the lines there; both empty when they would look the same
   std::string Rendered;
 };
 
 // The line that holds `position`, without its end.
-std::string LineAt(std::string_view text, std::size_t position) {
+std::string_view LineAt(std::string_view text, std::size_t position) {
   const std::size_t start = position == 0 ? 0 : text.rfind('\n', position - 1) + 1;
   std::string_view line = text.substr(start, text.find('\n', start) - start);
   if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
-  return std::string(line.substr(0, MaxShownLine));
+  return line;
+}
+
+std::string_view WithoutEndBlanks(std::string_view line) {
+  return line.substr(0, line.find_last_not_of(' ') + 1);
+}
+
+// What lines do not show, or nothing.
+std::string_view Unseen(std::string_view original, std::string_view rendered, std::size_t common) {
+  const bool hasMark = original.starts_with(ByteOrderMark);
+  if (hasMark != rendered.starts_with(ByteOrderMark))
+    return hasMark ? ": a byte order mark that no name needs" : ": names need a byte order mark";
+  if (common == original.size()) return ": the file ends without a line end";
+  if (common == rendered.size()) return ": blanks or blank lines behind the end";
+  return WithoutEndBlanks(LineAt(original, common)) == WithoutEndBlanks(LineAt(rendered, common))
+             ? ": blanks at the end of the line"
+             : "";
 }
 
 TDifference FindDifference(std::string_view original, std::string_view rendered) {
   TDifference difference;
   difference.Common = CommonPrefix(original, rendered);
   const std::string_view before = original.substr(0, difference.Common);
-  difference.Line = static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n')) + 1;
-  difference.Original = LineAt(original, difference.Common);
-  difference.Rendered = LineAt(rendered, difference.Common);
+  const std::string_view unseen = Unseen(original, rendered, difference.Common);
+  difference.Place =
+      fmt::format("line {}{}", std::count(before.begin(), before.end(), '\n') + 1, unseen);
+  if (!unseen.empty()) return difference;
+  const std::string_view originalLine = LineAt(original, difference.Common);
+  const std::string_view renderedLine = LineAt(rendered, difference.Common);
+  const std::size_t start = ExcerptStart(originalLine, renderedLine);
+  difference.Original = Excerpt(originalLine, start);
+  difference.Rendered = Excerpt(renderedLine, start);
   return difference;
+}
+
+// What stands at an offset of a file that gives the same text as its rendering.
+std::string_view BytesAt(const TStoredFile& file, std::size_t offset) {
+  if (offset < file.Header.End) return "the data header differs";
+  for (const TStoredRoot& root : file.Roots)
+    if (offset >= root.FilePosition && offset - root.FilePosition < root.Size)
+      return "another tag for the same text";
+  return "the resource header differs";
 }
 
 // What a file gives through its other form in one style.
@@ -47,13 +76,13 @@ class TRoundTrip {
     FBack.Clear();
     const TStoredFile file = ParseStoredFile(FBytes, style);
     const TStoredForm other = FForm == TStoredForm::Text ? TStoredForm::Binary : TStoredForm::Text;
+    RenderStoredFile(file, other, style, FThere);
+    TStoredFile back = ParseStoredFile(FThere.View(), style);
     if (FForm == TStoredForm::Text) {
-      // The labels of a text form have no place in the binary one.
-      RenderStoredFile(file, FForm, style, FBack);
-    } else {
-      RenderStoredFile(file, other, style, FThere);
-      RenderStoredFile(ParseStoredFile(FThere.View(), style), FForm, style, FBack);
+      // Labels have no place in the binary form.
+      for (std::size_t i = 0; i < file.Roots.size(); ++i) back.Roots[i].Label = file.Roots[i].Label;
     }
+    RenderStoredFile(back, FForm, style, FBack);
     return FBack.View() == FBytes;
   }
 
@@ -63,11 +92,14 @@ class TRoundTrip {
     const TFormTextStyle& exact = *FindFormTextStyle("exact");
     TByteWriter left;
     TByteWriter right;
-    RenderStoredFile(ParseStoredFile(FBytes), TStoredForm::Text, exact, left);
+    const TStoredFile file = ParseStoredFile(FBytes);
+    RenderStoredFile(file, TStoredForm::Text, exact, left);
     RenderStoredFile(ParseStoredFile(FBack.View()), TStoredForm::Text, exact, right);
     if (left.View() != right.View()) return FindDifference(left.View(), right.View());
     TDifference difference;
     difference.Common = CommonPrefix(FBytes, FBack.View());
+    difference.Place =
+        fmt::format("offset {}: {}", difference.Common, BytesAt(file, difference.Common));
     return difference;
   }
 
@@ -109,12 +141,8 @@ bool CheckFile(const std::string& name, TOutput& output) {
         fmt::format("{}: identical, {}, style {}", name, StoredFormName(form), style->Name));
     return true;
   }
-  if (difference->Line == 0) {
-    output.Line(fmt::format("{}: different at offset {}: another tag for the same text", name,
-                            difference->Common));
-    return false;
-  }
-  output.Line(fmt::format("{}: different at line {}", name, difference->Line));
+  output.Line(fmt::format("{}: different at {}", name, difference->Place));
+  if (difference->Original == difference->Rendered) return false;
   output.Line("  file:     " + difference->Original);
   output.Line("  rendered: " + difference->Rendered);
   return false;

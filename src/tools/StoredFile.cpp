@@ -4,10 +4,12 @@
 #include <cstring>
 #include <limits>
 
+#include "platform/core/Unicode.h"
+#include "tools/StoredWalk.h"
+
 namespace wrenfold {
 namespace {
 
-constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view BinaryLabel = "sys_bin";
 constexpr std::string_view TextLabel = "sys_txt";
 constexpr std::string_view StoredLabel = "stored Instance --> ";
@@ -67,9 +69,16 @@ void ParseTextRoots(std::string_view text, std::size_t position, const TFormText
   } while (!AtTextEnd(text, position));
 }
 
-void AddRoot(std::string_view stream, TStoredFile& file) {
-  file.Roots.push_back({{}, file.Streams.Size(), stream.size()});
-  file.Streams.WriteBytes(stream);
+void ParseText(std::string_view bytes, std::size_t position, const TFormTextStyle& style,
+               TStoredFile& file) {
+  if (!style.KeepsBlanks) return ParseTextRoots(bytes, position, style, file);
+  // Blank lines are kept as they will be written.
+  ParseTextRoots(WithCrLf(bytes), WithCrLf(bytes.substr(0, position)).size(), style, file);
+}
+
+void AddRoot(std::string_view bytes, std::size_t start, std::size_t end, TStoredFile& file) {
+  file.Roots.push_back({{}, file.Streams.Size(), end - start, start});
+  file.Streams.WriteBytes(bytes.substr(start, end - start));
 }
 
 // One "TPF0", then property lists without class names; `reader` stands behind the signature.
@@ -84,29 +93,39 @@ bool IsExtended(TByteReader reader) {
   }
 }
 
+// Reads the component at the cursor. False when there are property lists up to the end instead.
+bool SkipRoot(TByteReader& reader, bool mayBeExtended) {
+  reader.ReadSignature();
+  const TByteReader behindSignature = reader;
+  try {
+    reader.SkipComponent();
+    if (!reader.AtEnd() && reader.PeekByte("a stored object") != ResourceMark)
+      TByteReader(reader).ReadSignature();
+    return true;
+  } catch (const EReadError&) {
+    if (!mayBeExtended || !IsExtended(behindSignature)) throw;
+    reader.Seek(reader.Size());
+    return false;
+  }
+}
+
 void ParseBinaryRoots(std::string_view bytes, std::size_t position, TStoredFile& file) {
   TByteReader reader(bytes);
   reader.Seek(position);
   do {
-    if (reader.PeekByte("a stored object") == ResourceMark) {
+    const bool isResource = reader.PeekByte("a stored object") == ResourceMark;
+    std::uint32_t size = 0;
+    if (isResource) {
       std::string_view name;
-      std::uint32_t size = 0;
       reader.ReadResourceHeader(name, size);
       file.Form = TStoredForm::Resource;
     }
     const std::size_t start = reader.Position();
-    reader.ReadSignature();
-    const TByteReader behindSignature = reader;
-    try {
-      reader.SkipComponent();
-      if (!reader.AtEnd() && reader.PeekByte("a stored object") != ResourceMark)
-        TByteReader(reader).ReadSignature();
-    } catch (const EReadError&) {
-      if (!file.Roots.empty() || !IsExtended(behindSignature)) throw;
-      file.Form = TStoredForm::Extended;
-      return AddRoot(bytes.substr(start), file);
-    }
-    AddRoot(bytes.substr(start, reader.Position() - start), file);
+    if (size > reader.Left()) reader.FailAt(start - 4, "a resource size within the data");
+    if (!SkipRoot(reader, file.Roots.empty())) file.Form = TStoredForm::Extended;
+    if (isResource && reader.Position() - start != size)
+      reader.FailAt(start - 4, "the size of the stream that follows");
+    AddRoot(bytes, start, reader.Position(), file);
   } while (!reader.AtEnd());
 }
 
@@ -163,6 +182,31 @@ TRootNames ReadRootNames(std::string_view stream) {
   return names;
 }
 
+bool IsUtf8Name(std::string_view name) {
+  const bool isAscii =
+      std::all_of(name.begin(), name.end(), [](char c) { return (c & 0x80) == 0; });
+  return !isAscii && Utf8FromUtf16(Utf16FromUtf8(name)) == name;
+}
+
+bool HasUtf8Identifier(const TStoredPart& part) {
+  TByteReader reader(part.Value);
+  if (part.Type != TValueType::vaIdent && part.Type != TValueType::vaSet) return false;
+  reader.ReadValueType();
+  while (!reader.AtEnd())
+    if (IsUtf8Name(reader.ReadShortString("an identifier"))) return true;
+  return false;
+}
+
+bool NeedsByteOrderMark(const TStoredFile& file) {
+  bool needed = false;
+  for (const TStoredRoot& root : file.Roots)
+    WalkParts(file.Stream(root), [&](const TStoredPart& part, std::size_t, std::size_t) {
+      needed =
+          needed || IsUtf8Name(part.ClassName) || IsUtf8Name(part.Name) || HasUtf8Identifier(part);
+    });
+  return needed;
+}
+
 void RenderTextRoot(const TStoredFile& file, const TStoredRoot& root, const TFormTextStyle& style,
                     TByteWriter& out) {
   std::string label = root.Label;
@@ -203,6 +247,7 @@ TStoredFile ParseStoredFile(std::string_view bytes, const TFormTextStyle& style)
   file.HasByteOrderMark = bytes.starts_with(ByteOrderMark);
   const std::size_t mark = file.HasByteOrderMark ? ByteOrderMark.size() : 0;
   const std::size_t position = mark + ParseHeader(bytes.substr(mark), file.Header);
+  file.Header.End = position;
   const bool textHeader = file.Header.Present && bytes.substr(mark).starts_with(TextLabel);
   switch (textHeader ? TFormFormat::Text : TestFormFormat(bytes.substr(position))) {
     case TFormFormat::Binary:
@@ -210,12 +255,12 @@ TStoredFile ParseStoredFile(std::string_view bytes, const TFormTextStyle& style)
       ParseBinaryRoots(bytes, position, file);
       break;
     case TFormFormat::Text:
-      ParseTextRoots(bytes, position, style, file);
+      ParseText(bytes, position, style, file);
       break;
     case TFormFormat::Unknown:
       // A label may stand in front of the first object.
       if (bytes.substr(position).starts_with(StoredLabel)) {
-        ParseTextRoots(bytes, position, style, file);
+        ParseText(bytes, position, style, file);
         break;
       }
       TByteReader(bytes).FailAt(position, "\"TPF0\", a resource header or \"object\"");
@@ -227,7 +272,10 @@ void RenderStoredFile(const TStoredFile& file, TStoredForm form, const TFormText
                       TByteWriter& out) {
   if (file.Form == TStoredForm::Extended)
     throw EReadError("The extended form has no class names and cannot be converted");
-  if (file.HasByteOrderMark && form == TStoredForm::Text) out.WriteBytes(ByteOrderMark);
+  const bool isFromText = file.Form == TStoredForm::Text;
+  if (form == TStoredForm::Text &&
+      (file.HasByteOrderMark || (!isFromText && NeedsByteOrderMark(file))))
+    out.WriteBytes(ByteOrderMark);
   RenderHeader(file.Header, form, out);
   for (const TStoredRoot& root : file.Roots) {
     const std::string_view stream = file.Stream(root);

@@ -10,6 +10,9 @@
 
 namespace wrenfold {
 
+// Of UTF-8, in front of a text.
+inline constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
+
 enum class TStoredForm { Binary, Resource, Extended, Text };
 
 std::string_view StoredFormName(TStoredForm form);
@@ -19,6 +22,7 @@ bool FindStoredForm(std::string_view name, TStoredForm& form);
 // The header "sys_bin" or "sys_txt" in front of the objects.
 struct TStoredHeader {
   bool Present = false;
+  std::size_t End = 0;  // in the file, of the byte order mark too
   std::string Description;
 };
 
@@ -26,6 +30,7 @@ struct TStoredRoot {
   std::string Label;  // the line in front of an object that is no component, in the text form
   std::size_t Start = 0;
   std::size_t Size = 0;
+  std::size_t FilePosition = 0;  // of a binary stream
 };
 
 // The roots' streams, each with its signature, stand one behind the other in `Streams`. The
@@ -47,8 +52,10 @@ struct TStoredFile {
 TStoredFile ParseStoredFile(std::string_view bytes,
                             const TFormTextStyle& style = DefaultFormTextStyle());
 
-// The bytes of a file with the same header and objects in another form. The extended form cannot be
-// converted: EReadError.
+// The bytes of a file with the same header and objects in another form. Text gets the byte order
+// mark that text had; from binary, it gets one when a name needs it: releases whose names are more
+// than ASCII write it just then, whatever the style, and take text without it for the local code
+// page. The extended form cannot be converted: EReadError.
 void RenderStoredFile(const TStoredFile& file, TStoredForm form, const TFormTextStyle& style,
                       TByteWriter& out);
 

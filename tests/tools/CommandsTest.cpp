@@ -18,6 +18,8 @@ namespace wrenfold {
 namespace {
 
 using namespace std::string_literals;
+using testing::Contains;
+using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
 namespace fs = std::filesystem;
@@ -98,6 +100,16 @@ INSTANTIATE_TEST_SUITE_P(
         TConvertCase{"HeaderToBinary", "sys_txt\r\n-------\r\nany label\r\n" + WrappedText,
                      TStoredForm::Binary, "sys_bin\0\0"s + Wrapped},
         TConvertCase{"TextKeepsDigitsOfOtherStyles", FixedFloat, TStoredForm::Text, FixedFloat},
+        TConvertCase{"BlankLineBetweenLineFeeds", "object A: T\n  \n  P = 1\nend\n",
+                     TStoredForm::Text, "object A: T\r\n  \r\n  P = 1\r\nend\r\n", "edited"},
+        TConvertCase{"MarkForAUtf8Name", "TPF0\x01T\x02\xC3\x84\0\0"s, TStoredForm::Text,
+                     "\xEF\xBB\xBFobject \xC3\x84: T\r\nend\r\n"},
+        TConvertCase{"MarkForAUtf8Identifier",
+                     "TPF0\x01T\x01"
+                     "A\x01P\x07\x02\xC3\x84\0\0"s,
+                     TStoredForm::Text, "\xEF\xBB\xBFobject A: T\r\n  P = \xC3\x84\r\nend\r\n"},
+        TConvertCase{"NoMarkForTheLocalCodePage", "TPF0\x01T\x01\xC4\0\0"s, TStoredForm::Text,
+                     "object \xC4: T\r\nend\r\n"},
         TConvertCase{"LabelWithoutHeader", Label + WrappedText, TStoredForm::Binary, Wrapped}),
     [](const auto& row) { return row.param.Name; });
 
@@ -162,14 +174,22 @@ TEST_F(CommandsTest, FolderThatCannotBeReadIsOneFailureAmongTheOthers) {
               ElementsAre(HasSubstr(good), HasSubstr("checked 2 files: 1 identical")));
 }
 
+TEST_F(CommandsTest, ResourceOfAnotherSizeThanItsStreamIsRefused) {
+  for (const char* size : {"\0\0\0\0", "\x21\0\0\0", "\x23\0\0\0", "\xFF\xFF\xFF\xFF"}) {
+    std::string header = ResourceHeader;
+    header.replace(header.size() - 4, 4, size, 4);
+    EXPECT_EQ(RunInfo({Write("size.dfm", header + FormBinary)}, Output), ecTrouble);
+  }
+  EXPECT_THAT(Output.Errors, Each(HasSubstr("size.dfm: Stream read error at offset 12")));
+}
+
 TEST_F(CommandsTest, ConvertOfABadFileNamesThePlaceAndLeavesEveryFileAsItWas) {
   const std::string bad = "object A: T\r\n  P = 'open\r\nend\r\n";
   const std::string name = Write("bad.dfm", bad);
   const std::string to = Write("to.dfm", "old");
   EXPECT_EQ(RunConvert(name, to, {.Form = TStoredForm::Binary}, Output), ecTrouble);
   EXPECT_EQ(RunConvertInPlace({name}, {.Form = TStoredForm::Binary}, Output), ecTrouble);
-  EXPECT_THAT(Output.Errors,
-              testing::Each(HasSubstr(name + ": Line 2, column 7: expected a string")));
+  EXPECT_THAT(Output.Errors, Each(HasSubstr(name + ": Line 2, column 7: expected a string")));
   EXPECT_EQ(Output.Errors.size(), 2u);
   EXPECT_EQ(ReadWholeFile(to), "old");
   EXPECT_EQ(ReadWholeFile(name), bad);
@@ -193,19 +213,67 @@ TEST_F(CommandsTest, CheckCountsAndShowsTheLineThatDiffers) {
   EXPECT_EQ(RunCheck({good}, Output), ecFine);
 }
 
+struct TCheckCase {
+  const char* Name;
+  std::string Bytes;
+  std::vector<std::string> Lines;  // behind the name of the file
+};
+
+class CheckTest : public CommandsTest, public testing::WithParamInterface<TCheckCase> {};
+
+TEST_P(CheckTest, TellsWhatDiffers) {
+  const std::string name = Write("file.dfm", GetParam().Bytes);
+  EXPECT_EQ(RunCheck({name}, Output), ecFindings);
+  Output.Lines.pop_back();
+  ASSERT_FALSE(Output.Lines.empty());
+  Output.Lines[0].erase(0, name.size() + 2);
+  EXPECT_EQ(Output.Lines, GetParam().Lines);
+}
+
+const std::string Dots(30, 'x');
+INSTANTIATE_TEST_SUITE_P(
+    Cases, CheckTest,
+    testing::Values(TCheckCase{"NoLineEnd",
+                               "object A: T\r\nend",
+                               {"different at line 2: the file ends without a line end"}},
+                    TCheckCase{"BlankLinesBehindTheEnd",
+                               "object A: T\nend\n\n",
+                               {"different at line 3: blanks or blank lines behind the end"}},
+                    TCheckCase{"BlankAtTheEndOfALine",
+                               "object A: T\n  P = 1 \nend\n",
+                               {"different at line 2: blanks at the end of the line"}},
+                    TCheckCase{"MarkThatBinaryDoesNotBringBack",
+                               "\xEF\xBB\xBFobject A: T\nend\n",
+                               {"different at line 1: a byte order mark that no name needs"}},
+                    TCheckCase{"DifferenceFarBehind",
+                               "object A: T\n  P = [" + std::string(200, 'x') + ",y]\nend\n",
+                               {"different at line 2", "  file:     ..." + Dots.substr(1) + ",y]",
+                                "  rendered: ..." + Dots.substr(1) + ", y]"}},
+                    TCheckCase{"ControlCode",
+                               "object A: T\n  P\x0B= '\x7F'\nend\n",
+                               {"different at line 2", "  file:       P#11= '#127'",
+                                "  rendered:   P = '#127'"}},
+                    TCheckCase{"ResourceHeader",
+                               "\xFF\x0A\0tform1\0\x30\x10\x22\0\0\0"s + FormBinary,
+                               {"different at offset 3: the resource header differs"}},
+                    TCheckCase{"DataHeader",
+                               "sys_bin\x01\0"s + Wrapped,
+                               {"different at offset 7: the data header differs"}}),
+    [](const auto& row) { return row.param.Name; });
+
 TEST_F(CommandsTest, CheckOfBinaryFindsTheStyleThatLosesNothing) {
   const std::string exact = Write(
       "exact.dfm", "TPF0\x01T\x01"s + "A\x01P\x05\xAB\xAA\xAA\xAA\xAA\xAA\xAA\xAA\xFD\x3F\0\0"s);
   const std::string wide = Write("wide.dfm", "TPF0\x01T\x01"s + "A\x01P\x03\x01\0\0\0"s);
   EXPECT_EQ(RunCheck({exact, wide}, Output), ecFindings);
-  EXPECT_THAT(Output.Lines, testing::Contains(exact + ": identical, binary, style exact"));
-  EXPECT_THAT(Output.Lines, testing::Contains(HasSubstr("different at offset 10: another tag")));
+  EXPECT_THAT(Output.Lines, Contains(exact + ": identical, binary, style exact"));
+  EXPECT_THAT(Output.Lines, Contains(HasSubstr("different at offset 10: another tag")));
 }
 
 TEST_F(CommandsTest, CheckGoesOnWhereOneStyleCannotHoldAValue) {
   const std::string large = Write("large.dfm", "object A: T\r\n  P = 1e4900\r\nend\r\n");
   EXPECT_EQ(RunCheck({large}, Output), ecFindings);
-  EXPECT_THAT(Output.Lines, testing::Contains(large + ": different at line 2"));
+  EXPECT_THAT(Output.Lines, Contains(large + ": different at line 2"));
 }
 
 TEST_F(CommandsTest, InfoTellsFormCountsAndTags) {
@@ -216,15 +284,13 @@ TEST_F(CommandsTest, InfoTellsFormCountsAndTags) {
                           "  value tags: vaInt8 1"));
   const std::string spec = Write("spec.sbn", "sys_bin\0\x03"s + "1 2" + Wrapped);
   EXPECT_EQ(RunInfo({spec}, Output), ecFine);
-  EXPECT_THAT(Output.Lines, testing::Contains(spec + ": specification, binary"));
-  EXPECT_THAT(Output.Lines, testing::Contains("  data header, description \"1 2\""));
+  EXPECT_THAT(Output.Lines, Contains(spec + ": specification, binary"));
+  EXPECT_THAT(Output.Lines, Contains("  data header, description \"1 2\""));
   const std::string extended = Write("spec.sbe", "TPF0\x04Left\x02\x08\0\x03Top\x09\0"s);
   EXPECT_EQ(RunInfo({extended}, Output), ecFine);
-  EXPECT_THAT(Output.Lines, testing::Contains(extended + ": specification, extended"));
-  EXPECT_THAT(Output.Lines, testing::Contains(HasSubstr("2 properties")));
+  EXPECT_THAT(Output.Lines, Contains(extended + ": specification, extended"));
+  EXPECT_THAT(Output.Lines, Contains(HasSubstr("2 properties")));
 }
-
-const std::string Dots(30, 'x');
 
 struct TDiffCase {
   const char* Name;
