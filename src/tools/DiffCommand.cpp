@@ -190,29 +190,28 @@ class TComparison {
   bool FSame = true;
 };
 
-TStoredFile Load(const std::string& name) {
-  try {
-    TStoredFile file = ParseStoredFile(ReadInput(name));
-    if (file.Form == TStoredForm::Extended)
+// A file and its roots; trees are views into it.
+struct TSide {
+  explicit TSide(const std::string& name) try : File(ParseStoredFile(ReadInput(name))) {
+    if (File.Form == TStoredForm::Extended)
       throw EReadError("the extended form has no class names and cannot be compared");
-    return file;
+    for (const TStoredRoot& root : File.Roots) Trees.emplace_back(File.Reader(root));
   } catch (const Exception& error) {
     throw EReadError(NamedTrouble(name, error));
   }
-}
+  TStoredFile File;
+  std::vector<TStoredTree> Trees;
+};
 
-bool CompareFiles(const TStoredFile& left, const TStoredFile& right, TOutput& output) {
+bool CompareFiles(const TSide& left, const TSide& right, TOutput& output) {
   bool same = true;
-  if (left.Roots.size() != right.Roots.size()) {
-    output.Line(fmt::format("! objects: {} -> {}", left.Roots.size(), right.Roots.size()));
+  if (left.Trees.size() != right.Trees.size()) {
+    output.Line(fmt::format("! objects: {} -> {}", left.Trees.size(), right.Trees.size()));
     same = false;
   }
-  const std::size_t count = std::min(left.Roots.size(), right.Roots.size());
-  for (std::size_t i = 0; i < count; ++i) {
-    const TStoredTree leftTree(left.Stream(left.Roots[i]));
-    const TStoredTree rightTree(right.Stream(right.Roots[i]));
-    if (!TComparison(leftTree, rightTree, output).Run()) same = false;
-  }
+  const std::size_t count = std::min(left.Trees.size(), right.Trees.size());
+  for (std::size_t i = 0; i < count; ++i)
+    if (!TComparison(left.Trees[i], right.Trees[i], output).Run()) same = false;
   return same;
 }
 
@@ -220,7 +219,7 @@ bool CompareFiles(const TStoredFile& left, const TStoredFile& right, TOutput& ou
 
 int RunDiff(const std::string& left, const std::string& right, TOutput& output) {
   try {
-    return CompareFiles(Load(left), Load(right), output) ? ecFine : ecFindings;
+    return CompareFiles(TSide(left), TSide(right), output) ? ecFine : ecFindings;
   } catch (const Exception& error) {
     output.Error(error.what());
     return ecTrouble;

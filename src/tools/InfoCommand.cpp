@@ -13,8 +13,7 @@ constexpr std::string_view WrapperClass = "TWrapper";
 
 using TTagCounts = std::array<std::size_t, MaxValueType + 1>;
 
-TStoredPart RootPart(std::string_view stream) {
-  TByteReader reader(stream);
+TStoredPart RootPart(TByteReader reader) {
   reader.ReadSignature();
   return ReadStoredPart(reader, TPartKind::Component);
 }
@@ -22,7 +21,7 @@ TStoredPart RootPart(std::string_view stream) {
 bool IsSpecification(const TStoredFile& file) {
   if (file.Header.Present || file.Form == TStoredForm::Extended) return true;
   for (const TStoredRoot& root : file.Roots)
-    if (!root.Label.empty() || MeaningOf(RootPart(file.Stream(root))) == WrapperClass) return true;
+    if (!root.Label.empty() || MeaningOf(RootPart(file.Reader(root))) == WrapperClass) return true;
   return false;
 }
 
@@ -39,15 +38,15 @@ TCounts CountParts(const TStoredFile& file, const TStoredRoot& root, TTagCounts&
     if (part.Kind == TPartKind::Property) ++counts.Properties;
     if (!part.Value.empty()) ++tags[static_cast<std::size_t>(part.Type)];
   };
-  if (file.Form == TStoredForm::Extended) WalkPropertyLists(file.Stream(root), count);
-  else WalkParts(file.Stream(root), count);
+  if (file.Form == TStoredForm::Extended) WalkPropertyLists(file.Reader(root), count);
+  else WalkParts(file.Reader(root), count);
   return counts;
 }
 
 std::string RootLine(const TStoredFile& file, const TStoredRoot& root, const TCounts& counts) {
   if (file.Form == TStoredForm::Extended)
     return fmt::format("  property lists without class names: {} properties", counts.Properties);
-  const TStoredPart part = RootPart(file.Stream(root));
+  const TStoredPart part = RootPart(file.Reader(root));
   return fmt::format("  {}: {}, {} components, {} properties",
                      part.Name.empty() ? part.ClassName : part.Name, MeaningOf(part),
                      counts.Components, counts.Properties);

@@ -200,7 +200,7 @@ bool HasUtf8Identifier(const TStoredPart& part) {
 bool NeedsByteOrderMark(const TStoredFile& file) {
   bool needed = false;
   for (const TStoredRoot& root : file.Roots)
-    WalkParts(file.Stream(root), [&](const TStoredPart& part, std::size_t, std::size_t) {
+    WalkParts(file.Reader(root), [&](const TStoredPart& part, std::size_t, std::size_t) {
       needed =
           needed || IsUtf8Name(part.ClassName) || IsUtf8Name(part.Name) || HasUtf8Identifier(part);
     });
@@ -221,7 +221,7 @@ void RenderTextRoot(const TStoredFile& file, const TStoredRoot& root, const TFor
     out.WriteBytes(label);
     out.WriteBytes(LineEnd);
   }
-  TByteReader reader(file.Stream(root));
+  TByteReader reader = file.Reader(root);
   ObjectBinaryToText(reader, out, style);
 }
 

@@ -45,6 +45,10 @@ struct TStoredFile {
   std::string_view Stream(const TStoredRoot& root) const {
     return Streams.View().substr(root.Start, root.Size);
   }
+  // A cursor over it, whose errors name offsets in the file where the file is binary.
+  TByteReader Reader(const TStoredRoot& root) const {
+    return TByteReader(Stream(root), root.FilePosition);
+  }
 };
 
 // Takes the bytes of a file apart; text is read in the given style. Raises EReadError or

@@ -15,9 +15,9 @@ class TStoredTree {
   static constexpr TNode Root = 0;
   static constexpr TNode None = UINT32_MAX;
 
-  // `stream` is a view with its signature, which the caller keeps alive, of less than four
+  // Of the root whose signature is next. The caller keeps the bytes alive, less than four
   // gigabytes.
-  explicit TStoredTree(std::string_view stream);
+  explicit TStoredTree(TByteReader reader);
 
   TStoredPart Part(TNode node) const;
   TPartKind Kind(TNode node) const { return FNodes[node].Kind; }
@@ -34,7 +34,7 @@ class TStoredTree {
     TPartKind Kind;
   };
 
-  std::string_view FStream;
+  TByteReader FReader;
   std::vector<TEntry> FNodes;
 };
 

@@ -118,14 +118,12 @@ TStoredPart ReadStoredPart(TByteReader& reader, TPartKind kind) {
   return part;
 }
 
-void WalkParts(std::string_view stream, const TPartHandler& handle) {
-  TByteReader reader(stream);
+void WalkParts(TByteReader reader, const TPartHandler& handle) {
   reader.ReadSignature();
   TWalker(reader, handle).WalkObject();
 }
 
-void WalkPropertyLists(std::string_view stream, const TPartHandler& handle) {
-  TByteReader reader(stream);
+void WalkPropertyLists(TByteReader reader, const TPartHandler& handle) {
   reader.ReadSignature();
   TWalker(reader, handle).WalkLists();
 }

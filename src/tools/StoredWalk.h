@@ -37,10 +37,10 @@ TStoredPart ReadStoredPart(TByteReader& reader, TPartKind kind);
 using TPartHandler =
     std::function<void(const TStoredPart& part, std::size_t position, std::size_t depth)>;
 
-// Shows the handler each part of one root (a view with its signature), in stored order.
-void WalkParts(std::string_view stream, const TPartHandler& handle);
+// Shows the handler each part of one root, whose signature is next, in stored order.
+void WalkParts(TByteReader reader, const TPartHandler& handle);
 // The same for property lists behind a signature, as in the extended form.
-void WalkPropertyLists(std::string_view stream, const TPartHandler& handle);
+void WalkPropertyLists(TByteReader reader, const TPartHandler& handle);
 
 // What a part says, as a text: class and prefix words of a component, the value of a property.
 std::string MeaningOf(const TStoredPart& part);
