@@ -403,7 +403,7 @@ const TFileCase FileCases[] = {
      "Line 2, column 11: expected"},
     {"NoSettings", LoadSettings, "[Main]\r\n", "offset 0: expected a stored object"},
     {"Data", LoadData, Join({"sys_bin\0\0"s, Gigabytes}), "offset "},
-    {"TextData", LoadData, "sys_txt\r\n---\r\nline\r\nobject T\r\n", "Line 2, column 1: expected"},
+    {"TextData", LoadData, "sys_txt\r\n---\r\nline\r\nobject T\r\n", "Line 5, column 1: expected"},
     {"BinaryForm", [](const std::string& fileName) { LoadFormFile(fileName); }, Gigabytes,
      "offset 28 ($1C): expected binary data"},
     {"TextForm", [](const std::string& fileName) { LoadFormFile(fileName); },

@@ -1,7 +1,7 @@
 // Tabs as a list of strings with objects, and who raises the change event.
 #include <gmock/gmock.h>
 
-#include <QElapsedTimer>
+#include <ctime>
 
 #include "platform/widgets/Support.h"
 #include "platform/widgets/TabControl.h"
@@ -87,18 +87,23 @@ TEST_F(TabControls, ClosingTabsKeepsTheIndexInside) {
   EXPECT_THAT(Recorder.Calls, IsEmpty());
 }
 
-TEST_F(TabControls, ThousandsOfTabsAreAssignedWithoutLayingOutEachTime) {
-  QElapsedTimer timer;
-  timer.start();
+// Times of this process alone, and of the same machine at the same moment.
+TEST_F(TabControls, TabsAreAssignedWithoutLayingOutEachTime) {
+  constexpr int count = 1000;
+  const std::clock_t start = std::clock();
+  QTabBar laidOutEachTime;
+  laidOutEachTime.show();
+  for (int i = 0; i < count; ++i) laidOutEachTime.addTab("Unit" + QString::number(i));
+  const std::clock_t plain = std::clock() - start;
   TStringList many;
-  for (int i = 0; i < 3000; ++i) many.Add("Unit" + std::to_string(i));
+  for (int i = 0; i < count; ++i) many.Add("Unit" + std::to_string(i));
   Tabs->SetTabs(&many);
-  many.Move(0, 2999);
+  many.Move(0, count - 1);
   Tabs->SetTabs(&many);
-  EXPECT_LT(timer.elapsed(), 1000) << "laying out 3000 tabs 3000 times takes far longer";
-  EXPECT_EQ(Tabs->tabText(2999), "Unit0");
+  EXPECT_LT(std::clock() - start - plain, plain / 2);
+  EXPECT_EQ(Tabs->tabText(count - 1), "Unit0");
   EXPECT_GT(Tabs->tabRect(0).width(), 10) << "the layout was made at the end";
-  EXPECT_GT(Tabs->tabRect(2999).left(), 3000 * 10);
+  EXPECT_GT(Tabs->tabRect(count - 1).left(), 3000 * 10);
 }
 
 }  // namespace
