@@ -103,7 +103,7 @@ TEST_F(TabControls, TabsAreAssignedWithoutLayingOutEachTime) {
   EXPECT_LT(std::clock() - start - plain, plain / 2);
   EXPECT_EQ(Tabs->tabText(count - 1), "Unit0");
   EXPECT_GT(Tabs->tabRect(0).width(), 10) << "the layout was made at the end";
-  EXPECT_GT(Tabs->tabRect(count - 1).left(), 3000 * 10);
+  EXPECT_GT(Tabs->tabRect(count - 1).left(), count * 10);
 }
 
 }  // namespace
