@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "host/project/Project.h"
+#include "project/Project.h"
 
 namespace wrenfold {
 namespace {

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/core/DesignComponent.h"
-#include "platform/core/Files.h"
-#include "platform/core/FormText.h"
+#include "platform/core/stream/DesignComponent.h"
+#include "platform/core/stream/FormText.h"
+#include "platform/core/system/Files.h"
 
 namespace wrenfold {
 namespace {

@@ -8,7 +8,7 @@
 #include "experts/rkUnitList.h"
 #include "experts/rkUnitMng.h"
 #include "manager/rkExpMng.h"
-#include "platform/core/Files.h"
+#include "platform/core/system/Files.h"
 #include "storage/rkObjectSaver.h"
 
 namespace wrenfold {

@@ -49,21 +49,29 @@ elseif(WRENFOLD_FUZZ)
                          -fno-sanitize=vptr -fno-sanitize-coverage=stack-depth)
 endif()
 
-# wrenfold_layer(TARGET FOLDER KIND [LINKS targets...] [PRIVATE_LINKS targets...] [QT])
+# wrenfold_layer(TARGET FOLDER KIND [ROOMS sub-folders...] [LINKS targets...] [PRIVATE_LINKS targets...]
+#                [EXCLUDE files...] [QT])
 #
-# One folder of src/ is one target, made of all its sources. A source includes a header of another
-# folder as "folder/Header.h"; the include path holds just the folders that the target links, so an
-# include that goes against the layers does not compile.
+# One folder of src/ is one target, made of all its sources, those of the named rooms included. A
+# source includes a header of another folder as "folder/Header.h"; the include path holds just the
+# folders that the target links, so an include that goes against the layers does not compile. The
+# order of the rooms within a folder is held by a test.
 function(wrenfold_layer target folder kind)
-  cmake_parse_arguments(arg "QT" "" "LINKS;PRIVATE_LINKS;EXCLUDE" ${ARGN})
+  cmake_parse_arguments(arg "QT" "" "ROOMS;LINKS;PRIVATE_LINKS;EXCLUDE" ${ARGN})
   set(root "${CMAKE_SOURCE_DIR}/src/${folder}")
-  file(GLOB sources CONFIGURE_DEPENDS "${root}/*.cpp" "${root}/*.h" "${root}/*.qrc")
+  set(patterns "${root}/*.cpp" "${root}/*.h" "${root}/*.qrc")
+  foreach(room IN LISTS arg_ROOMS)
+    list(APPEND patterns "${root}/${room}/*.cpp" "${root}/${room}/*.h")
+  endforeach()
+  file(GLOB sources CONFIGURE_DEPENDS ${patterns})
   foreach(name IN LISTS arg_EXCLUDE)
     list(REMOVE_ITEM sources "${root}/${name}")
   endforeach()
   add_library(${target} ${kind} ${sources})
   set(view "${CMAKE_BINARY_DIR}/layers/${target}")
   cmake_path(GET folder PARENT_PATH parent)
+  # A link of an earlier layout would lead into folders that the target does not link.
+  file(REMOVE_RECURSE "${view}")
   file(MAKE_DIRECTORY "${view}/${parent}")
   file(CREATE_LINK "${root}" "${view}/${folder}" SYMBOLIC)
   target_include_directories(${target} PUBLIC "${view}")

@@ -4,7 +4,7 @@
 #include "experts/rkUnitForm.h"
 #include "experts/rkUnitListBox.h"
 #include "ide/rkCrtlUtils.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Application.h"
 #include "platform/widgets/Text.h"
 

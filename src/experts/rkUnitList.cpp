@@ -5,7 +5,7 @@
 #include <numeric>
 #include <utility>
 
-#include "platform/core/SysUtils.h"
+#include "platform/core/text/SysUtils.h"
 
 namespace wrenfold {
 

@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/core/StringList.h"
+#include "platform/core/model/StringList.h"
 
 namespace wrenfold {
 

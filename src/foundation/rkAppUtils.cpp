@@ -4,8 +4,8 @@
 
 #include <typeinfo>
 
-#include "platform/core/Exceptions.h"
-#include "platform/core/Files.h"
+#include "platform/core/system/Exceptions.h"
+#include "platform/core/system/Files.h"
 
 namespace wrenfold {
 

@@ -5,7 +5,7 @@
 #include <exception>
 #include <string>
 
-#include "platform/core/Dialogs.h"
+#include "platform/core/model/Dialogs.h"
 
 namespace wrenfold {
 

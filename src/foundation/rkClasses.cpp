@@ -5,8 +5,8 @@
 #include <algorithm>
 
 #include "locale/rkLocale.h"
-#include "platform/core/Files.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/system/Files.h"
+#include "platform/core/text/SysUtils.h"
 
 namespace wrenfold {
 

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/core/Exceptions.h"
-#include "platform/core/Interfaces.h"
-#include "platform/core/StringList.h"
+#include "platform/core/model/StringList.h"
+#include "platform/core/system/Exceptions.h"
+#include "platform/core/system/Interfaces.h"
 
 namespace wrenfold {
 

@@ -1,7 +1,7 @@
 // Queries on the environment's windows and controls.
 #include "ide/rkCrtlUtils.h"
 
-#include "platform/core/SysUtils.h"
+#include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Application.h"
 #include "platform/widgets/Desktop.h"
 

@@ -1,7 +1,7 @@
 // Queries on the environment's projects, modules and editors.
 #include "ide/rkOTAUtils.h"
 
-#include "platform/core/SysUtils.h"
+#include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Application.h"
 
 namespace wrenfold {

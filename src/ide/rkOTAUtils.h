@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/core/StringList.h"
+#include "platform/core/model/StringList.h"
 #include "platform/toolsapi/ToolsAPI.h"
 #include "platform/widgets/Forms.h"
 

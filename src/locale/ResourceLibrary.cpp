@@ -6,9 +6,9 @@
 #include <cstring>
 #include <filesystem>
 
-#include "platform/core/Bytes.h"
-#include "platform/core/Files.h"
-#include "platform/core/Unicode.h"
+#include "platform/core/stream/Bytes.h"
+#include "platform/core/system/Files.h"
+#include "platform/core/text/Unicode.h"
 
 namespace wrenfold {
 

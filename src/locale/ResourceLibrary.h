@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/core/Exceptions.h"
+#include "platform/core/system/Exceptions.h"
 
 namespace wrenfold {
 

@@ -3,8 +3,8 @@
 #include <filesystem>
 
 #include "locale/Strings.h"
-#include "platform/core/Exceptions.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/system/Exceptions.h"
+#include "platform/core/text/SysUtils.h"
 
 namespace wrenfold {
 

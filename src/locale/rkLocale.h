@@ -7,8 +7,8 @@
 
 #include "locale/ResourceLibrary.h"
 #include "locale/StringIds.h"
-#include "platform/core/Event.h"
-#include "platform/core/Format.h"
+#include "platform/core/model/Event.h"
+#include "platform/core/text/Format.h"
 
 namespace wrenfold {
 

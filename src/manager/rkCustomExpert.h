@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "manager/rkExpData.h"
-#include "platform/core/Interfaces.h"
+#include "platform/core/system/Interfaces.h"
 #include "platform/widgets/Menus.h"
 
 namespace wrenfold {

@@ -4,7 +4,7 @@
 #include <cstdio>
 
 #include "foundation/rkAppUtils.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/text/SysUtils.h"
 
 namespace wrenfold {
 

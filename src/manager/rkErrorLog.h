@@ -5,7 +5,7 @@
 #include <exception>
 #include <string>
 
-#include "platform/core/Persistent.h"
+#include "platform/core/model/Persistent.h"
 
 namespace wrenfold {
 

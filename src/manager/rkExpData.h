@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/core/Event.h"
+#include "platform/core/model/Event.h"
 #include "storage/rkKeyedCollections.h"
 #include "storage/rkPropTypes.h"
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "controls/rkIcons.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/text/SysUtils.h"
 #include "platform/toolsapi/ToolsAPI.h"
 #include "platform/widgets/ShortCuts.h"
 

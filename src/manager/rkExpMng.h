@@ -8,7 +8,7 @@
 #include "manager/rkExpMenu.h"
 #include "manager/rkExpRegistry.h"
 #include "manager/rkLanguages.h"
-#include "platform/core/StringList.h"
+#include "platform/core/model/StringList.h"
 #include "platform/toolsapi/ToolsAPI.h"
 #include "platform/widgets/Application.h"
 #include "platform/widgets/Keyboard.h"

@@ -4,8 +4,8 @@
 #include <array>
 #include <string>
 
-#include "platform/core/Exceptions.h"
-#include "platform/core/TypeInfo.h"
+#include "platform/core/model/TypeInfo.h"
+#include "platform/core/system/Exceptions.h"
 
 namespace wrenfold {
 

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "locale/rkLocale.h"
-#include "platform/core/Files.h"
-#include "platform/core/StringList.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/model/StringList.h"
+#include "platform/core/system/Files.h"
+#include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Registry.h"
 
 namespace wrenfold {

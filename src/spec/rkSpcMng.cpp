@@ -3,9 +3,9 @@
 #include <cmath>
 
 #include "locale/rkLocale.h"
-#include "platform/core/Dialogs.h"
-#include "platform/core/Files.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/model/Dialogs.h"
+#include "platform/core/system/Files.h"
+#include "platform/core/text/SysUtils.h"
 #include "storage/rkStorage.h"
 
 namespace wrenfold {

@@ -1,7 +1,7 @@
 #include "storage/rkAdvReader.h"
 
 #include "locale/rkLocale.h"
-#include "platform/core/Dialogs.h"
+#include "platform/core/model/Dialogs.h"
 
 namespace wrenfold {
 

@@ -1,7 +1,8 @@
 // The platform's reader and writer with the suite's way of dealing with errors.
 #pragma once
 
-#include "platform/core/Filer.h"
+#include "platform/core/stream/Reader.h"
+#include "platform/core/stream/Writer.h"
 
 namespace wrenfold {
 

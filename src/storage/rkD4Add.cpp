@@ -1,7 +1,7 @@
 #include "storage/rkD4Add.h"
 
 #include "locale/rkLocale.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/text/SysUtils.h"
 
 namespace wrenfold {
 

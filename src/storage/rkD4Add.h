@@ -5,8 +5,8 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/core/Exceptions.h"
-#include "platform/core/Persistent.h"
+#include "platform/core/model/Persistent.h"
+#include "platform/core/system/Exceptions.h"
 
 namespace wrenfold {
 

@@ -3,7 +3,7 @@
 #include <memory>
 #include <optional>
 
-#include "platform/core/Files.h"
+#include "platform/core/system/Files.h"
 #include "storage/rkAdvReader.h"
 #include "storage/rkFieldClasses.h"
 #include "storage/rkTextSource.h"

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/core/Persistent.h"
+#include "platform/core/model/Persistent.h"
 #include "storage/rkDataHeader.h"
 
 namespace wrenfold {

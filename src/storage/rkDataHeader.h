@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/core/Streams.h"
+#include "platform/core/model/Streams.h"
 #include "storage/rkDataProps.h"
 
 namespace wrenfold {

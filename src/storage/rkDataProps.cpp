@@ -1,8 +1,8 @@
 #include "storage/rkDataProps.h"
 
 #include "locale/rkLocale.h"
-#include "platform/core/Identifiers.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/text/Identifiers.h"
+#include "platform/core/text/SysUtils.h"
 
 namespace wrenfold {
 

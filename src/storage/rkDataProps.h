@@ -6,9 +6,9 @@
 #include <string_view>
 #include <variant>
 
-#include "platform/core/Exceptions.h"
-#include "platform/core/Persistent.h"
-#include "platform/core/StringList.h"
+#include "platform/core/model/Persistent.h"
+#include "platform/core/model/StringList.h"
+#include "platform/core/system/Exceptions.h"
 
 namespace wrenfold {
 

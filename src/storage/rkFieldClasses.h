@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/core/ClassRegistry.h"
-#include "platform/core/Persistent.h"
+#include "platform/core/model/ClassRegistry.h"
+#include "platform/core/model/Persistent.h"
 
 namespace wrenfold {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/core/SysUtils.h"
+#include "platform/core/text/SysUtils.h"
 
 namespace wrenfold {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <unordered_map>
 
-#include "platform/core/SysUtils.h"
+#include "platform/core/text/SysUtils.h"
 #include "storage/rkFitWriter.h"
 #include "storage/rkKeyedCollections.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/core/Exceptions.h"
+#include "platform/core/system/Exceptions.h"
 #include "storage/rkAdvReader.h"
 
 namespace wrenfold {

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/core/Event.h"
-#include "platform/core/Exceptions.h"
-#include "platform/core/Filer.h"
+#include "platform/core/model/Event.h"
+#include "platform/core/stream/Writer.h"
+#include "platform/core/system/Exceptions.h"
 
 namespace wrenfold {
 

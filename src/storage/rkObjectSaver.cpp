@@ -1,7 +1,7 @@
 #include "storage/rkObjectSaver.h"
 
-#include "platform/core/Files.h"
-#include "platform/core/FormText.h"
+#include "platform/core/stream/FormText.h"
+#include "platform/core/system/Files.h"
 #include "storage/rkTextSource.h"
 
 namespace wrenfold {

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/core/Event.h"
+#include "platform/core/model/Event.h"
 #include "storage/rkDataBody.h"
 #include "storage/rkFilteringWriter.h"
 #include "storage/rkFitReader.h"

@@ -4,8 +4,8 @@
 #include <functional>
 #include <string>
 
-#include "platform/core/Graphics.h"
-#include "platform/core/StringList.h"
+#include "platform/core/model/Graphics.h"
+#include "platform/core/model/StringList.h"
 #include "storage/rkInitData.h"
 
 namespace wrenfold {

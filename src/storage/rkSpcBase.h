@@ -5,10 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "platform/core/Collection.h"
-#include "platform/core/Event.h"
-#include "platform/core/Exceptions.h"
-#include "platform/core/Filer.h"
+#include "platform/core/model/Collection.h"
+#include "platform/core/model/Event.h"
+#include "platform/core/stream/Reader.h"
+#include "platform/core/stream/Writer.h"
+#include "platform/core/system/Exceptions.h"
 
 namespace wrenfold {
 

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "platform/core/Exceptions.h"
+#include "platform/core/system/Exceptions.h"
 
 namespace wrenfold {
 

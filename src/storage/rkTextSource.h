@@ -6,8 +6,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/core/FormText.h"
-#include "platform/core/Streams.h"
+#include "platform/core/model/Streams.h"
+#include "platform/core/stream/FormText.h"
 
 namespace wrenfold {
 

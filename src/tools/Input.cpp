@@ -12,7 +12,7 @@
 #include <cstring>
 #include <filesystem>
 
-#include "platform/core/Files.h"
+#include "platform/core/system/Files.h"
 #include "tools/Commands.h"
 
 namespace wrenfold {

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <limits>
 
-#include "platform/core/Unicode.h"
+#include "platform/core/text/Unicode.h"
 #include "tools/StoredWalk.h"
 
 namespace wrenfold {

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/core/Bytes.h"
-#include "platform/core/FormText.h"
+#include "platform/core/stream/Bytes.h"
+#include "platform/core/stream/FormText.h"
 
 namespace wrenfold {
 

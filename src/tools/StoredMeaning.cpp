@@ -7,8 +7,8 @@
 #include <optional>
 #include <vector>
 
-#include "platform/core/FloatText.h"
-#include "platform/core/Unicode.h"
+#include "platform/core/stream/FloatText.h"
+#include "platform/core/text/Unicode.h"
 #include "tools/StoredWalk.h"
 
 namespace wrenfold {

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "platform/core/FormText.h"
+#include "platform/core/stream/FormText.h"
 
 namespace wrenfold {
 namespace {

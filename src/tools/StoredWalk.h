@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/core/Bytes.h"
+#include "platform/core/stream/Bytes.h"
 
 namespace wrenfold {
 

@@ -2,8 +2,8 @@
 #include <gmock/gmock.h>
 
 #include "foundation/rkAppUtils.h"
-#include "platform/core/Exceptions.h"
-#include "platform/core/Files.h"
+#include "platform/core/system/Exceptions.h"
+#include "platform/core/system/Files.h"
 
 namespace wrenfold {
 namespace {

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "foundation/rkClasses.h"
-#include "platform/core/Files.h"
+#include "platform/core/system/Files.h"
 
 namespace wrenfold {
 namespace {

@@ -1,6 +1,6 @@
 // The binary component stream: as text, and as a form being designed.
 #include "fuzz/FormRendering.h"
-#include "platform/core/DesignComponent.h"
+#include "platform/core/stream/DesignComponent.h"
 
 namespace wrenfold {
 

@@ -6,7 +6,7 @@
 
 #include "fuzz/FuzzObjects.h"
 #include "fuzz/Targets.h"
-#include "platform/core/FormText.h"
+#include "platform/core/stream/FormText.h"
 #include "storage/TestObjects.h"
 
 namespace wrenfold {

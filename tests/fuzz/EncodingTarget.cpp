@@ -1,6 +1,6 @@
 // Source files of any encoding, decoded for the editor and encoded again.
 #include "fuzz/Targets.h"
-#include "host/project/TextEncoding.h"
+#include "project/TextEncoding.h"
 
 namespace wrenfold {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 
 #include "fuzz/Targets.h"
-#include "platform/core/FormText.h"
+#include "platform/core/stream/FormText.h"
 
 namespace wrenfold {
 

@@ -4,10 +4,10 @@
 #include <memory>
 #include <string>
 
-#include "platform/core/Collection.h"
-#include "platform/core/Graphics.h"
-#include "platform/core/Persistent.h"
-#include "platform/core/StringList.h"
+#include "platform/core/model/Collection.h"
+#include "platform/core/model/Graphics.h"
+#include "platform/core/model/Persistent.h"
+#include "platform/core/model/StringList.h"
 
 namespace wrenfold {
 

@@ -1,7 +1,7 @@
 // Project and unit sources of both languages.
 #include "fuzz/Targets.h"
-#include "host/project/ProjectSource.h"
-#include "host/project/UnitSource.h"
+#include "project/ProjectSource.h"
+#include "project/UnitSource.h"
 
 namespace wrenfold {
 namespace {

@@ -1,7 +1,7 @@
 // Stored objects read into objects of compiled classes.
 #include "fuzz/FuzzObjects.h"
 #include "fuzz/Targets.h"
-#include "platform/core/ClassRegistry.h"
+#include "platform/core/model/ClassRegistry.h"
 #include "storage/rkFitReader.h"
 #include "storage/rkFitWriter.h"
 

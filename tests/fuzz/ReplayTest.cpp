@@ -5,7 +5,7 @@
 #include <filesystem>
 
 #include "fuzz/Targets.h"
-#include "platform/core/Files.h"
+#include "platform/core/system/Files.h"
 
 namespace wrenfold {
 namespace {

@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "fuzz/Targets.h"
-#include "platform/core/Files.h"
+#include "platform/core/system/Files.h"
 #include "storage/TestObjects.h"
 
 namespace wrenfold {

@@ -6,7 +6,7 @@
 #include <span>
 #include <string_view>
 
-#include "platform/core/Exceptions.h"
+#include "platform/core/system/Exceptions.h"
 
 namespace wrenfold {
 

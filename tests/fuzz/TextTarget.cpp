@@ -1,6 +1,6 @@
 // The text form of the component stream.
 #include "fuzz/Targets.h"
-#include "platform/core/FormText.h"
+#include "platform/core/stream/FormText.h"
 
 namespace wrenfold {
 

@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "host/Workbench.h"
-#include "host/project/TestSupport.h"
-#include "platform/core/Dialogs.h"
+#include "host/shell/Workbench.h"
+#include "platform/core/model/Dialogs.h"
 #include "platform/widgets/Application.h"
+#include "project/TestSupport.h"
 
 namespace wrenfold {
 

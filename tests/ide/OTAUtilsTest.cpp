@@ -4,7 +4,7 @@
 #include "FakeEnvironment.h"
 #include "ide/rkCrtlUtils.h"
 #include "ide/rkOTAUtils.h"
-#include "platform/core/StringList.h"
+#include "platform/core/model/StringList.h"
 
 namespace wrenfold {
 namespace {

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "ManagerSupport.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/text/SysUtils.h"
 
 namespace wrenfold {
 namespace {

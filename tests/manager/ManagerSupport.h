@@ -10,7 +10,7 @@
 #include "locale/rkLocale.h"
 #include "manager/rkErrorLog.h"
 #include "manager/rkExpMng.h"
-#include "platform/core/Files.h"
+#include "platform/core/system/Files.h"
 #include "platform/widgets/Registry.h"
 
 namespace wrenfold {

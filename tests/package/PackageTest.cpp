@@ -6,7 +6,7 @@
 #include <QtTest/QTest>
 
 #include "FakeEnvironment.h"
-#include "platform/core/Files.h"
+#include "platform/core/system/Files.h"
 
 namespace wrenfold {
 namespace {

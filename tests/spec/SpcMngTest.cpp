@@ -1,10 +1,10 @@
 // Specification files and their versions.
 #include <gtest/gtest.h>
 
-#include "platform/core/Dialogs.h"
-#include "platform/core/Files.h"
-#include "platform/core/Graphics.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/model/Dialogs.h"
+#include "platform/core/model/Graphics.h"
+#include "platform/core/system/Files.h"
+#include "platform/core/text/SysUtils.h"
 #include "spec/rkSpcConst.h"
 #include "spec/rkSpcMng.h"
 #include "storage/rkStorage.h"

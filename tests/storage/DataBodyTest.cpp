@@ -4,7 +4,7 @@
 #include <cstdio>
 
 #include "TestObjects.h"
-#include "platform/core/NamePath.h"
+#include "platform/core/model/NamePath.h"
 #include "storage/rkPropTypes.h"
 
 namespace wrenfold {

@@ -6,7 +6,7 @@
 #include <random>
 
 #include "TestObjects.h"
-#include "platform/core/Files.h"
+#include "platform/core/system/Files.h"
 
 namespace wrenfold {
 namespace {

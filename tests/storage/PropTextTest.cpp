@@ -4,7 +4,7 @@
 #include <ctime>
 
 #include "TestObjects.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/text/SysUtils.h"
 #include "storage/rkD4Add.h"
 
 namespace wrenfold {

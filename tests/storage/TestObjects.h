@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/core/Dialogs.h"
-#include "platform/core/Graphics.h"
+#include "platform/core/model/Dialogs.h"
+#include "platform/core/model/Graphics.h"
 #include "storage/rkDataHndl.h"
 #include "storage/rkStorage.h"
 

@@ -10,7 +10,7 @@
 #include <filesystem>
 #include <string>
 
-#include "platform/core/Files.h"
+#include "platform/core/system/Files.h"
 #include "tools/Commands.h"
 
 namespace wrenfold {

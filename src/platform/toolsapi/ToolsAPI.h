@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/core/Interfaces.h"
-#include "platform/core/Values.h"
+#include "platform/core/system/Interfaces.h"
+#include "platform/core/text/Values.h"
 
 class QIcon;
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "platform/core/Exceptions.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/system/Exceptions.h"
+#include "platform/core/text/SysUtils.h"
 
 namespace wrenfold {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/core/Event.h"
-#include "platform/core/Persistent.h"
+#include "platform/core/model/Event.h"
+#include "platform/core/model/Persistent.h"
 #include "platform/widgets/ImageList.h"
 
 namespace wrenfold {

@@ -10,9 +10,9 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "platform/core/Dialogs.h"
-#include "platform/core/Exceptions.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/model/Dialogs.h"
+#include "platform/core/system/Exceptions.h"
+#include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Actions.h"
 #include "platform/widgets/Desktop.h"
 #include "platform/widgets/Menus.h"

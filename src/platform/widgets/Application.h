@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/core/Event.h"
-#include "platform/core/Identifiers.h"
-#include "platform/core/Persistent.h"
+#include "platform/core/model/Event.h"
+#include "platform/core/model/Persistent.h"
+#include "platform/core/text/Identifiers.h"
 #include "platform/widgets/Forms.h"
 #include "platform/widgets/Guard.h"
 

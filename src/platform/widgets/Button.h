@@ -4,7 +4,7 @@
 #include <QPushButton>
 #include <string>
 
-#include "platform/core/Event.h"
+#include "platform/core/model/Event.h"
 #include "platform/widgets/Control.h"
 #include "platform/widgets/Forms.h"
 

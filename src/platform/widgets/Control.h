@@ -8,8 +8,8 @@
 #include <string>
 #include <utility>
 
-#include "platform/core/Graphics.h"
-#include "platform/core/Persistent.h"
+#include "platform/core/model/Graphics.h"
+#include "platform/core/model/Persistent.h"
 
 namespace wrenfold {
 

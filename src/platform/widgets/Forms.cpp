@@ -7,7 +7,7 @@
 #include <QScreen>
 #include <algorithm>
 
-#include "platform/core/Exceptions.h"
+#include "platform/core/system/Exceptions.h"
 #include "platform/widgets/Application.h"
 #include "platform/widgets/Text.h"
 

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/core/Event.h"
+#include "platform/core/model/Event.h"
 #include "platform/widgets/Control.h"
 
 class QKeyEvent;

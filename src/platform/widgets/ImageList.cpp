@@ -1,7 +1,7 @@
 #include "platform/widgets/ImageList.h"
 
-#include "platform/core/Exceptions.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/system/Exceptions.h"
+#include "platform/core/text/SysUtils.h"
 
 namespace wrenfold {
 

@@ -4,7 +4,7 @@
 #include <QIcon>
 #include <vector>
 
-#include "platform/core/Persistent.h"
+#include "platform/core/model/Persistent.h"
 
 namespace wrenfold {
 

@@ -5,8 +5,8 @@
 #include <QContextMenuEvent>
 #include <algorithm>
 
-#include "platform/core/Exceptions.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/system/Exceptions.h"
+#include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Control.h"
 #include "platform/widgets/Guard.h"
 #include "platform/widgets/ShortCuts.h"

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/core/Event.h"
-#include "platform/core/Persistent.h"
+#include "platform/core/model/Event.h"
+#include "platform/core/model/Persistent.h"
 #include "platform/widgets/Actions.h"
 
 namespace wrenfold {

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/core/Dialogs.h"
+#include "platform/core/model/Dialogs.h"
 #include "platform/widgets/Forms.h"
 
 namespace wrenfold {

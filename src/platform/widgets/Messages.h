@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "platform/core/Event.h"
-#include "platform/core/Persistent.h"
+#include "platform/core/model/Event.h"
+#include "platform/core/model/Persistent.h"
 
 namespace wrenfold {
 

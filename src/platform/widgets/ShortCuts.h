@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/core/Values.h"
+#include "platform/core/text/Values.h"
 
 class QKeyEvent;
 

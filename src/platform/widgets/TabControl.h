@@ -4,8 +4,8 @@
 #include <QTabBar>
 #include <memory>
 
-#include "platform/core/Event.h"
-#include "platform/core/StringList.h"
+#include "platform/core/model/Event.h"
+#include "platform/core/model/StringList.h"
 #include "platform/widgets/Control.h"
 
 namespace wrenfold {

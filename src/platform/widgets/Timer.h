@@ -4,8 +4,8 @@
 #include <QTimer>
 #include <cstdint>
 
-#include "platform/core/Event.h"
-#include "platform/core/Persistent.h"
+#include "platform/core/model/Event.h"
+#include "platform/core/model/Persistent.h"
 
 namespace wrenfold {
 

@@ -4,8 +4,8 @@
 #include <QStyleOptionToolBar>
 #include <QStylePainter>
 
-#include "platform/core/Exceptions.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/system/Exceptions.h"
+#include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Guard.h"
 #include "platform/widgets/Menus.h"
 #include "platform/widgets/ShortCuts.h"

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/core/Event.h"
+#include "platform/core/model/Event.h"
 #include "platform/widgets/Actions.h"
 #include "platform/widgets/Control.h"
 

@@ -1,5 +1,5 @@
 // A package whose entry fails.
-#include "platform/core/Exceptions.h"
+#include "platform/core/system/Exceptions.h"
 
 extern "C" void Register() {
   throw wrenfold::Exception("no luck today");

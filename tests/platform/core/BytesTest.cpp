@@ -6,7 +6,7 @@
 #include <limits>
 #include <string>
 
-#include "platform/core/Bytes.h"
+#include "platform/core/stream/Bytes.h"
 
 namespace wrenfold {
 namespace {

@@ -7,7 +7,7 @@
 #include <random>
 #include <string>
 
-#include "platform/core/Extended.h"
+#include "platform/core/text/Extended.h"
 
 namespace wrenfold {
 namespace {

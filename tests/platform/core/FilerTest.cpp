@@ -1,11 +1,12 @@
 // Objects through the component stream: what was written comes back, what is broken is told.
 #include <gtest/gtest.h>
 
-#include "platform/core/ClassRegistry.h"
-#include "platform/core/DesignComponent.h"
-#include "platform/core/Filer.h"
-#include "platform/core/Graphics.h"
-#include "platform/core/StringList.h"
+#include "platform/core/model/ClassRegistry.h"
+#include "platform/core/model/Graphics.h"
+#include "platform/core/model/StringList.h"
+#include "platform/core/stream/DesignComponent.h"
+#include "platform/core/stream/Reader.h"
+#include "platform/core/stream/Writer.h"
 
 using namespace std::string_literals;
 

@@ -8,8 +8,8 @@
 #include <cstring>
 #include <filesystem>
 
-#include "platform/core/Exceptions.h"
-#include "platform/core/Files.h"
+#include "platform/core/system/Exceptions.h"
+#include "platform/core/system/Files.h"
 
 namespace wrenfold {
 namespace {

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/core/FormText.h"
+#include "platform/core/stream/FormText.h"
 
 namespace wrenfold {
 namespace {

@@ -4,8 +4,8 @@
 #include <functional>
 #include <limits>
 
-#include "platform/core/Exceptions.h"
-#include "platform/core/Format.h"
+#include "platform/core/system/Exceptions.h"
+#include "platform/core/text/Format.h"
 
 namespace wrenfold {
 namespace {

@@ -1,9 +1,10 @@
 // Fonts and pictures: what follows from what, and what is stored.
 #include <gmock/gmock.h>
 
-#include "platform/core/Exceptions.h"
-#include "platform/core/Filer.h"
-#include "platform/core/Graphics.h"
+#include "platform/core/model/Graphics.h"
+#include "platform/core/stream/Reader.h"
+#include "platform/core/stream/Writer.h"
+#include "platform/core/system/Exceptions.h"
 
 namespace wrenfold {
 namespace {

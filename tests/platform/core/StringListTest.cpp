@@ -3,8 +3,8 @@
 
 #include <chrono>
 
-#include "platform/core/Exceptions.h"
-#include "platform/core/StringList.h"
+#include "platform/core/model/StringList.h"
+#include "platform/core/system/Exceptions.h"
 
 namespace wrenfold {
 namespace {

@@ -5,9 +5,9 @@
 #include <functional>
 #include <limits>
 
-#include "platform/core/Exceptions.h"
-#include "platform/core/Identifiers.h"
-#include "platform/core/SysUtils.h"
+#include "platform/core/system/Exceptions.h"
+#include "platform/core/text/Identifiers.h"
+#include "platform/core/text/SysUtils.h"
 
 namespace wrenfold {
 namespace {

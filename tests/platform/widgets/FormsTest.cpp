@@ -9,7 +9,7 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
-#include "platform/core/Exceptions.h"
+#include "platform/core/system/Exceptions.h"
 #include "platform/widgets/Button.h"
 #include "platform/widgets/MessageDialogs.h"
 #include "platform/widgets/Support.h"

@@ -1,7 +1,7 @@
 // Menu trees, actions and tool buttons: what shows, what a click runs, who goes first.
 #include <gmock/gmock.h>
 
-#include "platform/core/Exceptions.h"
+#include "platform/core/system/Exceptions.h"
 #include "platform/widgets/Menus.h"
 #include "platform/widgets/ShortCuts.h"
 #include "platform/widgets/Support.h"

@@ -6,7 +6,7 @@
 #include <QSettings>
 #include <QTemporaryDir>
 
-#include "platform/core/Exceptions.h"
+#include "platform/core/system/Exceptions.h"
 #include "platform/widgets/Button.h"
 #include "platform/widgets/Desktop.h"
 #include "platform/widgets/Keyboard.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/core/Dialogs.h"
+#include "platform/core/model/Dialogs.h"
 #include "platform/widgets/Application.h"
 
 namespace wrenfold::test {

@@ -1,0 +1,230 @@
+// Finds out which module a file belongs to and keeps the modules.
+#include "host/documents/Workspace.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "platform/core/system/Files.h"
+#include "platform/core/text/SysUtils.h"
+#include "project/CppScanner.h"
+#include "project/PascalScanner.h"
+
+namespace wrenfold {
+
+namespace {
+
+constexpr std::string_view ProjectExtensions[] = {".dpr", ".dpk", ".lpr"};
+constexpr std::string_view FormExtensions[] = {".dfm", ".xfm", ".lfm"};
+constexpr std::string_view HeaderExtensions[] = {".h", ".hpp"};
+constexpr const char* PascalUnits[] = {".pas", ".PAS", ".Pas"};
+constexpr const char* CppUnits[] = {".cpp", ".CPP", ".cc", ".cxx"};
+
+constexpr std::string_view NewPascalUnit =
+    "unit {0};\r\n\r\ninterface\r\n\r\nimplementation\r\n\r\nend.\r\n";
+constexpr std::string_view NewCppUnit =
+    "//{1}\r\n\r\n#pragma hdrstop\r\n\r\n#pragma package(smart_init)\r\n";
+
+template <class Table>
+bool HasExtension(const std::string& fileName, const Table& extensions) {
+  const std::string extension = LowerCase(ExtractFileExt(fileName));
+  return std::find(std::begin(extensions), std::end(extensions), extension) != std::end(extensions);
+}
+
+template <class Table>
+std::string FirstExisting(const std::string& fileName, const Table& extensions) {
+  for (const char* extension : extensions)
+    if (std::string name = ChangeFileExt(fileName, extension); FileExists(name)) return name;
+  return {};
+}
+
+// The unit that a header or form file belongs to; the file itself where there is none.
+std::string UnitOf(const std::string& fileName) {
+  std::string unit;
+  if (HasExtension(fileName, FormExtensions)) unit = FirstExisting(fileName, PascalUnits);
+  if (unit.empty() &&
+      (HasExtension(fileName, FormExtensions) || HasExtension(fileName, HeaderExtensions)))
+    unit = FirstExisting(fileName, CppUnits);
+  return unit.empty() ? fileName : unit;
+}
+
+bool HoldsFormMacros(const std::string& fileName) {
+  try {
+    const TProjectSource source = ParseProjectSource(ReadWholeFile(fileName), fileName);
+    return !source.Entries.empty();
+  } catch (const Exception&) {
+    return false;
+  }
+}
+
+bool IsPlainForm(const TProjectModule& module) {
+  return module.State == TModuleState::Ok && !module.FormName.empty() && module.DesignClass.empty();
+}
+
+// The first name in a call of "CreateForm" that is the name of a form.
+template <class Scanner>
+const TProjectModule* FindCreatedForm(Scanner scanner, const TProject& project) {
+  bool inCall = false;
+  while (true) {
+    const TSourceToken token = scanner.NextCode();
+    if (token.Kind == TTokenKind::End) return nullptr;
+    if (token.IsSymbol(';')) inCall = false;
+    if (token.Kind != TTokenKind::Identifier) continue;
+    if (EqualText(token.Text, "CreateForm")) inCall = true;
+    else if (inCall)
+      for (const TProjectModule& module : project.Modules())
+        if (IsPlainForm(module) && EqualText(module.FormName, token.Text)) return &module;
+  }
+}
+
+}  // namespace
+
+const TProjectModule* FindMainForm(TProject& project) {
+  const std::string& text = project.Source().Text();
+  const TProjectModule* created = project.Language() == TSourceLanguage::Cpp
+                                      ? FindCreatedForm(TCppScanner(text), project)
+                                      : FindCreatedForm(TPascalScanner(text), project);
+  if (created != nullptr) return created;
+  const auto& modules = project.Modules();
+  const auto first = std::find_if(modules.begin(), modules.end(), IsPlainForm);
+  return first != modules.end() ? &*first : nullptr;
+}
+
+std::string AbsoluteFileName(const std::string& fileName) {
+  std::error_code error;
+  return std::filesystem::absolute(fileName, error).lexically_normal().string();
+}
+
+bool IsProjectFile(const std::string& fileName) {
+  if (HasExtension(fileName, ProjectExtensions)) return true;
+  return LowerCase(ExtractFileExt(fileName)) == ".cpp" && HoldsFormMacros(fileName);
+}
+
+TWorkspace::~TWorkspace() {
+  for (const TEntry& entry : FEntries) entry.Module->Detach();
+}
+
+template <class Module>
+Module& TWorkspace::Take(Module* module) {
+  FEntries.push_back({module, module});
+  return *module;
+}
+
+std::vector<TModule*> TWorkspace::Modules() const {
+  std::vector<TModule*> modules;
+  for (const TEntry& entry : FEntries) modules.push_back(entry.Module);
+  return modules;
+}
+
+TModule* TWorkspace::Find(const std::string& fileName) const {
+  const std::string wanted = AbsoluteFileName(fileName);
+  for (const TEntry& entry : FEntries) {
+    if (entry.Module->FileName() == wanted) return entry.Module;
+    for (const TModuleEditor* editor : entry.Module->Editors())
+      if (editor->FileName() == wanted) return entry.Module;
+  }
+  return nullptr;
+}
+
+TModule& TWorkspace::Open(const std::string& fileName) {
+  if (TModule* open = Find(fileName)) return *open;
+  const std::string unit = UnitOf(AbsoluteFileName(fileName));
+  if (!FileExists(unit)) throw EFOpenError(fmt::format("{}: there is no such file", unit));
+  auto* module = new TUnitModule(FHost, unit);
+  const TIntf<IOTAModule> held(module);
+  if (HasExtension(unit, FormExtensions)) {
+    module->AddForm(unit);
+  } else {
+    module->AddSource(unit);
+    AddUnitFiles(*module);
+  }
+  Take(module);
+  UpdateOwners();
+  return *module;
+}
+
+TModule& TWorkspace::NewUnit(TSourceLanguage language) {
+  const std::string folder = FProject != nullptr ? FProject->Project().Folder() : ".";
+  const bool cpp = language == TSourceLanguage::Cpp;
+  std::string name, fileName;
+  for (int number = 1; name.empty() || FileExists(fileName) || Find(fileName) != nullptr;
+       ++number) {
+    name = fmt::format("Unit{}", number);
+    fileName = AbsoluteFileName(fmt::format("{}/{}{}", folder, name, cpp ? ".cpp" : ".pas"));
+  }
+  auto* module = new TUnitModule(FHost, fileName);
+  const std::string rule(74, '-');
+  module->AddNewSource(fileName,
+                       fmt::format(fmt::runtime(cpp ? NewCppUnit : NewPascalUnit), name, rule));
+  return Take(module);
+}
+
+TProjectHolder& TWorkspace::OpenProject(const std::string& fileName) {
+  auto project = TProject::Open(AbsoluteFileName(fileName));
+  FProject = new TProjectHolder(FHost, std::move(project));
+  const TIntf<IOTAModule> held(FProject);
+  const std::string name = FProject->FileName();
+  FGroup = &Take(new TProjectGroup(FHost, ChangeFileExt(name, ".bpg"), FProject));
+  Take(FProject);
+  FResource = &Take(new TResourceModule(FHost, ChangeFileExt(name, ".res")));
+  UpdateOwners();
+  return *FProject;
+}
+
+void TWorkspace::CloseProject() {
+  if (FProject == nullptr) return;
+  FGroup->ProjectClosed();
+  TProjectHolder* project = std::exchange(FProject, nullptr);
+  UpdateOwners();
+  Remove(*std::exchange(FResource, nullptr));
+  Remove(*std::exchange(FGroup, nullptr));
+  Remove(*project);
+}
+
+void TWorkspace::Remove(TModule& module) {
+  const auto at = std::find_if(FEntries.begin(), FEntries.end(),
+                               [&](const TEntry& entry) { return entry.Module == &module; });
+  if (at == FEntries.end()) return;
+  const TIntf<IOTAModule> held = at->Held;
+  FEntries.erase(at);
+  module.Detach();
+}
+
+void TWorkspace::UpdateOwners() {
+  for (const TEntry& entry : FEntries) {
+    TModule& module = *entry.Module;
+    module.Owners.clear();
+    if (FProject == nullptr || &module == FProject || &module == FGroup) continue;
+    const bool owned =
+        &module == FResource || FProject->Project().FindModuleByFile(module.FileName()) != nullptr;
+    if (owned) module.Owners.push_back(FProject);
+  }
+}
+
+std::vector<std::string> TWorkspace::ClassChain(const TModule& module,
+                                                const std::string& className) {
+  const TUnitDocument* text =
+      module.Sources().empty() ? nullptr : module.Sources()[0]->LoadedDocument();
+  if (FProject != nullptr) {
+    TProject& project = FProject->Project();
+    if (const TProjectModule* listed = project.FindModuleByFile(module.FileName())) {
+      if (text != nullptr && text->Modified()) project.TakeUnitText(*listed, text->Text());
+      return project.ClassChain(*listed, className);
+    }
+  }
+  std::vector<std::string> chain{className};
+  if (module.Sources().empty()) return chain;
+  // Classes of a C++ unit are declared in its header.
+  const std::string& fileName = module.Sources().back()->FileName();
+  const std::string source = FileExists(fileName) ? ReadWholeFile(fileName) : std::string();
+  const TUnitSource unit = ParseUnitSource(source, fileName);
+  for (const TClassDeclaration* found = unit.FindClass(className); found != nullptr;
+       found = unit.FindClass(chain.back())) {
+    if (std::find(chain.begin(), chain.end(), found->Ancestor) != chain.end()) break;
+    chain.push_back(found->Ancestor);
+  }
+  return chain;
+}
+
+}  // namespace wrenfold

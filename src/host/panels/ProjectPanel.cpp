@@ -1,0 +1,161 @@
+// Fills the project tree and opens what is chosen in it.
+#include "host/panels/ProjectPanel.h"
+
+#include <QApplication>
+#include <QVBoxLayout>
+
+#include "host/documents/Icons.h"
+#include "platform/core/text/SysUtils.h"
+#include "platform/widgets/Desktop.h"
+#include "platform/widgets/Guard.h"
+#include "platform/widgets/Text.h"
+
+namespace wrenfold {
+
+namespace {
+
+constexpr int FileRole = Qt::UserRole;
+
+const char* IconOf(const TProjectModule& module) {
+  if (module.State == TModuleState::Missing) return "missing";
+  if (module.FormName.empty()) return "unit";
+  if (EqualText(module.DesignClass, "TDataModule")) return "data";
+  return EqualText(module.DesignClass, "TFrame") ? "frame" : "form";
+}
+
+QTreeWidgetItem* MakeItem(const std::string& text, const char* icon, const std::string& fileName) {
+  auto* item = new QTreeWidgetItem({ToQString(text)});
+  item->setIcon(0, WorkbenchIcon(icon));
+  item->setToolTip(0, ToQString(fileName));
+  item->setData(0, FileRole, ToQString(fileName));
+  return item;
+}
+
+QTreeWidgetItem* MakeModuleItem(const TProjectModule& module) {
+  QTreeWidgetItem* item = MakeItem(module.UnitName, IconOf(module), module.FileName);
+  if (module.State == TModuleState::Missing) {
+    item->setToolTip(0, ToQString(module.Message));
+    item->setForeground(0, QApplication::palette().brush(QPalette::Disabled, QPalette::Text));
+    item->setText(0, ToQString(module.UnitName + " (missing)"));
+  } else if (!module.FormName.empty()) {
+    item->setText(0, ToQString(module.UnitName + "  \xE2\x80\x93  " + module.FormName));
+  }
+  return item;
+}
+
+QTreeWidgetItem* MakeGroup(const QString& caption, const std::vector<std::string>& names,
+                           const char* icon) {
+  auto* group = new QTreeWidgetItem({caption});
+  for (const std::string& name : names)
+    group->addChild(MakeItem(ExtractFileName(name), icon, name));
+  return group;
+}
+
+}  // namespace
+
+const TTypeInfo& TProjectPanel::ClassInfo() {
+  static const TTypeInfo info = Publish<TProjectPanel>("TProjectManagerForm", TForm::ClassInfo());
+  return info;
+}
+
+TProjectPanel::TProjectPanel(TComponent* owner, QWidget* parent)
+    : TForm(owner, parent), FFilter(new QLineEdit(this)), FTree(new QTreeWidget(this)) {
+  SetName("ProjectManagerForm");
+  SetCaption("Project");
+  FFilter->setObjectName("ProjectFilter");
+  FFilter->setPlaceholderText(tr("Filter units"));
+  FFilter->setAccessibleName(tr("Filter units"));
+  FFilter->setToolTip(tr("Shows the units whose name contains this text"));
+  FFilter->setClearButtonEnabled(true);
+  FTree->setObjectName("ProjectTree");
+  FTree->setAccessibleName(tr("Project"));
+  FTree->setToolTip(tr("The project's units and files; Enter or a double click opens"));
+  FTree->setHeaderHidden(true);
+  FTree->setUniformRowHeights(true);
+  FTree->setFrameShape(QFrame::NoFrame);
+  FTree->setSelectionMode(QAbstractItemView::ExtendedSelection);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 4, 0, 0);
+  column->setSpacing(4);
+  auto* filterRow = new QVBoxLayout;
+  filterRow->setContentsMargins(4, 0, 4, 0);
+  filterRow->addWidget(FFilter);
+  column->addLayout(filterRow);
+  column->addWidget(FTree);
+  connect(FFilter, &QLineEdit::textChanged, this, &TProjectPanel::FilterChanged);
+  connect(FTree, &QTreeWidget::itemActivated, this,
+          [this](QTreeWidgetItem* item) { Guarded(this, [&] { OpenItem(item); }); });
+
+  auto* menu = new TPopupMenu(this);
+  menu->SetName("ProjectMenu");
+  Bind<&TProjectPanel::MenuPopup>(menu->OnPopup, this);
+  menu->AttachTo(FTree);
+  SetPopupMenu(menu);
+}
+
+void TProjectPanel::ShowProject(const TProject* project) {
+  FTree->clear();
+  FFilter->setEnabled(project != nullptr);
+  if (project == nullptr) return;
+  QTreeWidgetItem* root =
+      MakeItem(ExtractFileName(project->FileName()), "project", project->FileName());
+  QFont bold = FTree->font();
+  bold.setBold(true);
+  root->setFont(0, bold);
+  QList<QTreeWidgetItem*> items;
+  items.reserve(static_cast<qsizetype>(project->Modules().size()));
+  for (const TProjectModule& module : project->Modules()) items.append(MakeModuleItem(module));
+  root->addChildren(items);
+  if (!project->Requires().empty())
+    root->addChild(MakeGroup(tr("Required packages"), project->Requires(), "package"));
+  if (const auto resources = project->ResourceFiles(); !resources.empty())
+    root->addChild(MakeGroup(tr("Resources"), resources, "resource"));
+  FTree->addTopLevelItem(root);
+  root->setExpanded(true);
+  FilterChanged(FFilter->text());
+}
+
+void TProjectPanel::FilterChanged(const QString& text) {
+  QTreeWidgetItem* root = FTree->topLevelItem(0);
+  if (root == nullptr) return;
+  for (int i = 0; i < root->childCount(); ++i) {
+    QTreeWidgetItem* item = root->child(i);
+    item->setHidden(!item->text(0).contains(text, Qt::CaseInsensitive));
+  }
+}
+
+void TProjectPanel::OpenItem(QTreeWidgetItem* item) {
+  const std::string fileName = FromQString(item->data(0, FileRole).toString());
+  if (!fileName.empty() && OnOpen) OnOpen(fileName);
+}
+
+void TProjectPanel::OpenSelected(TObject*) {
+  for (QTreeWidgetItem* item : FTree->selectedItems()) OpenItem(item);
+}
+
+void TProjectPanel::CopyPath(TObject*) {
+  std::string paths;
+  for (const QTreeWidgetItem* item : FTree->selectedItems()) {
+    if (!paths.empty()) paths += "\r\n";
+    paths += FromQString(item->data(0, FileRole).toString());
+  }
+  SetClipboardText(paths);
+}
+
+void TProjectPanel::MenuPopup(TObject*) {
+  TMenuItem* items = PopupMenu()->Items();
+  items->Clear();
+  const bool chosen = !FTree->selectedItems().isEmpty();
+  const auto add = [&](const char* name, const char* caption) {
+    auto* item = new TMenuItem(PopupMenu());
+    item->SetName(name);
+    item->SetCaption(caption);
+    item->SetEnabled(chosen);
+    items->Add(item);
+    return item;
+  };
+  Bind<&TProjectPanel::OpenSelected>(add("pmOpen", "&Open")->OnClick, this);
+  Bind<&TProjectPanel::CopyPath>(add("pmCopyPath", "&Copy file name")->OnClick, this);
+}
+
+}  // namespace wrenfold

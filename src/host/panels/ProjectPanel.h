@@ -1,0 +1,40 @@
+// The project tree: the open project's units, forms and files.
+#pragma once
+
+#include <QLineEdit>
+#include <QTreeWidget>
+#include <functional>
+#include <string>
+
+#include "platform/widgets/Forms.h"
+#include "platform/widgets/Menus.h"
+#include "project/Project.h"
+
+namespace wrenfold {
+
+class TProjectPanel : public TForm {
+ public:
+  static const TTypeInfo& ClassInfo();
+  const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
+  explicit TProjectPanel(TComponent* owner, QWidget* parent = nullptr);
+
+  // Shows the project, or none. The project is not kept.
+  void ShowProject(const TProject* project);
+  QTreeWidget& Tree() { return *FTree; }
+  QLineEdit& Filter() { return *FFilter; }
+
+  // The user opens a file of the tree (forms by their form files).
+  std::function<void(const std::string& fileName)> OnOpen;
+
+ private:
+  void FilterChanged(const QString& text);
+  void OpenItem(QTreeWidgetItem* item);
+  void OpenSelected(TObject* sender);
+  void CopyPath(TObject* sender);
+  void MenuPopup(TObject* sender);
+
+  QLineEdit* FFilter;
+  QTreeWidget* FTree;
+};
+
+}  // namespace wrenfold

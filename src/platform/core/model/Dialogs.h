@@ -1,0 +1,26 @@
+// Questions and messages to the user, asked through one replaceable procedure.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "platform/core/text/Values.h"
+
+namespace wrenfold {
+
+enum TMsgDlgType : std::uint8_t { mtWarning, mtError, mtInformation, mtConfirmation, mtCustom };
+enum TMsgDlgBtn : std::uint8_t { mbYes, mbNo, mbOK, mbCancel, mbAbort, mbRetry, mbIgnore, mbAll };
+using TMsgDlgButtons = TSet<TMsgDlgBtn>;
+
+// Shows the text with the buttons and answers the chosen one. Storage asks without knowing
+// widgets; the widgets' library installs the real dialog. Without one the question goes to the
+// standard error and is answered "No" where that is offered, else "Cancel", else "OK".
+using TMessageDlgProc =
+    std::function<TMsgDlgBtn(const std::string& text, TMsgDlgType type, TMsgDlgButtons buttons)>;
+
+// Installs a procedure and answers the one before; an empty one brings the default back.
+TMessageDlgProc SetMessageDlgProc(TMessageDlgProc procedure);
+TMsgDlgBtn MessageDlg(const std::string& text, TMsgDlgType type, TMsgDlgButtons buttons);
+
+}  // namespace wrenfold

@@ -1,0 +1,314 @@
+#include "platform/core/stream/Writer.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "platform/core/model/NamePath.h"
+#include "platform/core/system/Exceptions.h"
+#include "platform/core/text/Identifiers.h"
+#include "platform/core/text/SysUtils.h"
+
+namespace wrenfold {
+
+TWriter::TWriter(TStream& stream, int bufferSize)
+    : FStream(stream), FBytes(static_cast<std::size_t>(std::max(bufferSize, 16))) {}
+
+// Callers that must know of a failed write flush first.
+TWriter::~TWriter() {
+  try {
+    FlushBuffer();
+  } catch (const Exception&) {
+  }
+}
+
+void TWriter::FlushBuffer() {
+  FStream.WriteBuffer(FBytes.View().data(), FBytes.Size());
+  FBytes.Clear();
+}
+
+std::int64_t TWriter::Position() const {
+  return FStream.Position() + static_cast<std::int64_t>(FBytes.Size());
+}
+
+void TWriter::WriteValue(TValueType value) {
+  FBytes.WriteValueType(value);
+}
+
+void TWriter::WriteBoolean(bool value) {
+  WriteValue(value ? TValueType::vaTrue : TValueType::vaFalse);
+}
+
+void TWriter::WriteChar(char value) {
+  WriteString({&value, 1});
+}
+
+void TWriter::WriteInteger(std::int64_t value) {
+  FBytes.WriteIntegerValue(value);
+}
+
+void TWriter::WriteFloat(double value) {
+  FBytes.WriteExtendedValue(DoubleToExtended(value));
+}
+
+void TWriter::WriteIdent(std::string_view ident) {
+  FBytes.WriteIdentValue(ident);
+}
+
+void TWriter::WriteString(std::string_view text) {
+  FBytes.WriteStringValue(text);
+}
+
+void TWriter::WriteWideString(std::string_view text) {
+  const std::u16string wide = Utf16FromUtf8(text);
+  WriteValue(TValueType::vaWString);
+  FBytes.WriteFixed(static_cast<std::uint32_t>(wide.size()));
+  FBytes.WriteBytes({reinterpret_cast<const char*>(wide.data()), wide.size() * 2});
+}
+
+void TWriter::WriteSet(std::uint32_t value, const TTypeInfo& elementType) {
+  WriteValue(TValueType::vaSet);
+  const auto& names = elementType.EnumNames();
+  for (std::size_t i = 0; i < 32; ++i) {
+    if ((value >> i & 1) == 0) continue;
+    if (i >= names.size())
+      throw EWriteError(
+          fmt::format("Element {} of a set of {} has no name", i, elementType.Name()));
+    FBytes.WriteShortString(names[i]);
+  }
+  FBytes.WriteShortString("");
+}
+
+void TWriter::WriteBinary(std::string_view bytes) {
+  FBytes.WriteBinaryValue(bytes);
+}
+
+void TWriter::WriteRawValue(std::string_view value) {
+  FBytes.WriteBytes(value);
+}
+
+void TWriter::WriteListBegin() {
+  WriteValue(TValueType::vaList);
+}
+
+void TWriter::WriteListEnd() {
+  FBytes.WriteEndOfList();
+}
+
+void TWriter::WriteSignature() {
+  FBytes.WriteSignature();
+}
+
+void TWriter::WriteCollection(TCollection& collection) {
+  const std::string saved = std::exchange(FPropPath, {});
+  WriteValue(TValueType::vaCollection);
+  for (TCollectionItem* item : collection.Items()) {
+    WriteListBegin();
+    WriteProperties(*item);
+    WriteListEnd();
+  }
+  WriteListEnd();
+  FPropPath = saved;
+}
+
+void TWriter::WriteRootComponent(TComponent& root) {
+  Root = &root;
+  WriteSignature();
+  WriteComponent(root);
+}
+
+void TWriter::WriteComponentRes(const std::string& resourceName, TComponent& root) {
+  const std::size_t sizeAt = FBytes.WriteResourceHeader(resourceName);
+  const std::size_t start = FBytes.Size();
+  WriteRootComponent(root);
+  FBytes.PatchFixed(sizeAt, static_cast<std::uint32_t>(FBytes.Size() - start));
+}
+
+void TWriter::WriteComponent(TComponent& component) {
+  std::int32_t childPosition = 0;
+  const std::uint8_t flags = component.FilerFlags(childPosition);
+  if (flags != 0) FBytes.WriteByte(FilerPrefixMark | flags);
+  if (flags & ffChildPos) WriteInteger(childPosition);
+  FBytes.WriteShortString(component.ClassName());
+  FBytes.WriteShortString(component.Name());
+  WriteProperties(component);
+  WriteListEnd();
+  auto* root = dynamic_cast<TComponent*>(Root);
+  component.GetChildren([this](TComponent& child) { WriteComponent(child); }, root);
+  WriteListEnd();
+}
+
+void TWriter::WriteProperties(TPersistent& instance) {
+  for (const TPropInfo* property : instance.GetClassInfo().Properties())
+    if (MustWrite(instance, *property)) WriteProperty(instance, *property);
+  instance.DefineProperties(*this);
+}
+
+bool TWriter::MustWrite(TPersistent& instance, const TPropInfo& property) const {
+  const TPropAccess& access = *property.Access;
+  if (!property.Stored(instance)) return false;
+  if (property.Kind() == tkClass) return access.GetObject(instance) != nullptr;
+  if (!access.CanWrite()) return false;
+  switch (property.Kind()) {
+    case tkInteger:
+    case tkChar:
+    case tkWChar:
+    case tkEnumeration:
+    case tkSet:
+      return !property.Default || access.GetOrd(instance) != *property.Default;
+    case tkFloat:
+      return access.GetFloat(instance) != 0;
+    case tkInt64:
+      return access.GetInt64(instance) != 0;
+    case tkString:
+    case tkLString:
+    case tkWString:
+      return !access.GetStr(instance).empty();
+    case tkMethod:
+      return static_cast<bool>(access.GetMethod(instance));
+    default:
+      return true;
+  }
+}
+
+void TWriter::WritePropName(std::string_view name) {
+  FBytes.WriteShortString(FPropPath.empty() ? std::string(name) : FPropPath + std::string(name));
+}
+
+void TWriter::WriteProperty(TPersistent& instance, const TPropInfo& property) {
+  if (property.Kind() == tkClass) {
+    TPersistent* value = property.Access->GetObject(instance);
+    if (value != nullptr) return WriteClassProperty(property, *value);
+    WritePropName(property.Name);
+    return WriteValue(TValueType::vaNil);
+  }
+  if (property.Kind() == tkMethod) {
+    const TMethod method = property.Access->GetMethod(instance);
+    const std::string name = OnMethodName && method ? OnMethodName(*this, method) : std::string();
+    if (name.empty()) return;
+    WritePropName(property.Name);
+    return WriteIdent(name);
+  }
+  WritePropName(property.Name);
+  WritePropertyValue(instance, property);
+}
+
+void TWriter::WriteClassProperty(const TPropInfo& property, TPersistent& value) {
+  if (const auto* component = dynamic_cast<TComponent*>(&value)) {
+    const std::string name = ReferenceName(*component);
+    if (name.empty() || name == "nil") return;  // nobody would find it
+    WritePropName(property.Name);
+    return WriteIdent(name);
+  }
+  if (auto* collection = dynamic_cast<TCollection*>(&value)) {
+    WritePropName(property.Name);
+    return WriteCollection(*collection);
+  }
+  const std::string saved = FPropPath;
+  FPropPath += property.Name + '.';
+  WriteProperties(value);
+  FPropPath = saved;
+}
+
+// The name within the root; a component of another owner stands behind its owner's name.
+std::string TWriter::ReferenceName(const TComponent& component) const {
+  if (&component == Root) {
+    auto* root = dynamic_cast<TComponent*>(Root);
+    if (FindComponentEx(root, root->Name()) == root) return root->Name();
+    return FindComponentEx(root, "Owner") == root ? "Owner" : "";
+  }
+  const TComponent* owner = component.Owner();
+  if (owner == nullptr || owner == Root || owner->Name().empty()) return component.Name();
+  return owner->Name() + '.' + component.Name();
+}
+
+void TWriter::WriteOrdinal(std::int32_t value, const TTypeInfo& type) {
+  switch (type.Kind()) {
+    case tkChar:
+      return WriteChar(static_cast<char>(value));
+    case tkWChar:
+      return WriteWideString(Utf8FromUtf16(std::u16string(1, static_cast<char16_t>(value))));
+    case tkSet:
+      return WriteSet(static_cast<std::uint32_t>(value), *type.ElementType());
+    case tkEnumeration:
+      if (value < 0 || value >= static_cast<int>(type.EnumNames().size()))
+        throw EWriteError(fmt::format("{} is no value of {}", value, type.Name()));
+      return WriteIdent(type.EnumNames()[static_cast<std::size_t>(value)]);
+    default:
+      break;
+  }
+  std::string ident;
+  const TIdentMap* names = FindIdentMap(type.Name());
+  if (names != nullptr && names->IntToIdent(value, ident)) WriteIdent(ident);
+  else if (type.Name() == "Cardinal") WriteInteger(static_cast<std::uint32_t>(value));
+  else WriteInteger(value);
+}
+
+void TWriter::WritePropertyValue(TPersistent& instance, const TPropInfo& property) {
+  const TPropAccess& access = *property.Access;
+  switch (property.Kind()) {
+    case tkInteger:
+    case tkChar:
+    case tkWChar:
+    case tkEnumeration:
+    case tkSet:
+      return WriteOrdinal(access.GetOrd(instance), *property.PropType);
+    case tkFloat:
+      return WriteFloat(access.GetFloat(instance));
+    case tkInt64:
+      return WriteInteger(access.GetInt64(instance));
+    case tkString:
+    case tkLString:
+      return WriteString(access.GetStr(instance));
+    case tkWString:
+      return WriteWideString(access.GetStr(instance));
+    case tkVariant:
+      return WriteVariant(access.GetVariant(instance));
+    default:
+      throw EWriteError("A property of type " + property.PropType->Name() + " cannot be stored");
+  }
+}
+
+void TWriter::WriteVariant(const TVariant& value) {
+  struct TVisitor {
+    TWriter& Writer;
+    void operator()(std::monostate) const { Writer.WriteValue(TValueType::vaNull); }
+    void operator()(bool value) const { Writer.WriteBoolean(value); }
+    void operator()(std::int32_t value) const { Writer.WriteInteger(value); }
+    void operator()(std::int64_t value) const { Writer.WriteInteger(value); }
+    void operator()(double value) const { Writer.WriteFloat(value); }
+    void operator()(const std::string& value) const { Writer.WriteString(value); }
+  };
+  std::visit(TVisitor{*this}, value);
+}
+
+void TWriter::DefineProperty(std::string_view name, const TReaderProc&,
+                             const TWriterProc& writeData, bool hasData) {
+  if (!hasData || !writeData) return;
+  WritePropName(name);
+  const std::string saved = std::exchange(FPropPath, {});
+  writeData(*this);
+  FPropPath = saved;
+}
+
+void TWriter::DefineTexts(std::string_view name, const TTextsReader&,
+                          const TTextsWriter& writeTexts, bool hasData) {
+  const auto write = [&writeTexts](TWriter& writer) {
+    writer.WriteListBegin();
+    for (const std::string& text : writeTexts()) writer.WriteString(text);
+    writer.WriteListEnd();
+  };
+  DefineProperty(name, nullptr, write, hasData);
+}
+
+void TWriter::DefineBinaryProperty(std::string_view name, const TStreamProc&,
+                                   const TStreamProc& writeData, bool hasData) {
+  if (!hasData || !writeData) return;
+  WritePropName(name);
+  TMemoryStream bytes;
+  writeData(bytes);
+  WriteBinary(bytes.Bytes());
+}
+
+}  // namespace wrenfold

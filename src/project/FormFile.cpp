@@ -1,0 +1,104 @@
+// Recognition and reading of form files, and the classes of their roots.
+#include "project/FormFile.h"
+
+#include <fmt/format.h>
+
+#include <array>
+#include <filesystem>
+#include <fstream>
+
+#include "platform/core/system/Files.h"
+#include "platform/core/text/SysUtils.h"
+#include "project/FileLookup.h"
+#include "project/PascalScanner.h"
+
+namespace wrenfold {
+
+namespace {
+
+constexpr std::string_view FormExtensions[] = {".dfm", ".xfm", ".lfm"};
+constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
+
+std::string BinaryStream(std::string bytes, TFormFormat format) {
+  if (format == TFormFormat::Binary) return bytes;
+  if (format == TFormFormat::Resource) {
+    TByteReader reader(bytes);
+    std::string_view name;
+    std::uint32_t size = 0;
+    reader.ReadResourceHeader(name, size);
+    return std::string(reader.ReadView(size, "the form of the resource"));
+  }
+  std::size_t position = 0;
+  TByteWriter binary;
+  ObjectTextToBinary(bytes, position, binary);
+  if (AtTextEnd(bytes, position)) return binary.ToString();
+  const TSourcePlace place = TPlaceFinder(bytes).At(position);
+  throw EParserError(fmt::format("({},{}): expected the end of the file behind the form",
+                                 place.Line, place.Column));
+}
+
+}  // namespace
+
+std::string FindFormFile(const std::string& unitFile) {
+  const std::filesystem::path path(unitFile);
+  TFileLookup lookup;
+  for (std::string_view extension : FormExtensions) {
+    std::string found =
+        lookup.Find(path.parent_path().string(), path.stem().string() + std::string(extension));
+    if (!found.empty()) return found;
+  }
+  return {};
+}
+
+TFormHeader ReadFormHeader(const std::string& fileName) {
+  std::array<char, 512> buffer{};
+  std::ifstream file(fileName, std::ios::binary);
+  file.read(buffer.data(), buffer.size());
+  std::string_view text(buffer.data(), static_cast<size_t>(file.gcount()));
+  if (text.starts_with(Utf8Mark)) text.remove_prefix(Utf8Mark.size());
+  if (TestFormFormat(text) != TFormFormat::Text) return {};
+
+  TPascalScanner scanner(text);
+  scanner.NextCode();
+  const TSourceToken name = scanner.NextCode();
+  const TSourceToken colon = scanner.NextCode();
+  const TSourceToken className = scanner.NextCode();
+  if (name.Kind != TTokenKind::Identifier || !colon.IsSymbol(':') ||
+      className.Kind != TTokenKind::Identifier)
+    return {};
+  return {std::string(name.Text), std::string(className.Text)};
+}
+
+TFormFile LoadFormFile(const std::string& fileName) {
+  return ReadFormFile(ReadWholeFile(fileName), fileName);
+}
+
+TFormFile ReadFormFile(std::string bytes, const std::string& fileName) {
+  if (bytes.starts_with(Utf8Mark)) bytes.erase(0, Utf8Mark.size());
+  const TFormFormat format = TestFormFormat(bytes);
+  if (format == TFormFormat::Unknown)
+    throw EFormFileError(fmt::format(
+        "{}: expected a form, as text that begins with \"object\" or in binary; found {}", fileName,
+        bytes.empty() ? "an empty file" : "something else"));
+  try {
+    return {fileName, format, ReadDesignForm(BinaryStream(std::move(bytes), format))};
+  } catch (const Exception& error) {
+    throw EFormFileError(fmt::format("{}: {}", fileName, error.Message()));
+  }
+}
+
+const TTypeInfo& TDesignClasses::Record(const std::vector<std::string>& chain) {
+  if (chain.empty()) return TDesignComponent::ClassInfo();
+  const auto known = FRecords.find(chain);
+  if (known != FRecords.end()) return *known->second;
+  const TTypeInfo& parent = Record({chain.begin() + 1, chain.end()});
+  return *FRecords.emplace(chain, TTypeInfo::MakeClass(chain[0], parent)).first->second;
+}
+
+bool IsDesignClass(const TTypeInfo& info, std::string_view className) {
+  for (const TTypeInfo* type = &info; type != nullptr; type = type->Parent())
+    if (EqualText(type->Name(), className)) return true;
+  return false;
+}
+
+}  // namespace wrenfold

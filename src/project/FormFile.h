@@ -1,0 +1,62 @@
+// Form files beside units: found, recognised and read into design components.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/core/stream/DesignComponent.h"
+#include "platform/core/stream/FormText.h"
+#include "platform/core/system/Exceptions.h"
+
+namespace wrenfold {
+
+// A form file that cannot be read. The message names the file, the place and what is wrong.
+class EFormFileError : public Exception {
+ public:
+  using Exception::Exception;
+};
+
+// The form file beside a unit, with the extension .dfm, .xfm or .lfm (the first that is there).
+// Empty when there is none.
+std::string FindFormFile(const std::string& unitFile);
+
+// The names in the first line of a text form. Both are empty when it is none.
+struct TFormHeader {
+  std::string FormName;
+  std::string ClassName;
+};
+// Reads no more of the file than its beginning.
+TFormHeader ReadFormHeader(const std::string& fileName);
+
+// A form as it was stored.
+struct TFormFile {
+  std::string FileName;
+  TFormFormat Format = TFormFormat::Unknown;
+  std::unique_ptr<TDesignComponent> Root;  // owns all components of the form
+};
+// Reads a form file in its binary, resource or text form. Raises EFormFileError, or EFOpenError
+// when the file cannot be read.
+TFormFile LoadFormFile(const std::string& fileName);
+// The same with the bytes of the file at hand; the file name is for messages.
+TFormFile ReadFormFile(std::string bytes, const std::string& fileName);
+
+// Makes the records of classes that exist only in the user's source. The records live as long as
+// this object.
+class TDesignClasses {
+ public:
+  // The record of the first class of a chain of names, the nearest first: {"TMain", "TForm"}. The
+  // last one gets TDesignComponent for a parent. Equal chains have one record.
+  const TTypeInfo& Record(const std::vector<std::string>& chain);
+
+ private:
+  std::map<std::vector<std::string>, std::unique_ptr<TTypeInfo>> FRecords;
+};
+
+// True when the class or one of its ancestors has that name (letter case ignored): whether the root
+// of a form is a "TForm", a "TDataModule", a "TFrame".
+bool IsDesignClass(const TTypeInfo& info, std::string_view className);
+
+}  // namespace wrenfold

@@ -1,0 +1,207 @@
+// Modules, units and class chains of an open project.
+#include "project/Project.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "platform/core/text/SysUtils.h"
+
+namespace wrenfold {
+
+namespace {
+
+// The classes of the environment's library that a designed root can descend from.
+constexpr std::string_view RootClasses[] = {"TForm", "TFrame", "TDataModule", "TQuickRep"};
+
+constexpr std::string_view PascalExtensions[] = {".pas", ".pp"};
+constexpr std::string_view HeaderExtensions[] = {".h", ".hpp"};
+
+std::string MissingMessage(const TProjectEntry& entry, const std::string& fileName) {
+  if (IsForeignPath(entry.Path))
+    return fmt::format("{}: this system does not have the drive of this file", fileName);
+  return fmt::format("{}: the file of unit {} is missing", fileName, entry.UnitName);
+}
+
+bool IsRootClass(std::string_view className) {
+  return std::any_of(std::begin(RootClasses), std::end(RootClasses),
+                     [&](std::string_view known) { return EqualText(known, className); });
+}
+
+}  // namespace
+
+std::unique_ptr<TProject> TProject::Open(const std::string& fileName,
+                                         const TDefinedSymbols& symbols) {
+  const auto path = std::filesystem::absolute(fileName).lexically_normal();
+  std::unique_ptr<TProject> project(new TProject(TTextFile::Load(path.string())));
+  project->FFolder = path.parent_path().string();
+  project->FSymbols = symbols;
+  // Projects that two compilers build tell them apart by this symbol.
+  if (EqualText(path.extension().string(), ".lpr")) project->FSymbols.insert("FPC");
+  project->Refresh();
+  return project;
+}
+
+void TProject::Refresh() {
+  TProjectSource source = ParseProjectSource(FText.Text(), FText.FileName(), FSymbols);
+  TFileLookup lookup;
+  std::vector<TProjectModule> modules;
+  modules.reserve(source.Entries.size());
+  FSource = std::move(source);
+  for (const TProjectEntry& entry : FSource.Entries)
+    if (std::optional<TProjectModule> module = MakeModule(entry, lookup))
+      modules.push_back(std::move(*module));
+  FModules = std::move(modules);
+  FUnits.clear();
+  FUnits.resize(FModules.size());
+}
+
+std::optional<TProjectModule> TProject::MakeModule(const TProjectEntry& entry,
+                                                   TFileLookup& lookup) const {
+  TProjectModule module{entry.UnitName,   {}, entry.FormName, entry.DesignClass, entry.Place.Line,
+                        TModuleState::Ok, {}};
+  std::string path = entry.Path;
+  if (!path.empty()) module.FileName = lookup.Find(FFolder, path);
+  for (std::string_view extension : PascalExtensions) {
+    if (!entry.Path.empty() || !module.FileName.empty()) break;
+    path = entry.UnitName + std::string(extension);
+    module.FileName = lookup.Find(FFolder, path);
+  }
+  // A program also names units of the compiler's search path; a package contains its own.
+  if (module.FileName.empty() && entry.Path.empty()) {
+    if (Kind() != TProjectKind::Package) return std::nullopt;
+    path = entry.UnitName + std::string(PascalExtensions[0]);
+  }
+  if (module.FileName.empty()) {
+    module.FileName = ResolveFileName(FFolder, path);
+    module.State = TModuleState::Missing;
+    module.Message = MissingMessage(entry, module.FileName);
+  } else if (entry.Path.empty()) {
+    // Sources that give no file names carry no notes either: the form file knows its name.
+    const std::string formFile = FindFormFile(module.FileName);
+    if (!formFile.empty()) module.FormName = ReadFormHeader(formFile).FormName;
+  }
+  return module;
+}
+
+std::vector<std::string> TProject::ResourceFiles() const {
+  std::vector<std::string> files;
+  for (std::string name : FSource.Resources) {
+    if (name.starts_with('*')) name.replace(0, 1, ExtractFileNameEx(FileName()));
+    files.push_back(ResolveFileName(FFolder, name));
+  }
+  return files;
+}
+
+TProjectStatistics TProject::Statistics() const {
+  TProjectStatistics statistics;
+  for (const TProjectModule& module : FModules) {
+    ++statistics.Units;
+    if (module.State == TModuleState::Missing) ++statistics.Missing;
+    if (module.FormName.empty()) continue;
+    if (EqualText(module.DesignClass, "TFrame")) ++statistics.Frames;
+    else if (EqualText(module.DesignClass, "TDataModule")) ++statistics.DataModules;
+    else ++statistics.Forms;
+  }
+  return statistics;
+}
+
+const TProjectModule* TProject::FindModuleByFile(std::string_view fileName) const {
+  const auto found = std::find_if(FModules.begin(), FModules.end(),
+                                  [&](const auto& module) { return module.FileName == fileName; });
+  return found == FModules.end() ? nullptr : &*found;
+}
+
+const TProjectModule* TProject::FindModuleByUnit(std::string_view unitName) const {
+  const auto found = std::find_if(FModules.begin(), FModules.end(), [&](const auto& module) {
+    return EqualText(module.UnitName, unitName);
+  });
+  return found == FModules.end() ? nullptr : &*found;
+}
+
+void TProject::Save() {
+  if (FText.Modified()) FText.Save();
+}
+
+const TUnitSource* TProject::UnitSource(const TProjectModule& module) {
+  std::unique_ptr<TUnitSource>& unit = FUnits[IndexOf(module)];
+  if (unit) return unit.get();
+  const bool cpp = LanguageOfFile(module.FileName) == TSourceLanguage::Cpp;
+  const std::string fileName = cpp ? FindHeader(module.FileName) : module.FileName;
+  if (module.State == TModuleState::Missing || fileName.empty()) return nullptr;
+  try {
+    const TTextFile text = TTextFile::Load(fileName);
+    unit = std::make_unique<TUnitSource>(ParseUnitSource(text.Text(), fileName, FSymbols));
+  } catch (const EFOpenError&) {
+    return nullptr;
+  }
+  return unit.get();
+}
+
+void TProject::TakeUnitText(const TProjectModule& module, std::string_view text) {
+  FUnits[IndexOf(module)] =
+      std::make_unique<TUnitSource>(ParseUnitSource(text, module.FileName, FSymbols));
+}
+
+void TProject::ForgetUnit(const TProjectModule& module) {
+  FUnits[IndexOf(module)] = nullptr;
+}
+
+// Names see the units that stand last in the list of used units first. Sets the module to the one
+// that declares the class.
+const TClassDeclaration* TProject::FindDeclaration(std::string_view className,
+                                                   const TProjectModule*& module) {
+  const TUnitSource* unit = UnitSource(*module);
+  if (!unit) return nullptr;
+  if (const TClassDeclaration* declaration = unit->FindClass(className)) return declaration;
+  for (auto used = unit->Uses.rbegin(); used != unit->Uses.rend(); ++used) {
+    const TProjectModule* other = FindModuleByUnit(*used);
+    const TUnitSource* otherUnit = other ? UnitSource(*other) : nullptr;
+    const TClassDeclaration* declaration = otherUnit ? otherUnit->FindClass(className) : nullptr;
+    if (!declaration) continue;
+    module = other;
+    return declaration;
+  }
+  return nullptr;
+}
+
+std::vector<std::string> TProject::ClassChain(const TProjectModule& module,
+                                              std::string_view className) {
+  std::vector<std::string> chain{std::string(className)};
+  const TProjectModule* where = &module;
+  while (const TClassDeclaration* declaration = FindDeclaration(chain.back(), where)) {
+    const std::string& ancestor = declaration->Ancestor;
+    // A class may derive from a library class of its own name; the chain leaves the project there.
+    // A source that derives classes in a circle ends here too.
+    const bool seen = std::any_of(chain.begin(), chain.end(),
+                                  [&](const auto& name) { return EqualText(name, ancestor); });
+    if (seen) break;
+    chain.push_back(ancestor);
+  }
+  return chain;
+}
+
+TFormFile TProject::LoadForm(const TProjectModule& module) {
+  const std::string fileName = FindFormFile(module.FileName);
+  if (fileName.empty()) return {};
+  TFormFile form = LoadFormFile(fileName);
+  std::vector<std::string> chain = ClassChain(module, form.Root->StoredClassName());
+  if (!IsRootClass(chain.back()))
+    chain.push_back(module.DesignClass.empty() ? std::string(RootClasses[0]) : module.DesignClass);
+  form.Root->SetDesignClass(FClasses.Record(chain));
+  return form;
+}
+
+std::string FindHeader(const std::string& unitFile) {
+  const std::filesystem::path path(unitFile);
+  TFileLookup lookup;
+  for (std::string_view extension : HeaderExtensions) {
+    std::string found =
+        lookup.Find(path.parent_path().string(), path.stem().string() + std::string(extension));
+    if (!found.empty()) return found;
+  }
+  return {};
+}
+
+}  // namespace wrenfold
