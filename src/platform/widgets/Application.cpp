@@ -48,6 +48,13 @@ bool IsPlainKey(const QKeyEvent& key) {
   return key.key() < Qt::Key_F1 || key.key() > Qt::Key_F35;
 }
 
+// The control that the widget is or stands in wants the key for itself.
+bool IsClaimed(QWidget* widget, const QKeyEvent& key) {
+  for (; widget != nullptr; widget = widget->isWindow() ? nullptr : widget->parentWidget())
+    if (const TControl* control = ControlOf(widget)) return control->ClaimsKey(key);
+  return false;
+}
+
 bool IsStandard(const std::exception_ptr& exception) {
   try {
     std::rethrow_exception(exception);
@@ -299,13 +306,15 @@ bool TApplication::FilterEvent(QObject* receiver, QEvent* event) {
   auto* widget = static_cast<QWidget*>(receiver);
   auto& key = *static_cast<QKeyEvent*>(event);
   if (type == QEvent::KeyPress) return DispatchKey(widget, key);
-  if (IsPlainKey(key) || !FindShortCut(FormOf(widget), ShortCutOf(key))) return false;
+  const bool claimed = IsClaimed(widget, key);
+  const bool isShortCut = !IsPlainKey(key) && FindShortCut(FormOf(widget), ShortCutOf(key));
+  if (!claimed && !isShortCut) return false;
   event->accept();
   return true;
 }
 
 bool TApplication::TakesShortCut(QWidget* receiver, const QKeyEvent& key) {
-  if (activePopupWidget() != nullptr) return false;
+  if (activePopupWidget() != nullptr || IsClaimed(receiver, key)) return false;
   if (!IsPlainKey(key)) return true;
   QKeyEvent question(QEvent::ShortcutOverride, key.key(), key.modifiers(), key.text());
   question.ignore();

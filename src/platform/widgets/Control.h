@@ -11,6 +11,8 @@
 #include "platform/core/model/Graphics.h"
 #include "platform/core/model/Persistent.h"
 
+class QKeyEvent;
+
 namespace wrenfold {
 
 class TPopupMenu;
@@ -51,6 +53,10 @@ class TControl : public TComponent {
   // A font that was never set is the desktop's. Changing the font object changes the widget.
   TFont* Font() const;
   void SetFont(TFont* font);
+
+  // Whether the control wants the key for itself, before the shortcuts of actions: keys that edit
+  // what it holds, a hot key that it records. Asked while the focus is in it.
+  virtual bool ClaimsKey(const QKeyEvent&) const { return false; }
 
   // The menu that opens on a right click or the menu key. Not owned.
   TPopupMenu* PopupMenu() const { return FPopupMenu; }

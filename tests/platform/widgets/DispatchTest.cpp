@@ -117,6 +117,23 @@ TEST_F(Dispatch, AnActionsKeyGoesBeforeTheEditsAndBeforeAccelerators) {
   EXPECT_THAT(Recorder.Calls, ElementsAre("All", "Filter"));
 }
 
+// An edit that wants one shortcut for itself.
+class TClaimingEdit : public TControlOf<QLineEdit> {
+ public:
+  using TControlOf::TControlOf;
+  bool ClaimsKey(const QKeyEvent& key) const override {
+    return ShortCutOf(key) == TextToShortCut("Ctrl+S");
+  }
+};
+
+TEST_F(Dispatch, AKeyThatTheFocusedControlClaimsRunsNoAction) {
+  auto* edit = new TClaimingEdit(&Tool.Form, &Tool.Form);
+  Press(Tool, Qt::Key_S, Qt::ControlModifier, edit);
+  EXPECT_THAT(Recorder.Calls, IsEmpty());
+  Press(Tool, Qt::Key_Q, CtrlShift, edit);
+  EXPECT_THAT(Recorder.Calls, ElementsAre("Environment"));
+}
+
 TEST_F(Dispatch, AnActionThatIsOffAfterItsUpdateLetsTheNextOneHaveTheKey) {
   struct TOff : TObject {
     void Update(TObject* sender) { dynamic_cast<TAction*>(sender)->SetEnabled(false); }
