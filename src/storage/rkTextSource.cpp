@@ -44,19 +44,19 @@ std::string TTextSource::PlaceOf(std::int64_t offset) const {
 }
 
 void TTextSource::FindPlaces() const {
-  std::vector<TFormPlace> places;
+  std::vector<TFormNode> nodes;
   TByteWriter binary;
-  for (std::size_t position : FObjects) FindFormPlaces(FText, position, binary, places);
+  for (std::size_t position : FObjects) ReadFormNodes(FText, position, binary, nodes);
   std::size_t line = 1;
   std::size_t lineStart = 0;
   std::size_t lineEnd = FText.find('\n');
-  FPlaces.reserve(places.size());
-  for (const TFormPlace& place : places) {
-    for (; lineEnd < place.Position; lineEnd = FText.find('\n', lineStart)) {
+  FPlaces.reserve(nodes.size());
+  for (const TFormNode& node : nodes) {
+    for (; lineEnd < node.Text.Begin; lineEnd = FText.find('\n', lineStart)) {
       ++line;
       lineStart = lineEnd + 1;
     }
-    FPlaces.push_back({place.Offset, line, place.Position - lineStart + 1});
+    FPlaces.push_back({node.Stored.Begin, line, node.Text.Begin - lineStart + 1});
   }
 }
 

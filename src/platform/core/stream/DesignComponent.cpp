@@ -21,6 +21,19 @@ TDesignComponent::TDesignComponent(TComponent* owner)
 TDesignComponent::TDesignComponent(TComponent* owner, std::shared_ptr<TDesignBytes> bytes)
     : TComponent(owner), FBytes(std::move(bytes)) {}
 
+TDesignComponent::~TDesignComponent() {
+  // A form that goes as a whole takes everything with it.
+  if (Owner() == nullptr || Owner()->ComponentState().Contains(csDestroying)) return;
+  SetParentComponent(nullptr);
+  std::vector<TDesignComponent*> inside = std::move(FChildren);
+  for (std::size_t i = 0; i < inside.size(); ++i) {
+    inside[i]->FParent = nullptr;
+    const std::vector<TDesignComponent*> deeper = std::move(inside[i]->FChildren);
+    inside.insert(inside.end(), deeper.begin(), deeper.end());
+  }
+  for (TDesignComponent* component : inside) delete component;
+}
+
 std::string_view TDesignComponent::FindValue(std::string_view path) const {
   for (const TDesignProperty& property : FProperties)
     if (EqualText(property.Path, path)) return property.Value;
@@ -37,10 +50,36 @@ void TDesignComponent::SetValue(std::string_view path, std::string_view value) {
   FProperties.push_back({FBytes->Keep(path), kept});
 }
 
+bool TDesignComponent::RemoveValue(std::string_view path) {
+  return std::erase_if(FProperties, [&](const TDesignProperty& property) {
+           return EqualText(property.Path, path);
+         }) != 0;
+}
+
+void TDesignComponent::InsertValue(std::size_t index, std::string_view path,
+                                   std::string_view value) {
+  const auto place = static_cast<std::ptrdiff_t>(std::min(index, FProperties.size()));
+  FProperties.insert(FProperties.begin() + place, {FBytes->Keep(path), FBytes->Keep(value)});
+}
+
 void TDesignComponent::SetParentComponent(TComponent* parent) {
   if (FParent != nullptr) std::erase(FParent->FChildren, this);
   FParent = dynamic_cast<TDesignComponent*>(parent);
   if (FParent != nullptr) FParent->FChildren.push_back(this);
+}
+
+void TDesignComponent::SetChildIndex(std::size_t index) {
+  if (FParent == nullptr) return;
+  std::vector<TDesignComponent*>& all = FParent->FChildren;
+  std::erase(all, this);
+  all.insert(all.begin() + static_cast<std::ptrdiff_t>(std::min(index, all.size())), this);
+}
+
+void TDesignComponent::WriteHead(TByteWriter& stream) const {
+  if (FPrefix != 0) stream.WriteByte(FPrefix);
+  stream.WriteBytes(FStoredPosition);
+  stream.WriteShortString(FClassName);
+  stream.WriteShortString(Name());
 }
 
 void TDesignComponent::GetChildren(const std::function<void(TComponent&)>& visit, TComponent*) {
@@ -73,22 +112,16 @@ class TDesignReader {
       : FBytes(std::make_shared<TDesignBytes>(std::move(stream))), FReader(FBytes->Stream()) {}
 
   std::unique_ptr<TDesignComponent> Read() {
-    FReader.ReadSignature();
     std::unique_ptr<TDesignComponent> root(new TDesignComponent(nullptr, FBytes));
-    ReadContents(*root);
-    TDesignComponent* current = root.get();
-    while (current != nullptr) {
-      if (FReader.SkipEndOfList("a component or the end of the child list")) {
-        current = current->FParent;
-        continue;
-      }
-      auto* child = new TDesignComponent(root.get(), FBytes);
-      child->FParent = current;
-      current->FChildren.push_back(child);
-      ReadContents(*child);
-      current = child;
-    }
+    ReadTree(*root, *root);
     return root;
+  }
+
+  TDesignComponent* ReadInto(TDesignComponent& root, TDesignComponent& parent) {
+    std::unique_ptr<TDesignComponent> top(new TDesignComponent(&root, FBytes));
+    top->SetParentComponent(&parent);
+    ReadTree(*top, root);
+    return top.release();
   }
 
   std::size_t Position() const { return FReader.Position(); }
@@ -97,7 +130,24 @@ class TDesignReader {
   }
 
  private:
+  void ReadTree(TDesignComponent& top, TDesignComponent& owner) {
+    FReader.ReadSignature();
+    ReadContents(top);
+    for (TDesignComponent* current = &top; current != top.FParent;) {
+      if (FReader.SkipEndOfList("a component or the end of the child list")) {
+        current = current->FParent;
+        continue;
+      }
+      auto* child = new TDesignComponent(&owner, FBytes);
+      child->FParent = current;
+      current->FChildren.push_back(child);
+      ReadContents(*child);
+      current = child;
+    }
+  }
+
   void ReadContents(TDesignComponent& component) {
+    component.FStoredIndex = FCount++;
     component.FPrefix = FReader.ReadFilerFlags();
     if (component.FPrefix & ffChildPos) {
       const std::size_t start = FReader.Position();
@@ -118,6 +168,7 @@ class TDesignReader {
 
   std::shared_ptr<TDesignBytes> FBytes;
   TByteReader FReader;
+  std::size_t FCount = 0;                    // of the components read
   std::vector<TDesignProperty> FProperties;  // of one component; its memory serves them all
 };
 
@@ -155,10 +206,7 @@ class TDesignWriter {
 
  private:
   void WriteContents(const TDesignComponent& component) {
-    if (component.FPrefix != 0) FBytes.WriteByte(component.FPrefix);
-    FBytes.WriteBytes(component.FStoredPosition);
-    FBytes.WriteShortString(component.FClassName);
-    FBytes.WriteShortString(component.Name());
+    component.WriteHead(FBytes);
     for (const TDesignProperty& property : component.FProperties) {
       FBytes.WriteShortString(property.Path);
       FBytes.WriteBytes(property.Value);

@@ -1,6 +1,9 @@
 #include "platform/core/stream/FormText.h"
 
-#include "platform/core/stream/TextScan.h"
+#include "platform/core/stream/FormText.h"
+
+#include <algorithm>
+
 
 namespace wrenfold {
 
@@ -14,8 +17,13 @@ TFormFormat TestFormFormat(std::string_view bytes) {
 }
 
 bool AtTextEnd(std::string_view text, std::size_t position) {
-  const char* end = text.data() + text.size();
-  return SkipBlanks(text.data() + position, end) == end;
+  const char* const end = text.data() + text.size();
+  const char* next = SkipBlanks(text.data() + position, end);
+  while (end - next >= 2 && next[0] == '/' && next[1] == '/') {
+    next = std::find_if(next, end, [](char c) { return c == '\r' || c == '\n'; });
+    next = SkipBlanks(next, end);
+  }
+  return next == end;
 }
 
 void ObjectTextToResource(std::string_view text, std::size_t& position, TByteWriter& resource,

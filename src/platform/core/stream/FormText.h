@@ -25,16 +25,34 @@ TFormFormat TestFormFormat(std::string_view bytes);
 void ObjectTextToBinary(std::string_view text, std::size_t& position, TByteWriter& binary,
                         const TFormTextStyle& style = DefaultFormTextStyle());
 
-// Where a component or the value of a property comes from: its offset in the binary stream, and the
-// position of its first word in the text.
-struct TFormPlace {
-  std::size_t Offset = 0;
-  std::size_t Position = 0;
+// Bytes from Begin on up to End.
+struct TFormSpan {
+  std::size_t Begin = 0;
+  std::size_t End = 0;
 };
 
-// The same in the default style, several times slower; appends the places in ascending order.
-void FindFormPlaces(std::string_view text, std::size_t& position, TByteWriter& binary,
-                    std::vector<TFormPlace>& places);
+// What a text form is made of. Components hold properties and components, properties a value and,
+// where that is a list or a collection, its elements or items; items hold properties.
+enum class TFormNodeKind : std::uint8_t { Component, Property, Item, Element };
+
+// Where one of them stands in the text and in the binary stream.
+struct TFormNode {
+  TFormNodeKind Kind = TFormNodeKind::Component;
+  // A component from "object" to behind its "end", an item from "item" to behind its "end", a
+  // property from its name to behind its value, an element of a list.
+  TFormSpan Text;
+  // "object Name: Class [n]", "item [n]", the name of a property; nothing of an element.
+  TFormSpan Head;
+  // The whole component or item, the value of a property, the element.
+  TFormSpan Stored;
+  // The number of the first node behind this one and all that is inside it.
+  std::size_t Next = 0;
+};
+
+// The same in the default style, several times slower; appends the nodes of the object in the order
+// of the text, which is that of the stream, what is inside a node behind it.
+void ReadFormNodes(std::string_view text, std::size_t& position, TByteWriter& binary,
+                   std::vector<TFormNode>& nodes);
 
 // Converts the next object of `binary`, which starts with a signature, and leaves the cursor behind
 // it. Raises EReadError with the offset; `text` then is as it was.
@@ -48,7 +66,8 @@ void ObjectTextToResource(std::string_view text, std::size_t& position, TByteWri
 void ObjectResourceToText(TByteReader& resource, TByteWriter& text,
                           const TFormTextStyle& style = DefaultFormTextStyle());
 
-// True when nothing but blanks and line breaks is left of `text`.
+// True when nothing but blanks, line breaks and comments ("//" to the line's end) is left of
+// `text`.
 bool AtTextEnd(std::string_view text, std::size_t position);
 
 }  // namespace wrenfold

@@ -38,17 +38,39 @@ bool SameWord(std::string_view word, std::string_view lowerCase) {
   return true;
 }
 
+// Notes where everything stands, one node opened within the other.
+class TNodeNotes {
+ public:
+  explicit TNodeNotes(std::vector<TFormNode>& nodes) : FNodes(nodes) {}
+
+  void Open(TFormNodeKind kind, std::size_t text, std::size_t head, std::size_t stored) {
+    FOpen.push_back(FNodes.size());
+    FNodes.push_back({kind, {text, text}, {text, head}, {stored, stored}, 0});
+  }
+  void Close(std::size_t text, std::size_t stored) {
+    TFormNode& node = FNodes[FOpen.back()];
+    node.Text.End = text;
+    node.Stored.End = stored;
+    node.Next = FNodes.size();
+    FOpen.pop_back();
+  }
+
+ private:
+  std::vector<TFormNode>& FNodes;
+  std::vector<std::size_t> FOpen;
+};
+
 class TFormTextReader {
  public:
-  // With places, no line is plain: each word is looked at.
+  // With notes, no line is plain: each word is looked at.
   TFormTextReader(std::string_view text, std::size_t position, TByteWriter& out,
-                  const TFormTextStyle& style, std::vector<TFormPlace>* places)
+                  const TFormTextStyle& style, TNodeNotes* notes)
       : FBegin(text.data()),
         FNext(text.data() + position),
         FEnd(text.data() + text.size()),
         FOut(out),
         FStyle(style),
-        FPlaces(places) {}
+        FNotes(notes) {}
 
   void ReadObject() {
     FOut.WriteSignature();
@@ -97,10 +119,14 @@ class TFormTextReader {
     FailAt(SkipBlanks(FNext, FEnd), expected);
   }
 
-  // What is written next comes from this word.
-  void AddPlace(std::string_view word) {
-    if (FPlaces != nullptr) [[unlikely]]
-      FPlaces->push_back({FOut.Size(), static_cast<std::size_t>(word.data() - FBegin)});
+  // What is written next comes from the text that begins with this word; its head ends here.
+  void OpenNode(TFormNodeKind kind, const char* word) {
+    if (FNotes != nullptr) [[unlikely]]
+      FNotes->Open(kind, static_cast<std::size_t>(word - FBegin), Position(), FOut.Size());
+  }
+  void CloseNode() {
+    if (FNotes != nullptr) [[unlikely]]
+      FNotes->Close(Position(), FOut.Size());
   }
 
   std::string Found(const char* place) const {
@@ -139,10 +165,23 @@ class TFormTextReader {
   std::string_view ScanWord(const char* expected) {
     FWordStart = FNext;
     FNext = SkipWord(FNext, FEnd);
+    while (FNext == FWordStart) {
+      if (!SkipComment()) Fail(expected);
+      FWordStart = FNext;
+      FNext = SkipWord(FNext, FEnd);
+    }
     const auto size = static_cast<std::size_t>(FNext - FWordStart);
-    if (size == 0) Fail(expected);
     if (size > MaxName) FailAt(FWordStart, "a name of at most 255 bytes");
     return {FWordStart, size};
+  }
+
+  // The environment writes no comments, but other tools do; they stand where a word is due, from
+  // "//" to the end of the line. The cursor then stands at what follows.
+  bool SkipComment() {
+    if (FEnd - FNext < 2 || FNext[0] != '/' || FNext[1] != '/') return false;
+    while (FNext != FEnd && *FNext != '\r' && *FNext != '\n') ++FNext;
+    SkipSpace();
+    return true;
   }
 
   void SkipLineEnd() {
@@ -184,7 +223,7 @@ class TFormTextReader {
     if (FStyle.KeepsBlanks) className = WithBlanks(className);
     std::int64_t position = 0;
     if (ReadOrder(position)) flags |= ffChildPos;
-    AddPlace(word);
+    OpenNode(TFormNodeKind::Component, word.data());
     // A length byte of $F0 and above would be taken for a prefix.
     if (flags != 0 || className.size() >= FilerPrefixMark) FOut.WriteByte(FilerPrefixMark | flags);
     if ((flags & ffChildPos) != 0) FOut.WriteIntegerValue(position);
@@ -238,7 +277,7 @@ class TFormTextReader {
       FOut.WriteEndOfList();
       FOut.WriteEndOfList();
       --FDepth;
-      return;
+      return CloseNode();
     }
     if (IsComponentWord(word) && !Sees('=')) {
       FOut.WriteEndOfList();
@@ -260,7 +299,7 @@ class TFormTextReader {
   // by a guess that is checked, so that the processor can begin with the next line before it has
   // finished this one.
   void ReadPlainLines() {
-    if (FStyle.KeepsBlanks || FPlaces != nullptr) return;
+    if (FStyle.KeepsBlanks || FNotes != nullptr) return;
     if (FNext != FEnd && *FNext == '\r') ++FNext;
     while (FDepth > 0 && FEnd - FNext >= PlainLineReach && *FNext == '\n') {
       const std::size_t indent = 1 + 2 * FDepth;
@@ -339,17 +378,25 @@ class TFormTextReader {
     if (!SameWord(word, "end")) FailAt(FWordStart, "a component or \"end\"");
     FOut.WriteEndOfList();
     --FDepth;
+    CloseNode();
   }
 
   void ReadProperty(std::string_view name) {
     WriteName(FStyle.KeepsBlanks ? WithBlankLine(name) : name);
-    AddPlace(name);
+    OpenNode(TFormNodeKind::Property, name.data());
     if (FEnd - FNext > 3 && std::memcmp(FNext, " = ", 3) == 0) {
       FNext += 3;
     } else if (!Take('=')) {
       Fail("\"=\"");
     }
+    ReadNodeValue();
+  }
+
+  // The value of the node that was opened last. One that nests is read, and closed, later on.
+  void ReadNodeValue() {
+    const std::size_t depth = FDepth;
     ReadValue();
+    if (FDepth == depth) CloseNode();
   }
 
   // Values.
@@ -425,21 +472,26 @@ class TFormTextReader {
     if (!Take(')')) {
       SkipSpace();
       if (FNext == FEnd) Fail("a value or \")\"");
-      return ReadValue();
+      OpenNode(TFormNodeKind::Element, FNext);
+      return ReadNodeValue();
     }
     FOut.WriteEndOfList();
     --FDepth;
+    CloseNode();
   }
 
   void ReadCollectionElement() {
     if (Take('>')) {
       FOut.WriteEndOfList();
       --FDepth;
-      return;
+      return CloseNode();
     }
     if (!SameWord(ReadWord("\"item\" or \">\""), "item")) FailAt(FWordStart, "\"item\" or \">\"");
+    const char* const word = FWordStart;
     std::int64_t order = 0;
-    if (ReadOrder(order)) FOut.WriteIntegerValue(order);
+    const bool ordered = ReadOrder(order);
+    OpenNode(TFormNodeKind::Item, word);
+    if (ordered) FOut.WriteIntegerValue(order);
     FOut.WriteValueType(TValueType::vaList);
     Push(TNesting::Item);
   }
@@ -449,6 +501,7 @@ class TFormTextReader {
     if (!IsEndWord(word)) return ReadProperty(word);
     FOut.WriteEndOfList();
     --FDepth;
+    CloseNode();
   }
 
   void ReadSet() {
@@ -769,15 +822,15 @@ class TFormTextReader {
   const char* FWordStart = nullptr;
   TByteWriter& FOut;
   const TFormTextStyle& FStyle;
-  std::vector<TFormPlace>* FPlaces;
+  TNodeNotes* FNotes;
   std::size_t FDepth = 0;
   std::array<TNesting, MaxFormNesting> FNesting;
 };
 
 void Convert(std::string_view text, std::size_t& position, TByteWriter& binary,
-             const TFormTextStyle& style, std::vector<TFormPlace>* places) {
+             const TFormTextStyle& style, TNodeNotes* notes) {
   const std::size_t start = binary.Size();
-  TFormTextReader reader(text, position, binary, style, places);
+  TFormTextReader reader(text, position, binary, style, notes);
   try {
     reader.ReadObject();
   } catch (...) {
@@ -794,9 +847,16 @@ void ObjectTextToBinary(std::string_view text, std::size_t& position, TByteWrite
   Convert(text, position, binary, style, nullptr);
 }
 
-void FindFormPlaces(std::string_view text, std::size_t& position, TByteWriter& binary,
-                    std::vector<TFormPlace>& places) {
-  Convert(text, position, binary, DefaultFormTextStyle(), &places);
+void ReadFormNodes(std::string_view text, std::size_t& position, TByteWriter& binary,
+                   std::vector<TFormNode>& nodes) {
+  const std::size_t before = nodes.size();
+  TNodeNotes notes(nodes);
+  try {
+    Convert(text, position, binary, DefaultFormTextStyle(), &notes);
+  } catch (...) {
+    nodes.resize(before);
+    throw;
+  }
 }
 
 }  // namespace wrenfold
