@@ -121,6 +121,7 @@ class TDesignReader {
     std::unique_ptr<TDesignComponent> top(new TDesignComponent(&root, FBytes));
     top->SetParentComponent(&parent);
     ReadTree(*top, root);
+    ExpectEnd();
     return top.release();
   }
 
@@ -178,6 +179,11 @@ std::unique_ptr<TDesignComponent> ReadDesignForm(std::string stream, std::size_t
   if (consumed != nullptr) *consumed = reader.Position();
   else reader.ExpectEnd();
   return root;
+}
+
+TDesignComponent* AddDesignComponent(std::string stream, TDesignComponent& root,
+                                     TDesignComponent& parent) {
+  return TDesignReader(std::move(stream)).ReadInto(root, parent);
 }
 
 class TDesignWriter {

@@ -321,7 +321,14 @@ class TSpanRenderer {
         return MergeComponent(child.Node, *child.Component);
       case TFormNodeKind::Property: {
         const std::size_t value = ValueBegin(node);
-        Copy({node.Text.Begin, value});
+        const std::string_view before = View({node.Text.Begin, value});
+        // A value that begins in the next line is a long one; another may be short.
+        if (!IsMergeable(child.Node, child.Bytes) && before.find('\n') != None) {
+          FOut.append(before.substr(0, before.find('=') + 1)).append(" ");
+          FOut += NewValue(child.Bytes, indent);
+          return;
+        }
+        FOut += before;
         return MergeValue({value, node.Text.End}, child.Node, child.Bytes, indent);
       }
       case TFormNodeKind::Item:
@@ -339,16 +346,22 @@ class TSpanRenderer {
 
   // Values.
 
+  // Whether the text of a value serves for these bytes, in part at least.
+  bool IsMergeable(std::size_t number, std::string_view bytes) const {
+    const std::string_view before = StoredOf(FNodes[number]);
+    if (before == bytes) return true;
+    return IsNested(TagOf(bytes)) && TagOf(before) == TagOf(bytes) &&
+           FNodes[number].Next != number + 1;
+  }
+
   void MergeValue(TFormSpan text, std::size_t number, std::string_view bytes,
                   std::string_view indent) {
     const TFormNode& node = FNodes[number];
-    const std::string_view before = StoredOf(node);
-    if (before == bytes) return Copy(text);
-    const bool nested = IsNested(TagOf(bytes)) && TagOf(before) == TagOf(bytes);
-    if (!nested || node.Next == number + 1) {
+    if (!IsMergeable(number, bytes)) {
       FOut += NewValue(bytes, indent);
       return;
     }
+    if (StoredOf(node) == bytes) return Copy(text);
     Copy({text.Begin, text.Begin + 1});
     const TContainer inside{{text.Begin + 1, text.End - 1},
                             number + 1,

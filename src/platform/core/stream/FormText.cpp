@@ -1,9 +1,8 @@
 #include "platform/core/stream/FormText.h"
 
-#include "platform/core/stream/FormText.h"
-
 #include <algorithm>
 
+#include "platform/core/stream/TextScan.h"
 
 namespace wrenfold {
 
