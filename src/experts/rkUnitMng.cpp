@@ -8,46 +8,38 @@
 
 namespace wrenfold {
 
-namespace {
-
-std::string SettingLabels() {
-  return MakePropNames("TUnitManager",
-                       {{"DragModeAllowed", sLabelDragModeAllowed},
-                        {"CloseFormOnShowUnit", sLabelCloseFormOnShowUnit},
-                        {"FilterPanelVisible", sLabelFilterPanelVisible},
-                        {"JumpToUnitsOnApllyFilter", sLabelJumpToUnitsOnApplyFilter},
-                        {"HistoryList", sLabelHistoryList},
-                        {"HistoryStoredCount", sLabelHistoryStoredCount},
-                        {"CloseUnitShortCut", sLabelCloseUnitShortCut},
-                        {"FilterUnitsShortCut", sLabelFilterUnitsShortCut},
-                        {"MoveDownUnitShortCut", sLabelMoveDownUnitShortCut},
-                        {"MoveUpUnitShortCut", sLabelMoveUpUnitShortCut},
-                        {"ShowUnitShortCut", sLabelShowUnitShortCut},
-                        {"SortUnitsShortCut", sLabelSortUnitsShortCut}});
-}
-
-}  // namespace
-
 const TTypeInfo& TUnitManager::ClassInfo() {
   static const TTypeInfo info =
       Publish<TUnitManager>("TUnitManager", TSharedManager::ClassInfo())
           .Prop("DragModeAllowed", &TUnitManager::DragModeAllowed)
+          .Label(sLabelDragModeAllowed)
           .Prop("CloseFormOnShowUnit", &TUnitManager::CloseFormOnShowUnit)
+          .Label(sLabelCloseFormOnShowUnit)
           .Prop("FilterPanelVisible", &TUnitManager::FilterPanelVisible)
+          .Label(sLabelFilterPanelVisible)
           .Prop("JumpToUnitsOnApllyFilter", &TUnitManager::JumpToUnitsOnApllyFilter)
+          .Label(sLabelJumpToUnitsOnApplyFilter)
           .Prop("HistoryList", &TUnitManager::HistoryList)
+          .Label(sLabelHistoryList)
           .Prop("HistoryStoredCount", &TUnitManager::HistoryStoredCount)
+          .Label(sLabelHistoryStoredCount)
           .Prop("CloseUnitShortCut", &TUnitManager::CloseUnitShortCut)
+          .Label(sLabelCloseUnitShortCut)
           .Prop("FilterUnitsShortCut", &TUnitManager::FilterUnitsShortCut)
+          .Label(sLabelFilterUnitsShortCut)
           .Prop("MoveDownUnitShortCut", &TUnitManager::MoveDownUnitShortCut)
+          .Label(sLabelMoveDownUnitShortCut)
           .Prop("MoveUpUnitShortCut", &TUnitManager::MoveUpUnitShortCut)
+          .Label(sLabelMoveUpUnitShortCut)
           .Prop("ShowUnitShortCut", &TUnitManager::ShowUnitShortCut)
-          .Prop("SortUnitsShortCut", &TUnitManager::SortUnitsShortCut);
+          .Label(sLabelShowUnitShortCut)
+          .Prop("SortUnitsShortCut", &TUnitManager::SortUnitsShortCut)
+          .Label(sLabelSortUnitsShortCut);
   return info;
 }
 
 TUnitManager::TUnitManager() : HistoryList(std::make_unique<TStringList>()) {
-  AddStoredData(this, "UnitManagerData", LocaleStr(sUnitManagerExpert), SettingLabels());
+  AddStoredData(this, "UnitManagerData", LocaleStr(sUnitManagerExpert), MakePropNames(ClassInfo()));
 }
 
 TUnitManager::~TUnitManager() {

@@ -145,14 +145,22 @@ const TTypeInfo& TExpManagerData::ClassInfo() {
   static const TTypeInfo info =
       Publish<TExpManagerData>("TExpManagerData", TSpcObject::ClassInfo())
           .Prop("ExpertVersion", &TExpManagerData::ExpertVersion)
+          .Label(sLabelExpertVersion)
           .Prop("AutoSaveSettings", &TExpManagerData::AutoSaveSettings)
+          .Label(sLabelAutoSaveSettings)
           .Prop("MainMenuSearchItem", &TExpManagerData::MainMenuSearchItem)
+          .Label(sLabelMainMenuSearchItem)
           .Prop("InsertMenuBeforeItem", &TExpManagerData::InsertMenuBeforeItem)
+          .Label(sLabelInsertMenuBeforeItem)
           .Prop("MenuHaveLineBefore", &TExpManagerData::MenuHaveLineBefore)
+          .Label(sLabelMenuHaveLineBefore)
           .Prop("MenuHaveLineAfter", &TExpManagerData::MenuHaveLineAfter)
+          .Label(sLabelMenuHaveLineAfter)
           .Prop("ErrorLogAllowed", &TExpManagerData::ErrorLogAllowed,
                 &TExpManagerData::SetErrorLogAllowed)
+          .Label(sLabelErrorLogAllowed)
           .Prop("MaxLogSize", &TExpManagerData::MaxLogSize, &TExpManagerData::SetMaxLogSize)
+          .Label(sLabelMaxLogSize)
           .Prop("EditorFormData", &TExpManagerData::EditorFormData);
   return info;
 }
@@ -178,21 +186,10 @@ void TExpManagerData::SetMaxLogSize(std::uint32_t kilobytes) {
   FHooks.MaxLogSize(kilobytes);
 }
 
-std::string TExpManagerData::PropNames() {
-  return MakePropNames("TExpManagerData", {{"ExpertVersion", sLabelExpertVersion},
-                                           {"AutoSaveSettings", sLabelAutoSaveSettings},
-                                           {"MainMenuSearchItem", sLabelMainMenuSearchItem},
-                                           {"InsertMenuBeforeItem", sLabelInsertMenuBeforeItem},
-                                           {"MenuHaveLineBefore", sLabelMenuHaveLineBefore},
-                                           {"MenuHaveLineAfter", sLabelMenuHaveLineAfter},
-                                           {"ErrorLogAllowed", sLabelErrorLogAllowed},
-                                           {"MaxLogSize", sLabelMaxLogSize}});
-}
-
-std::string MakePropNames(const std::string& className, std::initializer_list<TPropLabel> labels) {
-  std::string text = "[" + className + "]";
-  for (const TPropLabel& label : labels)
-    text += std::string("\r\n") + label.Property + "=" + LocaleStr(label.LabelId);
+std::string MakePropNames(const TTypeInfo& settings) {
+  std::string text = "[" + settings.Name() + "]";
+  for (const TLabel& label : settings.Labels())
+    text += "\r\n" + label.Name + "=" + LocaleStr(label.TextId);
   return text;
 }
 

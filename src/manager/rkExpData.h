@@ -177,9 +177,6 @@ class TExpManagerData : public TSpcObject {
   std::uint32_t MaxLogSize() const { return FMaxLogSize; }
   void SetMaxLogSize(std::uint32_t kilobytes);
 
-  // The labels of the properties in the language in force, in the layout of ini files.
-  static std::string PropNames();
-
   std::string ExpertVersion = "1.0";
   bool AutoSaveSettings = true;
   std::string MainMenuSearchItem = "Tools";
@@ -194,12 +191,9 @@ class TExpManagerData : public TSpcObject {
   std::uint32_t FMaxLogSize = 50;
 };
 
-// A property and the number of its label.
-struct TPropLabel {
-  const char* Property;
-  int LabelId;
-};
-// "[ClassName]" and a line "property=label" for each, joined by CR LF.
-std::string MakePropNames(const std::string& className, std::initializer_list<TPropLabel> labels);
+// The labels of a class of settings in the language in force, in the layout of ini files:
+// "[ClassName]" and a line "name=label" for each, in the order of the text numbers, joined by CR
+// LF.
+std::string MakePropNames(const TTypeInfo& settings);
 
 }  // namespace wrenfold

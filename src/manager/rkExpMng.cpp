@@ -256,7 +256,7 @@ void TExpManager::CreateData() {
 
 void TExpManager::AddOwnData() {
   AddStoredData(FData.get(), "ExpManagerData", LocaleStr(sExpertsManager),
-                TExpManagerData::PropNames());
+                MakePropNames(TExpManagerData::ClassInfo()));
 }
 
 void TExpManager::FillPresentList() {

@@ -116,7 +116,8 @@ std::int32_t CheckedOrdinal(const TPropInfo& property, double number) {
   const double high = isUnsigned ? UINT32_MAX : INT32_MAX;
   const TTypeInfo& type = *property.PropType;
   const bool inType =
-      property.Kind() != tkEnumeration || (number >= type.MinValue() && number <= type.MaxValue());
+      property.Kind() != tkEnumeration || (number >= static_cast<double>(type.Range().Low) &&
+                                           number <= static_cast<double>(type.Range().High));
   if (!(number >= low && number <= high) || !inType) RaiseUnacceptable(FloatToStr(number));
   return static_cast<std::int32_t>(static_cast<std::int64_t>(number));
 }
@@ -333,7 +334,8 @@ void FillEnumNames(const TTypeInfo& enumeration, TStrings& names) {
   if (enumeration.Kind() != tkEnumeration) RaiseUnsupported();
   const TUpdate update(names);
   names.Clear();
-  for (int value = enumeration.MinValue(); value <= enumeration.MaxValue(); ++value)
+  const TValueRange& range = enumeration.Range();
+  for (std::int64_t value = range.Low; value <= range.High; ++value)
     names.Add(enumeration.EnumNames()[static_cast<std::size_t>(value)]);
 }
 

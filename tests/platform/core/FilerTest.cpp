@@ -62,6 +62,11 @@ class TDeck : public TComponent {
                                       .Prop("Back", &TDeck::Back)
                                       .Prop("Loose", &TDeck::Loose)
                                       .Prop("Mask", &TDeck::Mask)
+                                      .Prop("Level", &TDeck::Level)
+                                      .Default(1)
+                                      .Prop("Seats", &TDeck::Seats)
+                                      .Range(1, 9)
+                                      .Default(2)
                                       .Prop("Next", &TDeck::Next)
                                       .Prop("OnDeal", &TDeck::OnDeal);
     return info;
@@ -85,6 +90,8 @@ class TDeck : public TComponent {
   TColor Back = clRed;
   TVariant Loose;
   std::uint32_t Mask = 0;
+  std::uint8_t Level = 1;
+  std::int32_t Seats = 2;
   TDeck* Next = nullptr;
   TNotifyEvent OnDeal;
 };
@@ -193,6 +200,10 @@ TEST(Filer, AnIgnoredErrorCostsOneValue) {
       {"Letter", "\x06\x02hi", "expected one character"},
       {"Ratio", "\x05\0\0\0\0\0\0\0\x80\xFE\x7F"s, "does not fit a double"},
       {"Gauge", "\x05\0\0\0\0\0\0\0\x80\xFE\x41"s, "does not fit Single"},
+      {"Level", "\x03\x2C\x01", "300 is outside Byte (0 to 255)"},
+      {"Seats", "\x02\x0A", "10 is outside Integer (1 to 9)"},
+      {"Mask", "\x02\xFF", "-1 is outside Cardinal (0 to 4294967295)"},
+      {"Tag", "\x13\xFF\xFF\xFF\xFF\0\0\0\0"s, "4294967295 is outside Integer"},
       {"Cards", "\x0E\x01\x04Rank\x06\x01x\x00\x00"s, "expected an integer, found vaString"},
   };
   for (const auto& row : rows) {
@@ -213,6 +224,7 @@ TEST(Filer, AnIgnoredErrorCostsOneValue) {
     TDeck deck;
     lenient.ReadRootComponent(&deck);
     EXPECT_EQ(deck.Big, 7) << "reading goes on behind the value";
+    EXPECT_EQ(deck.Level + deck.Seats + deck.Tag, 3) << "a refused value is not written";
     ASSERT_EQ(lenient.Errors.size(), 1u);
     EXPECT_NE(lenient.Errors[0].find(row.Message), std::string::npos) << lenient.Errors[0];
 
@@ -260,6 +272,27 @@ TEST(Filer, TruncationAtAnyByteIsAReadError) {
     EXPECT_THROW(reader.ReadRootComponent(&read), EReadError) << length;
   }
   UnRegisterClass(TDeck::ClassInfo());
+}
+
+TEST(TypeInfo, LabelsComeByTextNumberAndMayNameNoProperty) {
+  class TBase : public TPersistent {
+   public:
+    std::int32_t Value = 0;
+  };
+  const TTypeInfo base = Publish<TBase>("TBase", TPersistent::ClassInfo())
+                             .Prop("Second", &TBase::Value)
+                             .Label(20)
+                             .Label("Nowhere", 15);
+  const TTypeInfo info = Publish<TBase>("TLabelled", base)
+                             .Prop("Unlabelled", &TBase::Value)
+                             .Prop("First", &TBase::Value)
+                             .Label(10);
+  std::string labels;
+  for (const TLabel& label : info.Labels())
+    labels += label.Name + '=' + std::to_string(label.TextId) + ' ';
+  EXPECT_EQ(labels, "First=10 Nowhere=15 Second=20 ");
+  EXPECT_EQ(TTypeInfo("tdatetime", tkFloat).PropKind(), TPropKind::DateTime)
+      << "a type is known by its name in any letter case";
 }
 
 // A component inside a component, as often as asked.

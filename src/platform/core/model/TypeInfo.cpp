@@ -1,5 +1,7 @@
 #include "platform/core/model/TypeInfo.h"
 
+#include <algorithm>
+
 #include "platform/core/model/Collection.h"
 #include "platform/core/model/Persistent.h"
 #include "platform/core/system/Exceptions.h"
@@ -12,6 +14,42 @@ namespace {
 [[noreturn]] void RaiseNoAccess(const char* access) {
   throw EPropertyAccessError(std::string("The property offers no ") + access + " access");
 }
+
+constexpr TValueRange AllBits = {0, UINT32_MAX};
+
+// What the values of a type without a name of its own mean, in the order of TTypeKind.
+struct TKindRow {
+  TTypeKind Kind;
+  TPropKind PropKind;
+  TValueRange Range = {};
+};
+constexpr TKindRow KindRows[] = {
+    {tkUnknown, TPropKind::Unknown},
+    {tkInteger, TPropKind::Integer, detail::RangeOf<std::int32_t>},
+    {tkChar, TPropKind::Char, detail::RangeOf<std::uint8_t>},
+    {tkEnumeration, TPropKind::Enumeration},
+    {tkFloat, TPropKind::Float},
+    {tkString, TPropKind::Text},
+    {tkSet, TPropKind::Set, AllBits},
+    {tkClass, TPropKind::Object},
+    {tkMethod, TPropKind::Event},
+    {tkWChar, TPropKind::WideChar, detail::RangeOf<std::uint16_t>},
+    {tkLString, TPropKind::Text},
+    {tkWString, TPropKind::WideText},
+    {tkVariant, TPropKind::Variant},
+    {tkArray, TPropKind::Unknown},
+    {tkRecord, TPropKind::Unknown},
+    {tkInterface, TPropKind::Unknown},
+    {tkInt64, TPropKind::Int64},
+    {tkDynArray, TPropKind::Unknown},
+};
+static_assert(std::size(KindRows) == tkDynArray + 1);
+
+constexpr detail::TSimpleType TypesOfMeaning[] = {
+    detail::SimpleType<TColor>(),       detail::SimpleType<TCursor>(),
+    detail::SimpleType<TFontCharset>(), detail::SimpleType<TDateTime>(),
+    detail::SimpleType<TDate>(),        detail::SimpleType<TTime>(),
+};
 
 }  // namespace
 
@@ -30,101 +68,9 @@ void RaiseTooLarge(double value, const TTypeInfo& type) {
   throw EPropertyAccessError(FloatToStr(value) + " does not fit " + type.Name());
 }
 
-template <>
-const char* SimpleTypeName<char>() {
-  return "Char";
-}
-template <>
-const char* SimpleTypeName<char16_t>() {
-  return "WideChar";
-}
-template <>
-const char* SimpleTypeName<std::int8_t>() {
-  return "ShortInt";
-}
-template <>
-const char* SimpleTypeName<std::uint8_t>() {
-  return "Byte";
-}
-template <>
-const char* SimpleTypeName<std::int16_t>() {
-  return "SmallInt";
-}
-template <>
-const char* SimpleTypeName<std::uint16_t>() {
-  return "Word";
-}
-template <>
-const char* SimpleTypeName<std::int32_t>() {
-  return "Integer";
-}
-template <>
-const char* SimpleTypeName<std::uint32_t>() {
-  return "Cardinal";
-}
-template <>
-const char* SimpleTypeName<std::int64_t>() {
-  return "Int64";
-}
-template <>
-const char* SimpleTypeName<float>() {
-  return "Single";
-}
-template <>
-const char* SimpleTypeName<double>() {
-  return "Double";
-}
-template <>
-const char* SimpleTypeName<TColor>() {
-  return "TColor";
-}
-template <>
-const char* SimpleTypeName<TCursor>() {
-  return "TCursor";
-}
-template <>
-const char* SimpleTypeName<TFontCharset>() {
-  return "TFontCharset";
-}
-template <>
-const char* SimpleTypeName<TSpinInt>() {
-  return "TSpinInt";
-}
-template <>
-const char* SimpleTypeName<TShortCut>() {
-  return "TShortCut";
-}
-template <>
-const char* SimpleTypeName<TDateTime>() {
-  return "TDateTime";
-}
-template <>
-const char* SimpleTypeName<TDate>() {
-  return "TDate";
-}
-template <>
-const char* SimpleTypeName<TTime>() {
-  return "TTime";
-}
-template <>
-const char* SimpleTypeName<std::string>() {
-  return "String";
-}
-template <>
-const char* SimpleTypeName<TShortString>() {
-  return "ShortString";
-}
-template <>
-const char* SimpleTypeName<TShortCutString>() {
-  return "TShortCutString";
-}
-template <>
-const char* SimpleTypeName<TWideString>() {
-  return "WideString";
-}
-template <>
-const char* SimpleTypeName<TVariant>() {
-  return "Variant";
+void RaiseOutOfRange(std::int64_t value, const TTypeInfo& type, const TValueRange& range) {
+  throw EPropertyAccessError(std::to_string(value) + " is outside " + type.Name() + " (" +
+                             std::to_string(range.Low) + " to " + std::to_string(range.High) + ')');
 }
 
 }  // namespace detail
@@ -183,15 +129,32 @@ bool TTypeInfo::TNameEqual::operator()(std::string_view left, std::string_view r
   return EqualText(left, right);
 }
 
+TTypeInfo::TTypeInfo(std::string name, TTypeKind kind)
+    : FName(std::move(name)),
+      FKind(kind),
+      FPropKind(KindRows[kind].PropKind),
+      FRange(KindRows[kind].Range) {
+  for (const detail::TSimpleType& type : TypesOfMeaning) {
+    const bool sameKind = type.Range == TValueRange() ? kind == tkFloat : kind == tkInteger;
+    if (sameKind && EqualText(FName, type.Name)) FPropKind = type.Kind;
+  }
+}
+
+TTypeInfo::TTypeInfo(const detail::TSimpleType& type, TTypeKind kind)
+    : FName(type.Name), FKind(kind), FPropKind(type.Kind), FRange(type.Range) {}
+
 TTypeInfo::TTypeInfo(std::string name, const TTypeInfo* parent, TMakers makers,
-                     std::vector<std::unique_ptr<TPropInfo>> properties)
+                     std::vector<std::unique_ptr<TPropInfo>> properties, std::vector<TLabel> labels)
     : FName(std::move(name)),
       FKind(tkClass),
+      FPropKind(TPropKind::Object),
       FParent(parent),
       FOwnProperties(std::move(properties)),
+      FLabels(std::move(labels)),
       FMakers(std::move(makers)) {
   if (parent != nullptr) {
     FProperties = parent->FProperties;
+    FLabels.insert(FLabels.end(), parent->FLabels.begin(), parent->FLabels.end());
     FIndexByName = parent->FIndexByName;
   }
   for (const auto& property : FOwnProperties) {
@@ -205,10 +168,15 @@ std::unique_ptr<TTypeInfo> TTypeInfo::MakeEnumeration(std::string name,
                                                       std::vector<std::string> names, int low) {
   auto info = std::make_unique<TTypeInfo>(std::move(name), tkEnumeration);
   info->FEnumNames = std::move(names);
-  info->FMinValue = low;
-  info->FMaxValue = static_cast<int>(info->FEnumNames.size()) - 1;
+  info->FRange = {low, static_cast<std::int64_t>(info->FEnumNames.size()) - 1};
   for (std::size_t i = 0; i < info->FEnumNames.size(); ++i)
     info->FIndexByName.try_emplace(info->FEnumNames[i], i);
+  return info;
+}
+
+std::unique_ptr<TTypeInfo> TTypeInfo::MakeBoolean() {
+  auto info = MakeEnumeration("Boolean", {"False", "True"});
+  info->FPropKind = TPropKind::Boolean;
   return info;
 }
 
@@ -219,7 +187,8 @@ std::unique_ptr<TTypeInfo> TTypeInfo::MakeSet(std::string name, const TTypeInfo&
 }
 
 std::unique_ptr<TTypeInfo> TTypeInfo::MakeClass(std::string name, const TTypeInfo& parent) {
-  return std::unique_ptr<TTypeInfo>(new TTypeInfo(std::move(name), &parent, parent.FMakers, {}));
+  return std::unique_ptr<TTypeInfo>(
+      new TTypeInfo(std::move(name), &parent, parent.FMakers, {}, {}));
 }
 
 std::optional<int> TTypeInfo::FindEnumValue(std::string_view name) const {
@@ -233,6 +202,15 @@ const TPropInfo* TTypeInfo::FindProperty(std::string_view name) const {
   if (FKind != tkClass) return nullptr;
   const auto found = FIndexByName.find(name);
   return found == FIndexByName.end() ? nullptr : FProperties[found->second];
+}
+
+std::vector<TLabel> TTypeInfo::Labels() const {
+  std::vector<TLabel> labels = FLabels;
+  for (const TPropInfo* property : FProperties)
+    if (property->Label != 0) labels.push_back({property->Name, property->Label});
+  std::stable_sort(labels.begin(), labels.end(),
+                   [](const TLabel& a, const TLabel& b) { return a.TextId < b.TextId; });
+  return labels;
 }
 
 bool TTypeInfo::InheritsFrom(const TTypeInfo& ancestor) const {

@@ -55,11 +55,52 @@ inline constexpr TTypeKinds AllTypeKinds = TTypeKinds::FromBits((1u << 18) - 1);
 using TVariant =
     std::variant<std::monostate, bool, std::int32_t, std::int64_t, double, std::string>;
 
+// How the values of a type are stored, shown and converted: each is one row of PropKinds.cpp.
+enum class TPropKind : std::uint8_t {
+  Unknown,
+  Integer,
+  Color,
+  Cursor,
+  Charset,
+  Char,
+  WideChar,
+  Enumeration,
+  Boolean,
+  Set,
+  Float,
+  DateTime,
+  Time,
+  Text,
+  WideText,
+  Int64,
+  Object,
+  Event,
+  Variant
+};
+inline constexpr std::size_t PropKindCount = static_cast<std::size_t>(TPropKind::Variant) + 1;
+
+// The lowest and the highest value of an ordinal. Where the highest needs 32 bits without a sign,
+// an ordinal is its two's complement.
+struct TValueRange {
+  std::int64_t Low = 0;
+  std::int64_t High = 0;
+
+  constexpr bool Contains(std::int64_t value) const { return value >= Low && value <= High; }
+  constexpr std::int64_t NumberOf(std::int32_t ordinal) const {
+    return High > INT32_MAX ? std::int64_t{static_cast<std::uint32_t>(ordinal)} : ordinal;
+  }
+  friend constexpr bool operator==(const TValueRange&, const TValueRange&) = default;
+};
+
 // Reads and writes one property of an instance. An access that the property's kind does not offer
-// raises EPropertyAccessError, so does a write to a property that is read only.
+// raises EPropertyAccessError, so does a write to a property that is read only, or of a value
+// outside the property's range; the property then keeps its value.
 class TPropAccess {
  public:
   virtual ~TPropAccess() = default;
+  // Narrows the range of the type.
+  void SetRange(const TValueRange& range) { FRange = range; }
+  const std::optional<TValueRange>& Range() const { return FRange; }
   // Integers, characters, enumerations (also Boolean) and sets.
   virtual std::int32_t GetOrd(const TPersistent& instance) const;
   virtual void SetOrd(TPersistent& instance, std::int32_t value) const;
@@ -78,6 +119,9 @@ class TPropAccess {
   virtual TVariant GetVariant(const TPersistent& instance) const;
   virtual void SetVariant(TPersistent& instance, const TVariant& value) const;
   virtual bool CanWrite() const { return true; }
+
+ private:
+  std::optional<TValueRange> FRange;
 };
 
 // A type record that is made when it is first asked for, so that a class can publish a property of
@@ -103,34 +147,53 @@ struct TPropInfo {
   std::optional<std::int32_t> Default = std::nullopt;
   // Whether the storage writes the property at all.
   std::function<bool(const TPersistent&)> IsStored = nullptr;
+  // The number of the text that names the property to the user; 0: none.
+  int Label = 0;
 
   TTypeKind Kind() const;
+  // Of an ordinal property: the range of its type, unless the property's is narrower.
+  const TValueRange& Range() const;
   bool Stored(const TPersistent& instance) const { return !IsStored || IsStored(instance); }
 };
+
+// A name and the number of the text that names it to the user.
+struct TLabel {
+  std::string Name;
+  int TextId = 0;
+};
+
+namespace detail {
+struct TSimpleType;
+}
 
 // What is known of a type: its kind, its name and what the kind needs. Records of compiled types
 // are made once and live as long as the process; a record of a class that exists only in a user's
 // source is made at run time and lives as long as whoever made it. Records are compared by address.
 class TTypeInfo {
  public:
-  TTypeInfo(std::string name, TTypeKind kind) : FName(std::move(name)), FKind(kind) {}
+  // A type that is no class. What the values mean follows from the name where it is that of a
+  // simple type ("TColor", letter case ignored), else from the kind.
+  TTypeInfo(std::string name, TTypeKind kind);
+  TTypeInfo(const detail::TSimpleType& type, TTypeKind kind);
   TTypeInfo(const TTypeInfo&) = delete;
   TTypeInfo& operator=(const TTypeInfo&) = delete;
 
   static std::unique_ptr<TTypeInfo> MakeEnumeration(std::string name,
                                                     std::vector<std::string> names, int low = 0);
+  static std::unique_ptr<TTypeInfo> MakeBoolean();
   static std::unique_ptr<TTypeInfo> MakeSet(std::string name, const TTypeInfo& element);
   // A class made at run time: no property of its own, instances are made as the parent makes them.
   static std::unique_ptr<TTypeInfo> MakeClass(std::string name, const TTypeInfo& parent);
 
   const std::string& Name() const { return FName; }
   TTypeKind Kind() const { return FKind; }
+  TPropKind PropKind() const { return FPropKind; }
+  // Ordinals: the range of values.
+  const TValueRange& Range() const { return FRange; }
 
-  // Enumerations: value names in ordinal order (the first has ordinal 0) and the range of values,
-  // which a subrange type narrows.
+  // Enumerations: value names in ordinal order (the first has ordinal 0). A subrange type has the
+  // names of the whole type and a narrower range.
   const std::vector<std::string>& EnumNames() const { return FEnumNames; }
-  int MinValue() const { return FMinValue; }
-  int MaxValue() const { return FMaxValue; }
   // The ordinal of a value name, letter case ignored, or none.
   std::optional<int> FindEnumValue(std::string_view name) const;
 
@@ -143,6 +206,8 @@ class TTypeInfo {
   const std::vector<const TPropInfo*>& Properties() const { return FProperties; }
   // The descriptor by name, letter case ignored, in constant time; null when there is none.
   const TPropInfo* FindProperty(std::string_view name) const;
+  // All labels, of properties and of names without one, by ascending text number.
+  std::vector<TLabel> Labels() const;
   bool InheritsFrom(const TTypeInfo& ancestor) const;
   // The same by class name: classes of a user's forms are known by name alone.
   bool InheritsFrom(std::string_view ancestorName) const;
@@ -169,17 +234,18 @@ class TTypeInfo {
   };
 
   TTypeInfo(std::string name, const TTypeInfo* parent, TMakers makers,
-            std::vector<std::unique_ptr<TPropInfo>> properties);
+            std::vector<std::unique_ptr<TPropInfo>> properties, std::vector<TLabel> labels);
 
   std::string FName;
   TTypeKind FKind;
+  TPropKind FPropKind = TPropKind::Unknown;
+  TValueRange FRange;
   std::vector<std::string> FEnumNames;
-  int FMinValue = 0;
-  int FMaxValue = 0;
   const TTypeInfo* FElementType = nullptr;
   const TTypeInfo* FParent = nullptr;
   std::vector<std::unique_ptr<TPropInfo>> FOwnProperties;
   std::vector<const TPropInfo*> FProperties;
+  std::vector<TLabel> FLabels;  // without a property
   std::unordered_map<std::string_view, std::size_t, TNameHash, TNameEqual> FIndexByName;
   TMakers FMakers;
 };
@@ -188,6 +254,9 @@ using TClass = const TTypeInfo*;
 
 inline TTypeKind TPropInfo::Kind() const {
   return PropType->Kind();
+}
+inline const TValueRange& TPropInfo::Range() const {
+  return Access->Range() ? *Access->Range() : PropType->Range();
 }
 
 // An enumeration declares its type name and value names once, by specialising this:
@@ -248,9 +317,115 @@ constexpr TTypeKind KindOf() {
   else return tkUnknown;
 }
 
-// Names of the simple types, in TypeInfo.cpp.
+// The rows of the simple types. A type of properties without a row does not compile.
+struct TSimpleType {
+  const char* Name;
+  TPropKind Kind;
+  TValueRange Range = {};
+};
+
+template <class Integer>
+inline constexpr TValueRange RangeOf = {std::numeric_limits<Integer>::min(),
+                                        std::numeric_limits<Integer>::max()};
+
 template <class Value>
-const char* SimpleTypeName();
+constexpr TSimpleType SimpleType() = delete;
+template <>
+constexpr TSimpleType SimpleType<char>() {
+  return {"Char", TPropKind::Char, RangeOf<std::uint8_t>};
+}
+template <>
+constexpr TSimpleType SimpleType<char16_t>() {
+  return {"WideChar", TPropKind::WideChar, RangeOf<std::uint16_t>};
+}
+template <>
+constexpr TSimpleType SimpleType<std::int8_t>() {
+  return {"ShortInt", TPropKind::Integer, RangeOf<std::int8_t>};
+}
+template <>
+constexpr TSimpleType SimpleType<std::uint8_t>() {
+  return {"Byte", TPropKind::Integer, RangeOf<std::uint8_t>};
+}
+template <>
+constexpr TSimpleType SimpleType<std::int16_t>() {
+  return {"SmallInt", TPropKind::Integer, RangeOf<std::int16_t>};
+}
+template <>
+constexpr TSimpleType SimpleType<std::uint16_t>() {
+  return {"Word", TPropKind::Integer, RangeOf<std::uint16_t>};
+}
+template <>
+constexpr TSimpleType SimpleType<std::int32_t>() {
+  return {"Integer", TPropKind::Integer, RangeOf<std::int32_t>};
+}
+template <>
+constexpr TSimpleType SimpleType<std::uint32_t>() {
+  return {"Cardinal", TPropKind::Integer, RangeOf<std::uint32_t>};
+}
+template <>
+constexpr TSimpleType SimpleType<TColor>() {
+  return {"TColor", TPropKind::Color, RangeOf<std::int32_t>};
+}
+template <>
+constexpr TSimpleType SimpleType<TCursor>() {
+  return {"TCursor", TPropKind::Cursor, RangeOf<std::int32_t>};
+}
+template <>
+constexpr TSimpleType SimpleType<TFontCharset>() {
+  return {"TFontCharset", TPropKind::Charset, RangeOf<std::int32_t>};
+}
+template <>
+constexpr TSimpleType SimpleType<TSpinInt>() {
+  return {"TSpinInt", TPropKind::Integer, RangeOf<std::int32_t>};
+}
+template <>
+constexpr TSimpleType SimpleType<TShortCut>() {
+  return {"TShortCut", TPropKind::Integer, RangeOf<std::uint16_t>};
+}
+template <>
+constexpr TSimpleType SimpleType<std::int64_t>() {
+  return {"Int64", TPropKind::Int64};
+}
+template <>
+constexpr TSimpleType SimpleType<float>() {
+  return {"Single", TPropKind::Float};
+}
+template <>
+constexpr TSimpleType SimpleType<double>() {
+  return {"Double", TPropKind::Float};
+}
+template <>
+constexpr TSimpleType SimpleType<TDateTime>() {
+  return {"TDateTime", TPropKind::DateTime};
+}
+template <>
+constexpr TSimpleType SimpleType<TDate>() {
+  return {"TDate", TPropKind::DateTime};
+}
+template <>
+constexpr TSimpleType SimpleType<TTime>() {
+  return {"TTime", TPropKind::Time};
+}
+template <>
+constexpr TSimpleType SimpleType<std::string>() {
+  return {"String", TPropKind::Text};
+}
+template <>
+constexpr TSimpleType SimpleType<TShortString>() {
+  return {"ShortString", TPropKind::Text};
+}
+template <>
+constexpr TSimpleType SimpleType<TShortCutString>() {
+  return {"TShortCutString", TPropKind::Text};
+}
+template <>
+constexpr TSimpleType SimpleType<TWideString>() {
+  return {"WideString", TPropKind::WideText};
+}
+template <>
+constexpr TSimpleType SimpleType<TVariant>() {
+  return {"Variant", TPropKind::Variant};
+}
 
 template <class Enumeration>
 std::unique_ptr<TTypeInfo> MakeEnumerationInfo() {
@@ -281,7 +456,7 @@ const TTypeInfo& TypeInfoOf() {
     static const auto info = detail::MakeEnumerationInfo<Value>();
     return *info;
   } else if constexpr (std::is_same_v<Value, bool>) {
-    static const auto info = TTypeInfo::MakeEnumeration("Boolean", {"False", "True"});
+    static const auto info = TTypeInfo::MakeBoolean();
     return *info;
   } else if constexpr (detail::IsSet<Value>) {
     static const auto info = detail::MakeSetInfo<Value>();
@@ -290,7 +465,7 @@ const TTypeInfo& TypeInfoOf() {
     static const TTypeInfo info("TMethod", tkMethod);
     return info;
   } else {
-    static const TTypeInfo info(detail::SimpleTypeName<Value>(), detail::KindOf<Value>());
+    static const TTypeInfo info(detail::SimpleType<Value>(), detail::KindOf<Value>());
     return info;
   }
 }
@@ -300,6 +475,8 @@ namespace detail {
 [[noreturn]] void RaiseReadOnly();
 [[noreturn]] void RaiseWrongClass(const TPersistent& object, const TTypeInfo& expected);
 [[noreturn]] void RaiseTooLarge(double value, const TTypeInfo& type);
+[[noreturn]] void RaiseOutOfRange(std::int64_t value, const TTypeInfo& type,
+                                  const TValueRange& range);
 
 // The one place that turns a typed value into what the accessors of its kind carry.
 template <class Class, class Value>
@@ -320,6 +497,7 @@ class TTypedAccess : public TPropAccess {
     else return TPropAccess::GetOrd(instance);
   }
   void SetOrd(TPersistent& instance, std::int32_t value) const override {
+    RequireInRange(value);
     if constexpr (Kind == tkSet) {
       Set(Cast(instance), Value::FromBits(static_cast<std::uint32_t>(value)));
     } else if constexpr (IsDistinct<Value> && Ordinal) {
@@ -389,6 +567,14 @@ class TTypedAccess : public TPropAccess {
   }
 
  private:
+  void RequireInRange([[maybe_unused]] std::int32_t value) const {
+    if constexpr (Ordinal) {
+      const TTypeInfo& type = TypeInfoOf<Value>();
+      const TValueRange& range = this->Range() ? *this->Range() : type.Range();
+      const std::int64_t number = range.NumberOf(value);
+      if (!range.Contains(number)) RaiseOutOfRange(number, type, range);
+    }
+  }
   // A finite number does not become infinite.
   static Value Narrowed(double value) {
     if (std::isfinite(value) && std::fabs(value) > double{std::numeric_limits<Value>::max()})
@@ -478,6 +664,21 @@ class TPublisher {
     else FLast->Default = static_cast<std::int32_t>(value);
     return std::move(*this);
   }
+  // Of the property named last: the values that it takes, where they are fewer than its type has.
+  TPublisher&& Range(std::int64_t low, std::int64_t high) && {
+    FLast->Access->SetRange({low, high});
+    return std::move(*this);
+  }
+  // Of the property named last: the number of the text that names it to the user.
+  TPublisher&& Label(int textId) && {
+    FLast->Label = textId;
+    return std::move(*this);
+  }
+  // The label of a name that is no property.
+  TPublisher&& Label(std::string name, int textId) && {
+    FLabels.push_back({std::move(name), textId});
+    return std::move(*this);
+  }
   // Of the property named last: never stored, or stored when the method says so.
   TPublisher&& NotStored() && {
     FLast->IsStored = [](const TPersistent&) { return false; };
@@ -491,7 +692,8 @@ class TPublisher {
   }
 
   operator TTypeInfo() && {  // NOLINT: the last step of the declaration
-    return TTypeInfo(std::move(FName), FParent, Makers(), std::move(FProperties));
+    return TTypeInfo(std::move(FName), FParent, Makers(), std::move(FProperties),
+                     std::move(FLabels));
   }
 
  private:
@@ -522,6 +724,7 @@ class TPublisher {
   std::string FName;
   const TTypeInfo* FParent;
   std::vector<std::unique_ptr<TPropInfo>> FProperties;
+  std::vector<TLabel> FLabels;
   TPropInfo* FLast = nullptr;
 };
 

@@ -430,7 +430,14 @@ std::int32_t TReader::ReadOrdinal(const TTypeInfo& type) {
     default:
       break;
   }
-  if (NextValue() != TValueType::vaIdent) return ReadInteger();
+  if (NextValue() != TValueType::vaIdent) {
+    const std::int64_t number = ReadInt64();
+    // A colour may stand without its sign.
+    const bool isNamed = type.PropKind() != TPropKind::Integer;
+    if (!type.Range().Contains(number) && !(isNamed && number >= 0 && number <= UINT32_MAX))
+      detail::RaiseOutOfRange(number, type, type.Range());
+    return static_cast<std::int32_t>(number);
+  }
   const std::string name = ReadIdent();
   const TIdentMap* names = FindIdentMap(type.Name());
   std::int32_t value = 0;
