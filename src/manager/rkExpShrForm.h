@@ -5,7 +5,7 @@
 #include <string>
 
 #include "manager/rkCustomExpert.h"
-#include "manager/rkSmartForm.h"
+#include "controls/rkSmartForm.h"
 
 namespace wrenfold {
 

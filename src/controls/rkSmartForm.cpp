@@ -1,5 +1,5 @@
 // The base of the experts' windows.
-#include "manager/rkSmartForm.h"
+#include "controls/rkSmartForm.h"
 
 #include <array>
 #include <charconv>

@@ -1,0 +1,13 @@
+#include "editor/rkRows.h"
+
+namespace wrenfold {
+
+TRowRules BasicRowRules() {
+  return {};
+}
+
+TRowRules ProRowRules() {
+  return {};
+}
+
+}  // namespace wrenfold
