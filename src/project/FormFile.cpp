@@ -73,6 +73,16 @@ TFormFile LoadFormFile(const std::string& fileName) {
   return ReadFormFile(ReadWholeFile(fileName), fileName);
 }
 
+TFormFile LoadFormFile(const std::string& fileName, std::optional<TFormSource>& source) {
+  std::string bytes = ReadWholeFile(fileName);
+  try {
+    source.emplace(std::move(bytes), fileName);
+    return {fileName, source->Format(), source->ReadForm()};
+  } catch (const Exception& error) {
+    throw EFormFileError(fmt::format("{}: {}", fileName, error.Message()));
+  }
+}
+
 TFormFile ReadFormFile(std::string bytes, const std::string& fileName) {
   if (bytes.starts_with(Utf8Mark)) bytes.erase(0, Utf8Mark.size());
   const TFormFormat format = TestFormFormat(bytes);

@@ -3,12 +3,13 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/core/stream/DesignComponent.h"
-#include "platform/core/stream/FormText.h"
+#include "platform/core/stream/FormSource.h"
 #include "platform/core/system/Exceptions.h"
 
 namespace wrenfold {
@@ -40,6 +41,8 @@ struct TFormFile {
 // Reads a form file in its binary, resource or text form. Raises EFormFileError, or EFOpenError
 // when the file cannot be read.
 TFormFile LoadFormFile(const std::string& fileName);
+// The same, and what the file held: to save the form so that all bytes stay that were not changed.
+TFormFile LoadFormFile(const std::string& fileName, std::optional<TFormSource>& source);
 // The same with the bytes of the file at hand; the file name is for messages.
 TFormFile ReadFormFile(std::string bytes, const std::string& fileName);
 

@@ -130,15 +130,25 @@ const TFormTextStyle* FindStyle(std::string_view bytes, TStoredForm form,
   return nullptr;
 }
 
+// Line ends that are LF were made by other tools, which leave out the last one, too: it is put
+// there. True when it was.
+bool NormalizeLineEnds(std::string& text) {
+  std::string lines = WithCrLf(text);
+  const bool unended = lines.size() != text.size() && !lines.ends_with('\n');
+  text = std::move(lines);
+  if (unended) text += "\r\n";
+  return unended;
+}
+
 // True when the file is identical.
 bool CheckFile(const std::string& name, TOutput& output) {
   std::string bytes = ReadInput(name);
   const TStoredForm form = ParseStoredFile(bytes).Form;
-  if (form == TStoredForm::Text) bytes = WithCrLf(bytes);
+  const bool unended = form == TStoredForm::Text && NormalizeLineEnds(bytes);
   std::optional<TDifference> difference;
   if (const TFormTextStyle* style = FindStyle(bytes, form, difference)) {
-    output.Line(
-        fmt::format("{}: identical, {}, style {}", name, StoredFormName(form), style->Name));
+    output.Line(fmt::format("{}: identical, {}, style {}{}", name, StoredFormName(form),
+                            style->Name, unended ? ", without its last line end" : ""));
     return true;
   }
   output.Line(fmt::format("{}: different at {}", name, difference->Place));

@@ -128,6 +128,17 @@ TEST_F(Files, ChangeThatWasNotSeenYetIsNotWrittenOverUnasked) {
   EXPECT_EQ(Folder.Read(file), "two\r\n");
 }
 
+TEST_F(Files, SavedFormDiffersInTheChangedValueAlone) {
+  const std::string form =
+      Folder.Write("Odd.lfm", "object Odd: TOdd\n  Left=1  \n\n  Caption = 'a' +\n   'b'\nend");
+  TFormDocument document(form);
+  TByteWriter two;
+  two.WriteIntegerValue(2);
+  document.Root().SetValue("Left", two.View());
+  document.Save();
+  EXPECT_EQ(Folder.Read(form), "object Odd: TOdd\n  Left=2  \n\n  Caption = 'a' +\n   'b'\nend");
+}
+
 TEST_F(Files, FormChangedOnDiskIsReadAgainAndEditsOfItAreAskedFor) {
   ASSERT_TRUE(Workbench->OpenProject(WriteProject()));
   const std::string file = Folder.Path() + "/Main.dfm", bytes = Folder.Read(file);

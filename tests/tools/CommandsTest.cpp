@@ -212,6 +212,12 @@ TEST_F(CommandsTest, CheckCountsAndShowsTheLineThatDiffers) {
   EXPECT_EQ(RunCheck({good}, Output), ecFine);
 }
 
+TEST_F(CommandsTest, LineEndsOfOtherToolsAreNoDifference) {
+  const std::string name = Write("a.lfm", "object A: T\n  object B: T[0]\n  end\nend");
+  EXPECT_EQ(RunCheck({name}, Output), ecFine);
+  EXPECT_EQ(Output.Lines[0], name + ": identical, text, style lfm, without its last line end");
+}
+
 struct TCheckCase {
   const char* Name;
   std::string Bytes;

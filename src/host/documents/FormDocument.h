@@ -5,8 +5,11 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
+#include "platform/core/stream/FormSource.h"
 #include "project/FormFile.h"
 
 namespace wrenfold {
@@ -28,9 +31,11 @@ class TFormDocument {
   // What is on disk now counts as known.
   void AcceptDiskState() { FStamp = StampOf(); }
 
-  // The form as text, whatever it is stored as.
-  std::string Text() const;
-  // Writes binary as binary and text as text. Raises EFCreateError and leaves the file as it was.
+  // The form as text, whatever it is stored as. That of a text file has the file's bytes where
+  // nothing was changed. Appends where the components stand in it, when that is asked for.
+  std::string Text(std::vector<TFormSpans::TPlace>* places = nullptr) const;
+  // Writes binary as binary and text as text; bytes of what was not changed stay. Raises
+  // EFCreateError and leaves the file as it was.
   void Save() { SaveAs(FileName()); }
   void SaveAs(const std::string& fileName);
 
@@ -43,13 +48,10 @@ class TFormDocument {
     friend bool operator==(const TStamp&, const TStamp&) = default;
   };
   TStamp StampOf() const;
-  std::string Render() const;
 
   TFormFile FFile;
   TStamp FStamp;
-  // How the text on disk is rendered, so that a saved form differs in what was changed alone.
-  const TFormTextStyle* FStyle = &DefaultFormTextStyle();
-  bool FMarked = false;  // begins with a byte order mark
+  std::optional<TFormSource> FSource;  // what the file held when it was read
   bool FModified = false;
 };
 

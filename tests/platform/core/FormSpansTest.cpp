@@ -8,7 +8,7 @@
 #include <iterator>
 
 #include "platform/core/stream/Bytes.h"
-#include "platform/core/stream/FormSpans.h"
+#include "platform/core/stream/FormSource.h"
 
 namespace wrenfold {
 namespace {
@@ -165,6 +165,45 @@ TEST(FormSpans, BrokenTextIsRefusedWithItsPlace) {
   for (const char* text :
        {"", "object A: T\n", "object A: T\nend\nrest", "object A: T\n P = \nend"})
     EXPECT_THROW(TFormSpans{std::string(text)}, EParserError) << text;
+}
+
+std::string Resource(std::string_view header, std::string_view stream) {
+  TByteWriter bytes;
+  bytes.WriteBytes(header);
+  bytes.WriteFixed(static_cast<std::uint32_t>(stream.size()));
+  bytes.WriteBytes(stream);
+  bytes.WriteBytes("rest");
+  return bytes.ToString();
+}
+
+TEST(FormSource, OtherFormsDifferInTheChangedValueAlone) {
+  // The width of the first value and the header are as other tools write them.
+  const std::string header = "\xFF\x0A\0tform1\0\x31\x10"s;
+  const std::string before = "TPF0\x01T\x01"s + "A\x01P\x04\1\0\0\0\x01Q\x02\5\0\0"s;
+  const std::string after = "TPF0\x01T\x01"s + "A\x01P\x04\1\0\0\0\x01Q\x03\0\1\0\0"s;
+  const std::pair<std::string, std::string> forms[] = {
+      {before, after}, {Resource(header, before), Resource(header, after)}};
+  for (const auto& [bytes, changed] : forms) {
+    const TFormSource source(bytes, "a.dfm");
+    const auto root = source.ReadForm();
+    EXPECT_EQ(source.Render(*root), bytes);
+    root->SetValue("Q", Number(256));
+    EXPECT_EQ(source.Render(*root), changed);
+  }
+}
+
+TEST(FormSource, NewValuesAreInTheStyleOfTheFile) {
+  const struct {
+    const char* File;
+    const char* Text;
+    const char* Style;
+  } rows[] = {{"a.dfm", "object A: T\nend", "plain"},
+              {"a.LFM", "object A: T\nend", "lfm"},
+              {"a.dfm", "object A: T\n  object B: T[0]\n  end\nend\n", "lfm"},
+              {"a.lfm", "object A: T\n  object B: T [0]\n  end\nend\n", "plain"},
+              {"a.dfm", "object A: T\n  P = 1.500000000000000000\n  Q =  1\nend\n", "fixed"}};
+  for (const auto& row : rows)
+    EXPECT_EQ(TFormSource(row.Text, row.File).Style().Name, row.Style) << row.Text;
 }
 
 // Another value of the same kind on one line; empty for what is no plain value.

@@ -386,7 +386,14 @@ INSTANTIATE_TEST_SUITE_P(
                     TStyleCase{"ExactDigits", "exact", "0.10000000000000000001"},
                     TStyleCase{"ExactWhole", "exact", "2.0"},
                     TStyleCase{"BlankLine", "edited", "1\r\n  \r\n  Q = 2"},
-                    TStyleCase{"BlankBehindAClassName", "edited", "1\r\n  object B: T \r\n  end"}),
+                    TStyleCase{"BlankBehindAClassName", "edited", "1\r\n  object B: T \r\n  end"},
+                    TStyleCase{"LongString", "lfm", "'" + Sixty + "abcdefghijklm'#13#10'''x'''"},
+                    TStyleCase{"LongWideString", "lfm", "'it''s '#8364'" + Sixty + "abcdefgh'"},
+                    TStyleCase{"ListClosedOnItsOwn", "lfm", "(\r\n    'a'\r\n    1\r\n  )"},
+                    TStyleCase{"DataClosedOnItsOwn", "lfm", "{\r\n    0102\r\n  }"},
+                    TStyleCase{"PositionBehindTheClass", "lfm", "1\r\n  object B: T[2]\r\n  end"},
+                    TStyleCase{"IndentInFrontOfItems", "lfm-older",
+                               "<  \r\n    item\r\n    end  \r\n    item\r\n    end>"}),
     [](const auto& row) { return row.param.Name; });
 
 TEST(FormStyle, NewerStyleKeepsDoublesAndUtf8) {
@@ -446,7 +453,7 @@ std::string WithCrLf(const std::string& text) {
     if (character == '\n') result += '\r';
     result += character;
   }
-  return result;
+  return result.ends_with('\n') ? result : result + "\r\n";
 }
 
 bool TextComesBack(const std::string& text) {
@@ -469,7 +476,7 @@ void CheckFolder(const std::filesystem::path& folder, double atLeast) {
   int count = 0;
   int identical = 0;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-    if (entry.path().extension() != ".dfm") continue;
+    if (!entry.path().extension().string().ends_with("fm")) continue;
     const std::string bytes = ReadFile(entry.path());
     if (TestFormFormat(bytes) == TFormFormat::Resource) {
       EXPECT_TRUE(ResourceComesBack(bytes)) << entry.path();
@@ -490,6 +497,8 @@ TEST(FormFiles, RealFilesComeBackByteForByte) {
   const char* folder = std::getenv("WRENFOLD_FORMS");
   if (folder == nullptr) GTEST_SKIP() << "WRENFOLD_FORMS names no folder of real form files";
   CheckFolder(folder, 0.99);
+  const std::string other = std::string(folder) + "-lfm";
+  if (std::filesystem::exists(other)) CheckFolder(other, 0.99);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // Writes a changed form with the bytes of its text wherever nothing changed.
 #include "platform/core/stream/FormSpans.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <vector>
 
@@ -519,11 +521,15 @@ class TSpanRenderer {
 }  // namespace
 
 TFormSpans::TFormSpans(std::string text, const TFormTextStyle& style)
-    : FText(std::move(text)), FStyle(style) {
+    : FText(std::move(text)), FStyle(&style) {
   std::size_t position = FText.starts_with(Utf8Mark) ? Utf8Mark.size() : 0;
   ReadFormNodes(FText, position, FStream, FNodes);
-  if (!AtTextEnd(FText, position))
-    throw EParserError("expected the end of the text behind the \"end\" of the form");
+  if (!AtTextEnd(FText, position)) {
+    const auto begin = FText.begin();
+    throw EParserError(
+        fmt::format("Line {}: expected the end of the text behind the \"end\" of the form",
+                    std::count(begin, begin + static_cast<std::ptrdiff_t>(position), '\n') + 1));
+  }
   for (std::size_t i = 0; i < FNodes.size(); ++i)
     if (FNodes[i].Kind == TFormNodeKind::Component) FComponents.push_back(i);
   const auto lines = std::count(FText.begin(), FText.end(), '\n');
@@ -538,12 +544,12 @@ std::unique_ptr<TDesignComponent> TFormSpans::ReadForm() const {
 
 std::string TFormSpans::Render(const TDesignComponent& root, std::vector<TPlace>* places) const {
   std::string text = TSpanRenderer(*this, FComponents, FCrLf, root).Render();
-  if (places != nullptr) FindPlaces(text, root, *places);
+  if (places != nullptr) FindFormPlaces(text, root, *places);
   return text;
 }
 
-void TFormSpans::FindPlaces(std::string_view text, const TDesignComponent& root,
-                            std::vector<TPlace>& places) {
+void FindFormPlaces(std::string_view text, const TDesignComponent& root,
+                    std::vector<TFormSpans::TPlace>& places) {
   std::size_t position = text.starts_with(Utf8Mark) ? Utf8Mark.size() : 0;
   TByteWriter stream;
   std::vector<TFormNode> nodes;

@@ -35,7 +35,8 @@ class TFormSpans {
   explicit TFormSpans(std::string text, const TFormTextStyle& style = DefaultFormTextStyle());
 
   const std::string& Text() const { return FText; }
-  const TFormTextStyle& Style() const { return FStyle; }
+  const TFormTextStyle& Style() const { return *FStyle; }
+  void SetStyle(const TFormTextStyle& style) { FStyle = &style; }
   // The same form as a binary component stream.
   std::string_view Stream() const { return FStream.View(); }
   // Everything in the text in its order, what is inside a node behind it; the root is the first.
@@ -51,15 +52,17 @@ class TFormSpans {
   std::string Render(const TDesignComponent& root, std::vector<TPlace>* places = nullptr) const;
 
  private:
-  static void FindPlaces(std::string_view text, const TDesignComponent& root,
-                         std::vector<TPlace>& places);
-
   std::string FText;
-  const TFormTextStyle& FStyle;
+  const TFormTextStyle* FStyle;
   TByteWriter FStream;
   std::vector<TFormNode> FNodes;
   std::vector<std::size_t> FComponents;  // the nodes of the components, in stored order
   bool FCrLf = true;                     // how most lines of the text end
 };
+
+// Appends where the components of a form stand in a text that says what the form does, in the order
+// of the text.
+void FindFormPlaces(std::string_view text, const TDesignComponent& root,
+                    std::vector<TFormSpans::TPlace>& places);
 
 }  // namespace wrenfold

@@ -26,6 +26,14 @@ constexpr TFormTextStyle Styles[] = {
      .Meaning = "fixed and edited at once",
      .Floats = TFloatDigits::Fixed18,
      .KeepsBlanks = true},
+    {.Name = "lfm",
+     .Meaning = "as the free Pascal environment writes: strings whole, closing brackets of lists "
+                "and data on their own",
+     .Layout = TFormLayout::Open},
+    {.Name = "lfm-older",
+     .Meaning = "as lfm, with blanks in front of each item of a collection, as its older releases "
+                "left them",
+     .Layout = TFormLayout::OpenBlankEnd},
 };
 
 }  // namespace

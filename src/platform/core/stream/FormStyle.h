@@ -20,12 +20,22 @@ enum class TFloatDigits {
   Exact,      // as many digits as tell the value from its neighbours, always with a decimal point
 };
 
+// Where brackets and quotes stand.
+enum class TFormLayout {
+  Packed,        // closing brackets right behind the last element, strings broken at 64 characters,
+                 // quotes inside strings as codes, a blank in front of "[n]"
+  Open,          // closing brackets of lists and binary data in a line of their own, strings whole,
+                 // quotes inside strings doubled, "[n]" right behind the class
+  OpenBlankEnd,  // open, and each line in front of an item ends in the indent of the property
+};
+
 // One complete set of choices. The binary side of a style says which tags text values get.
 struct TFormTextStyle {
   std::string_view Name;
   std::string_view Meaning;
   THighCharacters HighCharacters = THighCharacters::Raw;
   TFloatDigits Floats = TFloatDigits::General15;
+  TFormLayout Layout = TFormLayout::Packed;
   // Wide strings are stored as UTF-8 where that is shorter than 16-bit units, floats that fit as
   // doubles.
   bool NewerTags = false;

@@ -168,8 +168,10 @@ class TFormTextWriter {
     return {};
   }
 
-  static char* AppendOrder(char* out, std::int64_t order) {
-    out = Append(out, " [");
+  bool IsOpen() const { return FStyle.Layout != TFormLayout::Packed; }
+
+  char* AppendOrder(char* out, std::int64_t order) const {
+    out = Append(out, IsOpen() ? "[" : " [");
     out = std::to_chars(out, out + 24, order).ptr;
     *out++ = ']';
     return out;
@@ -321,7 +323,7 @@ class TFormTextWriter {
 
   void WriteBinary() {
     const std::string_view bytes = FIn.ReadLongString("binary data");
-    const bool lines = bytes.size() >= BinaryLineBytes;
+    const bool lines = bytes.size() >= BinaryLineBytes || IsOpen();
     Emit("{");
     for (std::size_t i = 0; i < bytes.size(); i += BinaryLineBytes) {
       const std::size_t count = std::min(BinaryLineBytes, bytes.size() - i);
@@ -331,8 +333,15 @@ class TFormTextWriter {
       EncodeHex(bytes.data() + i, count, out);
       FOut.SetEnd(out + 2 * count);
     }
-    Emit("}");
+    Close("}");
     EndValue();
+  }
+
+  // The bracket behind the last part of a value; the indent is that of the property again.
+  void Close(std::string_view bracket) {
+    FOut.Reserve(LineRoom);
+    char* const out = IsOpen() ? NewLine(FOut.End(), FLevel) : FOut.End();
+    FOut.SetEnd(Append(out, bracket));
   }
 
   // Containers.
@@ -341,7 +350,7 @@ class TFormTextWriter {
     if (FIn.SkipEndOfList("a value or the end of a list")) {
       --FDepth;
       --FLevel;
-      Emit(")");
+      Close(")");
       return EndValue();
     }
     FOut.Reserve(LineRoom);
@@ -356,7 +365,8 @@ class TFormTextWriter {
       Emit(">");
       return EndValue();
     }
-    FOut.Reserve(LineRoom);
+    FOut.Reserve(2 * LineRoom);
+    if (FStyle.Layout == TFormLayout::OpenBlankEnd) FOut.SetEnd(Indent(FOut.End(), FLevel - 1));
     char* out = Append(NewLine(FOut.End(), FLevel), "item");
     if (FIn.PeekValueType() != TValueType::vaList) out = AppendOrder(out, FIn.ReadIntegerValue());
     FOut.SetEnd(Append(out, "\r\n"));
@@ -393,6 +403,7 @@ class TFormTextWriter {
   }
 
   void WriteStringLines(std::string_view text) {
+    if (IsOpen()) return WriteWholeString(text);
     if (text.size() > StringLineLength) BreakLine();
     for (std::size_t start = 0; start < text.size();) {
       std::size_t end = std::min(start + StringLineLength, text.size());
@@ -405,6 +416,24 @@ class TFormTextWriter {
         BreakLine();
       }
     }
+  }
+
+  // A run between quotes ends at a control code alone.
+  void WriteWholeString(std::string_view text) {
+    bool quoted = false;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      FOut.Reserve(BlockSize);
+      char* out = FOut.End();
+      const auto code = static_cast<std::uint8_t>(text[i]);
+      const bool plain = code >= ' ';
+      if (plain != quoted) *out++ = '\'';
+      quoted = plain;
+      if (!plain) out = AppendCode(out, code);
+      else *out++ = text[i];
+      if (code == '\'') *out++ = '\'';
+      FOut.SetEnd(out);
+    }
+    if (quoted) Emit("'");
   }
 
   void BreakLine() {
@@ -463,6 +492,7 @@ class TFormTextWriter {
   }
 
   void WriteUnits(std::string_view units) {
+    if (IsOpen()) return WriteWholeUnits(units);
     const std::size_t lineBytes = StringLineLength * 2;
     if (units.empty()) Emit("''");
     if (units.size() > lineBytes) BreakLine();
@@ -473,6 +503,26 @@ class TFormTextWriter {
       }
       WriteUnitLine(units.substr(start, lineBytes));
     }
+    EndValue();
+  }
+
+  void WriteWholeUnits(std::string_view units) {
+    bool quoted = units.empty();
+    if (quoted) Emit("'");
+    for (std::size_t i = 0; i < units.size(); i += 2) {
+      FOut.Reserve(BlockSize);
+      char* out = FOut.End();
+      std::uint16_t unit = 0;
+      std::memcpy(&unit, units.data() + i, sizeof unit);
+      const bool plain = unit >= ' ' && unit <= 127;
+      if (plain != quoted) *out++ = '\'';
+      quoted = plain;
+      if (plain) *out++ = static_cast<char>(unit);
+      else out = AppendCode(out, unit);
+      if (unit == '\'') *out++ = '\'';
+      FOut.SetEnd(out);
+    }
+    if (quoted) Emit("'");
     EndValue();
   }
 
