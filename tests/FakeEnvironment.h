@@ -23,7 +23,7 @@ class TFakeSourceEditor : public TInterfacedObject<IOTASourceEditor> {
   TFakeSourceEditor(TFakeModule* module, std::string fileName)
       : FileName(std::move(fileName)), FModule(module) {}
   std::string GetFileName() override { return FileName; }
-  bool GetModified() override { return false; }
+  bool GetModified() override { return Modified; }
   IOTAModule* GetModule() override;
   void MarkModified() override {}
   void Show() override {
@@ -40,6 +40,7 @@ class TFakeSourceEditor : public TInterfacedObject<IOTASourceEditor> {
   std::string FileName;
   int Views = 1;
   int Shown = 0;
+  bool Modified = false;
   std::function<void()> OnShow;
 
  private:

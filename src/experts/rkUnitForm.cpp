@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "controls/rkIcons.h"
 #include "experts/rkUnitListBox.h"
@@ -16,7 +17,6 @@ namespace wrenfold {
 
 namespace {
 
-constexpr int CloseInterval = 100;  // milliseconds between two pages
 constexpr int ButtonSize = 22;
 
 // Pictures of the window's list, by the image index of the actions.
@@ -61,7 +61,7 @@ const TTypeInfo& TUnitForm::ClassInfo() {
 }
 
 TUnitForm::TUnitForm(TComponent* owner, TUnitManager* manager)
-    : TSharedForm(owner, manager), FManager(manager) {
+    : TSharedForm(owner, manager), FManager(manager), FClosing(*this), FHeldForms(*this) {
   SetBorderStyle(bsSizeToolWin);
   SetFormStyle(fsStayOnTop);
   KeyPreview = true;
@@ -69,11 +69,6 @@ TUnitForm::TUnitForm(TComponent* owner, TUnitManager* manager)
   CreateControls();
   setMinimumSize(199, 173);
   resize(199, 316);
-  FTimer = new TTimer(this);
-  FTimer->SetName("Timer");
-  FTimer->SetEnabled(false);
-  FTimer->SetInterval(CloseInterval);
-  Bind<&TUnitForm::TimerTimer>(FTimer->OnTimer, this);
 }
 
 TUnitForm::~TUnitForm() {
@@ -81,7 +76,6 @@ TUnitForm::~TUnitForm() {
   FManager->HistoryList->Clear();
   for (int i = 0; i < FFilterBox->count(); ++i)
     FManager->HistoryList->Add(FromQString(FFilterBox->itemText(i)));
-  GiveFormsBack();
 }
 
 void TUnitForm::CreateActions() {
@@ -124,6 +118,7 @@ void TUnitForm::CreateToolBar() {
   TToolButton* exit = FToolBar->AddButton(scExit());
   exit->SetName("tbExit");
   Bind<&TUnitForm::ExitMouseDown>(exit->OnMouseDown, this);
+  exit->installEventFilter(this);
   constexpr const char* groups[][3] = {
       {"acShow", "acClose"}, {"acMoveUp", "acMoveDown"}, {"acSort", "acFilter"}};
   for (const auto& group : groups) {
@@ -159,23 +154,21 @@ void TUnitForm::CreateControls() {
   FFilterBox->lineEdit()->setObjectName("FilterEdit");
   FFilterBox->installEventFilter(this);
   FFilterBox->lineEdit()->installEventFilter(this);
+  const auto narrow = [this](const QString& text) { Guarded(this, [&] { FilterTyped(text); }); };
+  connect(FFilterBox->lineEdit(), &QLineEdit::textEdited, this, narrow);
+  connect(FFilterBox, &QComboBox::textActivated, this, narrow);
   panelLayout->addWidget(FFilterBox);
   FFilterPanel->hide();
   layout->addWidget(FFilterPanel);
 
-  FListModel = new TUnitListModel(FUnits, this);
+  FListModel = new TUnitListModel(
+      FUnits, [this](int index) { return MarksOf(index); }, this);
   FListBox = new TUnitListBox(this);
   FListBox->setObjectName("UnitList");
   FListBox->setModel(FListModel);
   FListBox->installEventFilter(this);
   FListBox->viewport()->installEventFilter(this);
-  FListBox->OnDragOver = [this](int target) {
-    TakeSelection();
-    if (!FUnits.AcceptsDrop(target)) return false;
-    FListBox->selectionModel()->setCurrentIndex(FListModel->index(target),
-                                                QItemSelectionModel::NoUpdate);
-    return true;
-  };
+  FListBox->OnDragOver = [this](int target) { return DragOver(target); };
   FListBox->OnDrop = [this](int target) { DropUnits(target); };
   layout->addWidget(FListBox, 1);
 }
@@ -201,7 +194,7 @@ QListView* TUnitForm::ListBox() const {
 }
 
 void TUnitForm::DoCreate() {
-  HoldForms();
+  FHeldForms.Hold();
   FillUnitList();
   CreateSettingsMenu();
   TSharedForm::DoCreate();
@@ -216,8 +209,8 @@ void TUnitForm::DoShow() {
 void TUnitForm::DoClose(TCloseAction& action) {
   TSharedForm::DoClose(action);
   action = caFree;
-  FTimer->SetEnabled(false);
-  GiveFormsBack();
+  FClosing.Stop();
+  FHeldForms.GiveBack();
   FocusEditor();
   if (FTabControl) FTabControl->Change();
 }
@@ -230,7 +223,7 @@ void TUnitForm::SetProperties() {
     FFilterBox->addItem(ToQString((*FManager->HistoryList)[i]));
   FFilterBox->clearEditText();
 
-  SetCaption(LocaleStr(sUnitFormCaption));
+  UpdateCaption();
   FListBox->setAccessibleName(ToQString(LocaleStr(sUnitFormCaption)));
   FFilterBox->setAccessibleName(ToQString(LocaleStr(sHintApplyFilter)));
   FFilterBox->setToolTip(ToQString(LocaleStr(sHintApplyFilter)) + " (Enter)");
@@ -250,10 +243,18 @@ void TUnitForm::SetFormData() {
   UpdateFilterControl(FManager->FilterPanelVisible);
 }
 
+void TUnitForm::UpdateCaption() {
+  const std::string caption = LocaleStr(sUnitFormCaption);
+  SetCaption(FUnits.Filtered ? LocaleFormat(sFilteredCaption, caption, FFilter) : caption);
+}
+
+// The filter in force stays in the box.
 void TUnitForm::UpdateFilterControl(bool visible) {
+  FManager->FilterPanelVisible = visible;
   FFilterPanel->setVisible(visible);
   if (!visible) return FocusList();
-  if (FFilterBox->count() > 0) FFilterBox->setEditText(FFilterBox->itemText(0));
+  if (FUnits.Filtered) FFilterBox->setEditText(ToQString(FFilter));
+  else if (FFilterBox->count() > 0) FFilterBox->setEditText(FFilterBox->itemText(0));
   FFilterBox->setFocus();
   FFilterBox->lineEdit()->selectAll();
 }
@@ -262,22 +263,33 @@ void TUnitForm::SetDragMode(bool automatic) {
   FListBox->SetDragAllowed(automatic);
 }
 
+// Opening and closing pages activates the environment's windows.
 void TUnitForm::FocusList() {
+  if (isVisible()) activateWindow();
   FListBox->setFocus();
 }
 
 bool TUnitForm::eventFilter(QObject* watched, QEvent* event) {
-  const bool inList = watched == FListBox || watched == FListBox->viewport();
   bool taken = false;
-  Guarded(this, [&] {
-    if (event->type() == QEvent::KeyPress && watched != FListBox->viewport()) {
-      const int key = static_cast<QKeyEvent*>(event)->key();
-      taken = inList ? ListKey(key) : FilterKey(key);
-    } else if (event->type() == QEvent::MouseButtonDblClick && watched != FListBox) {
-      taken = inList ? ListKey(Qt::Key_Return) : FilterKey(Qt::Key_Return);
-    }
-  });
+  Guarded(this, [&] { taken = ControlEvent(watched, *event); });
   return taken || TSharedForm::eventFilter(watched, event);
+}
+
+bool TUnitForm::ControlEvent(QObject* watched, const QEvent& event) {
+  const bool inList = watched == FListBox || watched == FListBox->viewport();
+  const bool inBox = watched == FFilterBox || watched == FFilterBox->lineEdit();
+  if (event.type() == QEvent::KeyPress && watched != FListBox->viewport()) {
+    const int key = static_cast<const QKeyEvent&>(event).key();
+    return inList ? ListKey(key) : inBox && FilterKey(key);
+  }
+  if (event.type() == QEvent::MouseButtonDblClick && watched != FListBox)
+    return inList ? ListKey(Qt::Key_Return) : inBox && FilterKey(Qt::Key_Return);
+  // Let go beside the button: it was no click.
+  if (event.type() == QEvent::MouseButtonRelease && !inList && !inBox) {
+    const QPoint place = static_cast<const QMouseEvent&>(event).position().toPoint();
+    FMouseExit = FMouseExit && static_cast<QWidget*>(watched)->rect().contains(place);
+  }
+  return false;
 }
 
 bool TUnitForm::ListKey(int key) {
@@ -296,7 +308,8 @@ bool TUnitForm::FilterKey(int key) {
 }
 
 void TUnitForm::ExitExecute() {
-  if (FilterPanelShown() && !FMouseExit) UpdateFilterControl(false);
+  const bool byMouse = std::exchange(FMouseExit, false);
+  if (FilterPanelShown() && !byMouse) UpdateFilterControl(false);
   else Close();
 }
 
@@ -314,8 +327,7 @@ void TUnitForm::CloseClick(TObject*) {
 }
 
 void TUnitForm::FilterClick(TObject*) {
-  FManager->FilterPanelVisible = !FManager->FilterPanelVisible;
-  UpdateFilterControl(FManager->FilterPanelVisible);
+  UpdateFilterControl(!FilterPanelShown());
 }
 
 void TUnitForm::RefreshClick(TObject*) {

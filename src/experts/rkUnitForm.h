@@ -4,28 +4,30 @@
 #include <QComboBox>
 #include <QListView>
 #include <QPointer>
-#include <functional>
+#include <string>
 #include <vector>
 
+#include "experts/rkHeldForms.h"
+#include "experts/rkPageClosing.h"
 #include "experts/rkUnitList.h"
 #include "experts/rkUnitMng.h"
 #include "ide/rkOTAUtils.h"
 #include "platform/widgets/Menus.h"
 #include "platform/widgets/TabControl.h"
-#include "platform/widgets/Timer.h"
 #include "platform/widgets/ToolBar.h"
 
 namespace wrenfold {
 
 class TUnitListModel;
 class TUnitListBox;
+struct TUnitMarks;
 
 // The row of page tabs of the code editor window, or null.
 TTabControl* FindEditorTabControl();
 
 // While the window is open, the other forms of the application are disabled, although it is no
 // modal window: the list mirrors the editor's tabs, which nobody else may change meanwhile.
-class TUnitForm : public TSharedForm {
+class TUnitForm : public TSharedForm, private TPageClosing::ISteps {
  public:
   static const TTypeInfo& ClassInfo();
   const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
@@ -72,6 +74,7 @@ class TUnitForm : public TSharedForm {
   void CreateSettingsMenu();
   void UpdateFilterControl(bool visible);
   void SetDragMode(bool automatic);
+  bool ControlEvent(QObject* watched, const QEvent& event);
   bool ListKey(int key);
   bool FilterKey(int key);
 
@@ -79,30 +82,39 @@ class TUnitForm : public TSharedForm {
   bool FindEditWindowControls();
   void RefreshSourceEditors();
   void DoFillUnitList();
-  void ShowPage(const std::function<void()>& show);
-  void ActivateTab(int index);
+  // Shows the page of an item, by its source editor or by its tab; an item whose page has gone
+  // shows nothing.
+  void OpenSelectedUnit(int index, bool byEditor);
+  void ActivateTab(int tab);
   void CloseOpenedUnit();
-  void CloseByModules(const std::vector<int>& pending);
-  bool HasDublicate(const std::vector<int>& pending) const;
-  bool HasProjectModule(const std::vector<int>& pending) const;
-  bool ConfirmWindowOpen() const;
-  // Pages are being closed: the order of the tabs must stay as it is.
-  bool IsClosing() const { return FTicking || FTimer->Enabled(); }
+  void CloseByModule(const TUnitList::TItem& page) override;
+  void CloseByEditor(const TUnitList::TItem& page) override;
+  bool ConfirmWindowOpen() const override;
+  void PagesClosed() override;
+  bool HasDublicate(const TSelUnits& pending) const;
+  bool HasProjectModule(const TSelUnits& pending) const;
+  int FindTab(const TUnitList::TItem& item) const;
+  bool IsStale(const TSelUnits& indices) const;
   void AssignItems();
   void SaveHistory(const std::string& text);
-  const std::string& TextOf(int index) const;
+  // Shows the pages with the filter text; the user may still be typing it.
+  void NarrowUnits(const std::string& filter);
+  const TUnitList::TItem& Item(int index) const;
+  const std::string& TextOf(int index) const { return Item(index).Text; }
+  TUnitMarks MarksOf(int index) const;
 
   // The list and its picture in the list box.
   void TakeSelection();
   void ShowUnitsInList();
+  void UpdateCaption();
   void FocusList();
+  bool DragOver(int target);
   void DropUnits(int target);
 
   // The rest of the environment.
-  void HoldForms();
-  void GiveFormsBack();
   void FocusEditor();
 
+  void FilterTyped(const QString& text);
   void ShowClick(TObject* sender);
   void CloseClick(TObject* sender);
   void MoveUpClick(TObject*) { MoveItems(-1); }
@@ -116,25 +128,18 @@ class TUnitForm : public TSharedForm {
   void ExitMouseDown(TObject* sender, QMouseEvent& event);
   void SettingsPopup(TObject* sender);
   void SettingClick(TObject* sender);
-  void TimerTimer(TObject* sender);
-
-  struct THeldForm {
-    QPointer<QWidget> Form;
-    bool Enabled;
-  };
 
   TUnitManager* FManager;
   TUnitList FUnits;
+  std::string FFilter;  // what the list is narrowed to
   TSourceEditors FSourceEditors;
   TEditorIndex FEditorIndex;
-  std::vector<int> FPending;  // the tabs that the timer has still to close, ascending
-  bool FTicking = false;
+  TPageClosing FClosing;
+  THeldForms FHeldForms;
   bool FMouseExit = false;
 
   QPointer<TTabControl> FTabControl;
   QPointer<QWidget> FEditor;
-  std::vector<THeldForm> FHeldForms;
-  QPointer<QWidget> FActiveBefore;
 
   TImageList* FImages = nullptr;
   TToolBar* FToolBar = nullptr;
@@ -143,7 +148,6 @@ class TUnitForm : public TSharedForm {
   TUnitListModel* FListModel = nullptr;
   TUnitListBox* FListBox = nullptr;
   TPopupMenu* FSettingsMenu = nullptr;
-  TTimer* FTimer = nullptr;
 };
 
 }  // namespace wrenfold

@@ -1,5 +1,7 @@
 // The unit manager's window: what it does to the pages of the code editor.
 #include <QLineEdit>
+#include <algorithm>
+#include <utility>
 
 #include "experts/rkUnitForm.h"
 #include "experts/rkUnitListBox.h"
@@ -21,8 +23,8 @@ bool TUnitForm::FindEditWindowControls() {
   return !FTabControl.isNull();
 }
 
-const std::string& TUnitForm::TextOf(int index) const {
-  return FUnits.Items()[static_cast<std::size_t>(index)].Text;
+const TUnitList::TItem& TUnitForm::Item(int index) const {
+  return FUnits.Items()[static_cast<std::size_t>(index)];
 }
 
 void TUnitForm::RefreshSourceEditors() {
@@ -30,13 +32,26 @@ void TUnitForm::RefreshSourceEditors() {
   std::vector<TEditorIndex::TEditor> editors;
   editors.reserve(FSourceEditors.size());
   for (const auto& editor : FSourceEditors)
-    editors.push_back({editor->GetFileName(), editor->GetEditViewCount()});
+    editors.push_back({editor->GetFileName(), editor->GetEditViewCount(), editor->GetModified()});
   FEditorIndex.Assign(editors);
+}
+
+TUnitMarks TUnitForm::MarksOf(int index) const {
+  const bool isActive = FTabControl && FTabControl->TabIndex() == Item(index).TabPosition;
+  return {isActive, FEditorIndex.IsModified(TextOf(index))};
+}
+
+int TUnitForm::FindTab(const TUnitList::TItem& item) const {
+  return FTabControl ? TUnitList::FindTab(item, *FTabControl->Tabs()) : -1;
+}
+
+bool TUnitForm::IsStale(const TSelUnits& indices) const {
+  return std::ranges::any_of(indices, [this](int index) { return FindTab(Item(index)) < 0; });
 }
 
 void TUnitForm::DoFillUnitList() {
   RefreshSourceEditors();
-  FUnits.Populate(*FTabControl->Tabs());
+  FUnits.PopulateUnitList(*FTabControl->Tabs());
   FUnits.SetCurrent(FTabControl->TabIndex());
   FUnits.SetSelected({FTabControl->TabIndex()});
 }
@@ -50,7 +65,7 @@ void TUnitForm::FillUnitList() {
 // The list box keeps current item and selection while the user works in it.
 void TUnitForm::TakeSelection() {
   const QItemSelectionModel* selection = FListBox->selectionModel();
-  std::vector<int> rows;
+  TSelUnits rows;
   for (const QItemSelectionRange& range : selection->selection())
     for (int row = range.top(); row <= range.bottom(); ++row) rows.push_back(row);
   FUnits.SetSelected(std::move(rows));
@@ -60,7 +75,7 @@ void TUnitForm::TakeSelection() {
 void TUnitForm::ShowUnitsInList() {
   FListModel->Reset();
   QItemSelection selection;
-  const std::vector<int>& rows = FUnits.Selected();
+  const TSelUnits& rows = FUnits.GetSelectedUnits();
   for (std::size_t from = 0, to = 0; from < rows.size(); from = to) {
     while (to < rows.size() && rows[to] - rows[from] == static_cast<int>(to - from)) ++to;
     selection.append(
@@ -68,50 +83,45 @@ void TUnitForm::ShowUnitsInList() {
   }
   QItemSelectionModel* model = FListBox->selectionModel();
   model->select(selection, QItemSelectionModel::ClearAndSelect);
-  if (FUnits.Current() >= 0)
-    model->setCurrentIndex(FListModel->index(FUnits.Current()), QItemSelectionModel::NoUpdate);
+  if (FUnits.GetSelectedUnit() >= 0)
+    model->setCurrentIndex(FListModel->index(FUnits.GetSelectedUnit()),
+                           QItemSelectionModel::NoUpdate);
+  UpdateCaption();
   FormActions()->UpdateActions();
 }
 
 void TUnitForm::OpenUnit() {
   TakeSelection();
-  const int index = FUnits.Current();
+  const int index = FUnits.GetSelectedUnit();
   if (index < 0) return;
-  const int editor = FEditorIndex.Find(TextOf(index));
-  const int tab = FUnits.Items()[static_cast<std::size_t>(index)].TabPosition;
-  const bool byTab = FEditorIndex.IsAmbiguous(TextOf(index));
-  ShowPage([&] {
-    if (byTab) ActivateTab(tab);
-    else if (editor >= 0) FSourceEditors[static_cast<std::size_t>(editor)]->Show();
-  });
+  if (IsStale({index})) FillUnitList();
+  else OpenSelectedUnit(index, !FEditorIndex.HasDublicate(TextOf(index)));
+  FListBox->viewport()->update();
   FocusList();
 }
 
 // The code editor window takes part only while it switches pages.
-void TUnitForm::ShowPage(const std::function<void()>& show) {
-  const QPointer<QWidget> editWindow(FormOf(FEditor));
-  const auto setEnabled = [&editWindow](bool enabled) {
-    if (auto* form = dynamic_cast<TForm*>(editWindow.data())) form->SetEnabled(enabled);
-  };
-  setEnabled(true);
-  show();
-  setEnabled(false);
+void TUnitForm::OpenSelectedUnit(int index, bool byEditor) {
+  const TFormTakesPart editWindow(FormOf(FEditor));
+  if (!byEditor) return ActivateTab(FindTab(Item(index)));
+  const int editor = FEditorIndex.FindSourceEditor(TextOf(index));
+  if (editor >= 0) FSourceEditors[static_cast<std::size_t>(editor)]->Show();
 }
 
 // As a user's click on the tab does.
-void TUnitForm::ActivateTab(int index) {
-  if (!FTabControl) return;
-  FTabControl->SetTabIndex(index);
+void TUnitForm::ActivateTab(int tab) {
+  if (!FTabControl || tab < 0) return;
+  FTabControl->SetTabIndex(tab);
   FTabControl->Change();
   if (FEditor) FEditor->setFocus();
 }
 
-bool TUnitForm::HasDublicate(const std::vector<int>& pending) const {
-  return std::ranges::any_of(pending,
-                             [this](int index) { return FEditorIndex.IsAmbiguous(TextOf(index)); });
+bool TUnitForm::HasDublicate(const TSelUnits& pending) const {
+  return std::ranges::any_of(
+      pending, [this](int index) { return FEditorIndex.HasDublicate(TextOf(index)); });
 }
 
-bool TUnitForm::HasProjectModule(const std::vector<int>& pending) const {
+bool TUnitForm::HasProjectModule(const TSelUnits& pending) const {
   const auto project = GetActiveProject();
   if (!project) return false;
   const std::string name = ExtractFileNameEx(project->GetFileName());
@@ -119,58 +129,46 @@ bool TUnitForm::HasProjectModule(const std::vector<int>& pending) const {
 }
 
 void TUnitForm::CloseUnits() {
-  if (IsClosing()) return;
+  if (FClosing.IsClosing()) return;
   TakeSelection();
-  const std::vector<int> pending = FUnits.Selected();
-  if (!HasDublicate(pending) && !HasProjectModule(pending)) return CloseByModules(pending);
-  FPending.clear();
-  for (const int index : pending)
-    FPending.push_back(FUnits.Items()[static_cast<std::size_t>(index)].TabPosition);
-  FTimer->SetEnabled(!FPending.empty());
+  const TSelUnits pending = FUnits.GetSelectedUnits();
+  if (IsStale(pending)) return PagesClosed();
+  std::vector<TUnitList::TItem> pages;
+  for (const int index : pending) pages.push_back(Item(index));
+  if (HasDublicate(pending) || HasProjectModule(pending)) FClosing.CloseOneByOne(std::move(pages));
+  else FClosing.CloseAtOnce(std::move(pages));
 }
 
-// Closing may ask the user, and answers what the user did meanwhile: the window may be closed then.
-void TUnitForm::CloseByModules(const std::vector<int>& pending) {
-  const QPointer<TUnitForm> self(this);
-  FTicking = true;
-  for (auto index = pending.rbegin(); index != pending.rend() && self; ++index) {
-    const std::string name = TextOf(*index);
-    const int editor = FEditorIndex.Find(name);
-    if (editor < 0) continue;
-    const TIntf<IOTASourceEditor> held =
-        std::exchange(FSourceEditors[static_cast<std::size_t>(editor)], nullptr);
-    FEditorIndex.Remove(name);
-    const TIntf<IOTAModule> module(held->GetModule());
-    if (module) module->Close();
-    Application().ProcessMessages();
+void TUnitForm::CloseByModule(const TUnitList::TItem& page) {
+  const int editor = FEditorIndex.FindSourceEditor(page.Text);
+  if (editor < 0) return;
+  const TIntf<IOTASourceEditor> held =
+      std::exchange(FSourceEditors[static_cast<std::size_t>(editor)], nullptr);
+  FEditorIndex.Remove(page.Text);
+  const TIntf<IOTAModule> module(held->GetModule());
+  if (module) module->Close();
+}
+
+void TUnitForm::CloseByEditor(const TUnitList::TItem& page) {
+  const int tab = FindTab(page);
+  if (tab < 0) return;
+  {
+    const TFormTakesPart editWindow(FormOf(FEditor));
+    ActivateTab(tab);
   }
-  if (!self) return;
-  FTicking = false;
+  CloseOpenedUnit();
+}
+
+void TUnitForm::PagesClosed() {
   FillUnitList();
   FocusList();
 }
 
+// Also while the user is in another program the question stays open.
 bool TUnitForm::ConfirmWindowOpen() const {
-  return GetActiveForm("Confirm") != nullptr;
-}
-
-// Closing a page may ask the user, which lets the timer tick on: a tick inside a tick waits, so
-// that no second page is closed before the question about the first one is answered.
-void TUnitForm::TimerTimer(TObject*) {
-  if (FTicking || ConfirmWindowOpen()) return;
-  if (FPending.empty()) {
-    FTimer->SetEnabled(false);
-    FillUnitList();
-    return FocusList();
-  }
-  const QPointer<TUnitForm> self(this);
-  FTicking = true;
-  const int tab = FPending.back();
-  FPending.pop_back();
-  ShowPage([this, tab] { ActivateTab(tab); });
-  CloseOpenedUnit();
-  Application().ProcessMessages();
-  if (self) FTicking = false;
+  const TForm* modal = FormOf(QApplication::activeModalWidget());
+  return GetActiveForm("Confirm") != nullptr ||
+         (modal != nullptr && EqualText(modal->Caption(), "Confirm"));
 }
 
 // The environment fills the editor's menu when it opens for the first time.
@@ -184,30 +182,35 @@ void TUnitForm::CloseOpenedUnit() {
 }
 
 void TUnitForm::FilterUnits() {
-  TakeSelection();
-  if (FUnits.Filtered && FindEditWindowControls()) FUnits.Populate(*FTabControl->Tabs());
   const std::string text(Trim(FromQString(FFilterBox->currentText())));
-  if (text.empty()) {
-    FillUnitList();
-  } else {
-    SaveHistory(text);
-    FUnits.DropOthers(text);
-  }
-  FUnits.Filtered = !text.empty();
+  if (!text.empty()) SaveHistory(text);
+  NarrowUnits(text);
+  if (!FManager->JumpToUnitsOnApllyFilter || FUnits.Count() == 0) return;
+  TSelUnits selected = FUnits.GetSelectedUnits();
+  selected.push_back(FUnits.GetSelectedUnit());
+  FUnits.SetSelected(std::move(selected));
+  ShowUnitsInList();
+  FocusList();
+}
+
+void TUnitForm::NarrowUnits(const std::string& filter) {
+  TakeSelection();
+  if (FUnits.Filtered && FindEditWindowControls()) FUnits.PopulateUnitList(*FTabControl->Tabs());
+  if (filter.empty()) FillUnitList();
+  else FUnits.UpdateUnitList(filter);
+  FUnits.Filtered = !filter.empty();
+  FFilter = filter;
   if (FUnits.Count() > 0) {
-    std::vector<int> selected = FUnits.Selected();
-    std::erase(selected, FUnits.Current());
+    TSelUnits selected = FUnits.GetSelectedUnits();
+    std::erase(selected, FUnits.GetSelectedUnit());
     FUnits.SetSelected(std::move(selected));
     FUnits.SetCurrent(0);
   }
-  const bool jump = FManager->JumpToUnitsOnApllyFilter && FUnits.Count() > 0;
-  if (jump) {
-    std::vector<int> selected = FUnits.Selected();
-    selected.push_back(FUnits.Current());
-    FUnits.SetSelected(std::move(selected));
-  }
   ShowUnitsInList();
-  if (jump) FocusList();
+}
+
+void TUnitForm::FilterTyped(const QString& text) {
+  NarrowUnits(std::string(Trim(FromQString(text))));
 }
 
 // The text in the box stays what the user typed.
@@ -223,7 +226,7 @@ void TUnitForm::SaveHistory(const std::string& text) {
 }
 
 void TUnitForm::SortUnits() {
-  if (IsClosing() || !FindEditWindowControls() || !FUnits.Sort()) return;
+  if (FClosing.IsClosing() || !FindEditWindowControls() || !FUnits.Sort()) return;
   AssignItems();
   FUnits.SetSelected({FTabControl->TabIndex()});
   FUnits.SetCurrent(FTabControl->TabIndex());
@@ -232,7 +235,7 @@ void TUnitForm::SortUnits() {
 
 void TUnitForm::MoveItems(int delta) {
   TakeSelection();
-  if (IsClosing() || !FindEditWindowControls() || !FUnits.Move(delta)) return;
+  if (FClosing.IsClosing() || !FindEditWindowControls() || !FUnits.Move(delta)) return;
   AssignItems();
   ShowUnitsInList();
 }
@@ -246,31 +249,27 @@ void TUnitForm::AssignItems() {
   FTabControl->SetTabIndex(active);
 }
 
+// Below the last item there is none that could become the current one.
+bool TUnitForm::DragOver(int target) {
+  TakeSelection();
+  if (!FUnits.AcceptsDrop(target)) return false;
+  if (target < FUnits.Count())
+    FListBox->selectionModel()->setCurrentIndex(FListModel->index(target),
+                                                QItemSelectionModel::NoUpdate);
+  return true;
+}
+
 void TUnitForm::DropUnits(int target) {
   TakeSelection();
-  const int dragStart = FUnits.FirstSelected();
-  if (FUnits.Current() < 0 || dragStart < 0 || !FUnits.AcceptsDrop(target)) return;
+  const int dragStart = FUnits.GetFirstSelected();
+  if (FUnits.GetSelectedUnit() < 0 || dragStart < 0 || !FUnits.AcceptsDrop(target)) return;
   FListBox->selectionModel()->setCurrentIndex(FListModel->index(dragStart),
                                               QItemSelectionModel::NoUpdate);
   MoveItems(FUnits.DropDelta(dragStart, target));
 }
 
-void TUnitForm::HoldForms() {
-  FActiveBefore = Screen().ActiveControl();
-  for (TForm* form : Screen().Forms()) {
-    if (form == this) continue;
-    FHeldForms.push_back({form, form->Enabled()});
-    form->SetEnabled(false);
-  }
-}
-
-void TUnitForm::GiveFormsBack() {
-  for (const THeldForm& held : std::exchange(FHeldForms, {}))
-    if (auto* form = dynamic_cast<TForm*>(held.Form.data())) form->SetEnabled(held.Enabled);
-}
-
 void TUnitForm::FocusEditor() {
-  QWidget* target = FEditor ? FEditor.data() : FActiveBefore.data();
+  QWidget* target = FEditor ? FEditor.data() : FHeldForms.ActiveBefore();
   if (target == nullptr) target = Application().MainForm();
   if (target == nullptr) return;
   target->window()->activateWindow();

@@ -9,10 +9,10 @@
 
 namespace wrenfold {
 
-void TUnitList::Populate(const TStrings& tabs) {
+void TUnitList::PopulateUnitList(const TStrings& tabs) {
   Clear();
   FItems.reserve(static_cast<std::size_t>(tabs.Count()));
-  for (int i = 0; i < tabs.Count(); ++i) FItems.push_back({tabs[i], i});
+  for (int i = 0; i < tabs.Count(); ++i) FItems.push_back({tabs[i], i, tabs.GetObject(i)});
   FSortDescending = false;
 }
 
@@ -26,15 +26,25 @@ void TUnitList::SetCurrent(int index) {
   FCurrent = index >= 0 && index < Count() ? index : -1;
 }
 
-void TUnitList::SetSelected(std::vector<int> indices) {
+void TUnitList::SetSelected(TSelUnits indices) {
   std::erase_if(indices, [this](int index) { return index < 0 || index >= Count(); });
   std::ranges::sort(indices);
   indices.erase(std::ranges::unique(indices).begin(), indices.end());
   FSelected = std::move(indices);
 }
 
-void TUnitList::DropOthers(std::string_view text) {
-  const std::string wanted = LowerCase(text);
+int TUnitList::FindTab(const TItem& item, const TStrings& tabs) {
+  const auto shows = [&](int tab) {
+    return tab >= 0 && tab < tabs.Count() && tabs[tab] == item.Text &&
+           tabs.GetObject(tab) == item.Page;
+  };
+  if (shows(item.TabPosition)) return item.TabPosition;
+  const int moved = item.Page == nullptr ? -1 : tabs.IndexOfObject(item.Page);
+  return shows(moved) ? moved : -1;
+}
+
+void TUnitList::UpdateUnitList(std::string_view filter) {
+  const std::string wanted = LowerCase(filter);
   std::vector<int> newIndex(FItems.size(), -1);
   int kept = 0;
   for (int i = 0; i < Count(); ++i) {
@@ -71,7 +81,7 @@ bool TUnitList::Sort() {
 
 bool TUnitList::IsMovable(int delta) const {
   if (Filtered || delta == 0 || FSelected.empty()) return false;
-  return delta > 0 ? LastSelected() < Count() - delta : FirstSelected() >= -delta;
+  return delta > 0 ? GetLastSelected() < Count() - delta : GetFirstSelected() >= -delta;
 }
 
 // The selected items stand at their new places, the others fill the places that are left in the
@@ -100,7 +110,8 @@ bool TUnitList::Move(int delta) {
 }
 
 bool TUnitList::AcceptsDrop(int target) const {
-  return !FSelected.empty() && target >= 0 && (target < FirstSelected() || target > LastSelected());
+  return !FSelected.empty() && target >= 0 &&
+         (target < GetFirstSelected() || target > GetLastSelected());
 }
 
 int TUnitList::DropDelta(int dragStart, int target) const {
@@ -114,7 +125,8 @@ int TUnitList::ArrangeTabs(const TStrings& tabs, int activeTab, TStrings& arrang
   arranged.Clear();
   for (int i = 0; i < Count(); ++i) {
     TItem& item = FItems[static_cast<std::size_t>(i)];
-    arranged.AddObject(item.Text, tabs.GetObject(item.TabPosition));
+    item.Page = tabs.GetObject(item.TabPosition);
+    arranged.AddObject(item.Text, item.Page);
     item.TabPosition = i;
   }
   return static_cast<int>(active - FItems.begin());
@@ -129,20 +141,30 @@ void TEditorIndex::Assign(const std::vector<TEditor>& editors) {
   FEntries.clear();
   FEntries.reserve(editors.size());
   for (std::size_t i = 0; i < editors.size(); ++i) {
-    const auto [entry, isNew] = FEntries.try_emplace(
-        LowerCase(ExtractFileNameEx(editors[i].FileName)), TEntry{static_cast<int>(i), false});
+    const auto [entry, isNew] =
+        FEntries.try_emplace(LowerCase(ExtractFileNameEx(editors[i].FileName)));
+    if (isNew) entry->second.First = static_cast<int>(i);
     if (!isNew || editors[i].ViewCount > 1) entry->second.Ambiguous = true;
+    if (editors[i].Modified) entry->second.Modified = true;
   }
 }
 
-int TEditorIndex::Find(std::string_view name) const {
+const TEditorIndex::TEntry& TEditorIndex::Find(std::string_view name) const {
+  static const TEntry none;
   const auto found = FEntries.find(LowerCase(ExtractFileNameEx(name)));
-  return found == FEntries.end() ? -1 : found->second.First;
+  return found == FEntries.end() ? none : found->second;
 }
 
-bool TEditorIndex::IsAmbiguous(std::string_view name) const {
-  const auto found = FEntries.find(LowerCase(ExtractFileNameEx(name)));
-  return found != FEntries.end() && found->second.Ambiguous;
+int TEditorIndex::FindSourceEditor(std::string_view name) const {
+  return Find(name).First;
+}
+
+bool TEditorIndex::HasDublicate(std::string_view name) const {
+  return Find(name).Ambiguous;
+}
+
+bool TEditorIndex::IsModified(std::string_view name) const {
+  return Find(name).Modified;
 }
 
 void TEditorIndex::Remove(std::string_view name) {

@@ -10,13 +10,17 @@
 
 namespace wrenfold {
 
+// Indices of items, ascending.
+using TSelUnits = std::vector<int>;
+
 // A mirror of a row of page tabs. The order of the list is applied to the tabs by ArrangeTabs; the
 // list never changes them itself.
 class TUnitList {
  public:
   struct TItem {
-    std::string Text;     // the caption of the tab
-    int TabPosition = 0;  // the tab that the item came from
+    std::string Text;         // the caption of the tab
+    int TabPosition = 0;      // the tab that the item came from
+    TObject* Page = nullptr;  // what that tab kept; compared, never used
   };
 
   const std::vector<TItem>& Items() const { return FItems; }
@@ -24,23 +28,27 @@ class TUnitList {
 
   // Replaces the list by the captions of the tabs; nothing is current or selected, and the next
   // sort is ascending.
-  void Populate(const TStrings& tabs);
+  void PopulateUnitList(const TStrings& tabs);
   void Clear();
 
-  // -1 without a current item.
-  int Current() const { return FCurrent; }
+  // The current item; -1 without one.
+  int GetSelectedUnit() const { return FCurrent; }
   void SetCurrent(int index);
-  // Ascending indices. Setting drops what is outside the list and brings the rest in order.
-  const std::vector<int>& Selected() const { return FSelected; }
-  void SetSelected(std::vector<int> indices);
+  // Setting drops what is outside the list and brings the rest in order.
+  const TSelUnits& GetSelectedUnits() const { return FSelected; }
+  void SetSelected(TSelUnits indices);
   // -1 when nothing is selected.
-  int FirstSelected() const { return FSelected.empty() ? -1 : FSelected.front(); }
-  int LastSelected() const { return FSelected.empty() ? -1 : FSelected.back(); }
+  int GetFirstSelected() const { return FSelected.empty() ? -1 : FSelected.front(); }
+  int GetLastSelected() const { return FSelected.empty() ? -1 : FSelected.back(); }
+
+  // The tab that shows the item's page now, -1 when none does: the tabs may have changed since the
+  // list was filled.
+  static int FindTab(const TItem& item, const TStrings& tabs);
 
   // While set, the list shows a part of the tabs, and neither sorts nor moves.
   bool Filtered = false;
   // Drops the items without the text in their caption, ASCII letter case ignored.
-  void DropOthers(std::string_view text);
+  void UpdateUnitList(std::string_view filter);
 
   // Sorts in the order of the user's language, letter case ignored: ascending at first, then
   // alternating. Nothing is current or selected then. Answers whether it did.
@@ -64,7 +72,7 @@ class TUnitList {
   bool IsMovable(int delta) const;
 
   std::vector<TItem> FItems;
-  std::vector<int> FSelected;
+  TSelUnits FSelected;
   int FCurrent = -1;
   bool FSortDescending = false;
 };
@@ -79,21 +87,25 @@ class TEditorIndex {
   struct TEditor {
     std::string FileName;
     int ViewCount = 1;
+    bool Modified = false;
   };
 
   void Assign(const std::vector<TEditor>& editors);
   // The first editor of that bare name, or -1.
-  int Find(std::string_view name) const;
+  int FindSourceEditor(std::string_view name) const;
   // Whether the name alone does not say which page is meant: several editors, or several views.
-  bool IsAmbiguous(std::string_view name) const;
+  bool HasDublicate(std::string_view name) const;
+  // Whether an editor of that name holds what is not saved yet.
+  bool IsModified(std::string_view name) const;
   // Forgets the name.
   void Remove(std::string_view name);
 
  private:
   struct TEntry {
     int First = -1;
-    bool Ambiguous = false;
+    bool Ambiguous = false, Modified = false;
   };
+  const TEntry& Find(std::string_view name) const;
   std::unordered_map<std::string, TEntry> FEntries;
 };
 

@@ -4,31 +4,45 @@
 #include <QAbstractListModel>
 #include <QListView>
 #include <functional>
+#include <utility>
+#include <vector>
 
 #include "experts/rkUnitList.h"
 
 namespace wrenfold {
 
-// Shows the captions of a unit list, which tells nobody of its changes: Reset shows them.
+// What is drawn beside a page's caption.
+struct TUnitMarks {
+  bool Active = false;   // the page that the editor shows
+  bool Unsaved = false;  // its unit holds what is not saved yet
+};
+
+// Shows the captions of a unit list, which tells nobody of its changes: Reset shows them. The marks
+// are asked for when they are drawn.
 class TUnitListModel : public QAbstractListModel {
  public:
-  TUnitListModel(const TUnitList& units, QObject* parent)
-      : QAbstractListModel(parent), FUnits(units) {}
+  enum TRole : int { ActiveRole = Qt::UserRole, UnsavedRole, ViewRole };
 
-  void Reset() {
-    beginResetModel();
-    endResetModel();
-  }
+  TUnitListModel(const TUnitList& units, std::function<TUnitMarks(int index)> marksOf,
+                 QObject* parent)
+      : QAbstractListModel(parent), FUnits(units), FMarksOf(std::move(marksOf)) {}
+
+  void Reset();
   int rowCount(const QModelIndex& parent = {}) const override {
     return parent.isValid() ? 0 : FUnits.Count();
   }
+  // ViewRole: which of the views with that caption it is, from 1; 0 for an only one.
   QVariant data(const QModelIndex& index, int role) const override;
   Qt::ItemFlags flags(const QModelIndex& index) const override;
   QMimeData* mimeData(const QModelIndexList& indexes) const override;
   Qt::DropActions supportedDropActions() const override { return Qt::MoveAction; }
 
  private:
+  QString DescriptionOf(int index) const;
+
   const TUnitList& FUnits;
+  std::function<TUnitMarks(int index)> FMarksOf;
+  std::vector<int> FViews;
 };
 
 // A multi-selection list whose selection can be dragged inside it.
@@ -42,6 +56,9 @@ class TUnitListBox : public QListView {
   // the mouse, or the count of items below the last one.
   std::function<bool(int target)> OnDragOver;
   std::function<void(int target)> OnDrop;
+
+  // The selected items as one picture, those at its end left out when they are many.
+  QPixmap BlockPicture() const;
 
  protected:
   void dragEnterEvent(QDragEnterEvent* event) override;

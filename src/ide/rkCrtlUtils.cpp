@@ -8,7 +8,7 @@
 namespace wrenfold {
 
 TForm* GetActiveForm() {
-  return Screen().ActiveForm();
+  return Screen().ForegroundForm();
 }
 
 TForm* GetActiveForm(std::string_view caption) {

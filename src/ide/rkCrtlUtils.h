@@ -8,7 +8,8 @@
 
 namespace wrenfold {
 
-// The form of the foreground window; null when the user is in another program.
+// The form of the foreground window, the innermost one where forms are docked; null while the user
+// is in another program.
 TForm* GetActiveForm();
 // The same, if its caption is this one (letter case ignored).
 TForm* GetActiveForm(std::string_view caption);

@@ -77,6 +77,11 @@ std::string NameOf(IOTAModuleInfo& info, TModuleNameKind kind) {
   return {};
 }
 
+// Extensions of form files, binary or text, and of what else a unit is not shown by. A file is
+// looked up as a part of the list.
+constexpr std::string_view FormExtensions = ".dfm.xfm.lfm.fmx";
+constexpr std::string_view NoSourceExtensions = ".dfm.xfm.lfm.fmx.h.bpr.res";
+
 // An empty extension occurs in no list.
 bool OccursIn(std::string_view list, const std::string& extension) {
   return !extension.empty() && list.find(extension) != std::string_view::npos;
@@ -85,7 +90,7 @@ bool OccursIn(std::string_view list, const std::string& extension) {
 void ShowFormOrSource(IOTAEditor* editor, bool noSource, bool showCpp) {
   const std::string fileName = editor->GetFileName();
   const std::string extension = ExtractFileExt(fileName);
-  if (OccursIn(".dfm.xfm", extension)) return editor->Show();
+  if (OccursIn(FormExtensions, extension)) return editor->Show();
   if (noSource || !OccursIn(".pas.cpp", extension)) return;
   if (showCpp && EqualText(extension, ".cpp")) return editor->Show();
   const auto actions = Supports<IOTAActionServices>(BorlandIDEServices);
@@ -258,7 +263,7 @@ void ShowModule(IOTAModuleInfo* moduleInfo, TModuleNameKind kind, bool noSource,
   const TIntf<IOTAModule> module(moduleInfo->OpenModule());
   VisitEditors(module.get(), [&](IOTAEditor* editor) {
     if (kind == mnkForm) return ShowFormOrSource(editor, noSource, showCpp);
-    if (!OccursIn(".dfm.xfm.h.bpr.res", ExtractFileExt(editor->GetFileName()))) editor->Show();
+    if (!OccursIn(NoSourceExtensions, ExtractFileExt(editor->GetFileName()))) editor->Show();
   });
 }
 

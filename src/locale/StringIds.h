@@ -50,7 +50,7 @@ enum TStringId : int {
   sExpertsGroupDefined = 51002,
   sExpertsNameDefined = 51003,
   sExpertsClassDefined = 51004,
-  // Captions of windows, buttons and menus. 51030 to 51034, 51062 to 51064, 51071 and 51107 are
+  // Captions of windows, buttons and menus. 51030 to 51038, 51062 to 51064, 51071 and 51107 are
   // numbers of our own.
   sCPUFormCaption = 51009,
   sUnitFormCaption = 51010,
@@ -69,6 +69,10 @@ enum TStringId : int {
   sTextFormsNotSupported = 51032,
   sCLXFormsNotSupported = 51033,
   sOK = 51034,
+  sFilteredCaption = 51035,
+  sActivePage = 51036,
+  sUnsavedPage = 51037,
+  sViewOfUnit = 51038,
   sViewForms = 51040,
   sViewUnits = 51041,
   sViewCPUData = 51042,

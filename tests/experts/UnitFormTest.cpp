@@ -18,6 +18,22 @@ namespace {
 
 using testing::ElementsAre;
 
+// Takes the exceptions that nobody caught.
+class TReports : public TObject {
+ public:
+  TReports() : FBefore(Application().OnException) {
+    Bind<&TReports::Report>(Application().OnException, this);
+  }
+  ~TReports() override { Application().OnException = FBefore; }
+  void Report(TObject*, std::exception_ptr exception) {
+    Messages.push_back(ExceptionMessage(exception));
+  }
+  std::vector<std::string> Messages;
+
+ private:
+  TExceptionEvent FBefore;
+};
+
 class UnitForm : public testing::Test {
  protected:
   UnitForm() {
@@ -267,6 +283,113 @@ TEST_F(UnitForm, FiltersWithAHistoryAndStopsMovingMeanwhile) {
   EXPECT_EQ(Expert().HistoryList->CommaText(), "\"nothing like it\",unit,mAin");
 }
 
+TEST_F(UnitForm, NarrowsWhileOneTypesAndKeepsTheFilterInSight) {
+  AddPages({"MainUnit", "Unit2", "DataMain"});
+  Open();
+  Press(Qt::Key_F, Qt::AltModifier);
+  QTest::keyClicks(Form->focusWidget(), "mai");
+  EXPECT_EQ(ListTexts(), "MainUnit DataMain");
+  EXPECT_EQ(Form->FilterBox()->count(), 0) << "half a word in the history";
+  EXPECT_TRUE(Form->FilterBox()->hasFocus() || Form->FilterBox()->lineEdit()->hasFocus());
+  EXPECT_EQ(Form->Caption(), "Unit manager, filtered: mai");
+  Press(Qt::Key_Backspace);
+  EXPECT_EQ(Form->Caption(), "Unit manager, filtered: ma");
+  Press(Qt::Key_Escape);
+  EXPECT_FALSE(Form->FilterPanelShown());
+  EXPECT_EQ(ListTexts(), "MainUnit DataMain");
+  Press(Qt::Key_F, Qt::AltModifier);
+  EXPECT_TRUE(Form->FilterPanelShown()) << "not at the first press";
+  EXPECT_EQ(Form->FilterBox()->currentText(), "ma");
+  Form->FilterBox()->setEditText("by code");
+  EXPECT_EQ(ListTexts(), "MainUnit DataMain");
+  Press(Qt::Key_A, Qt::ControlModifier);
+  Press(Qt::Key_Delete);
+  EXPECT_EQ(ListTexts(), "MainUnit Unit2 DataMain");
+  EXPECT_EQ(Form->Caption(), "Unit manager");
+}
+
+TEST_F(UnitForm, TypingInTheListJumps) {
+  AddPages({"Alpha", "Beta", "Gamma"});
+  Open();
+  QTest::keyClicks(Form->ListBox(), "ga");
+  EXPECT_EQ(Form->ListBox()->currentIndex().row(), 2);
+}
+
+TEST_F(UnitForm, TellsViewsUnsavedAndActivePagesApart) {
+  AddPages({"Alpha", "Beta"});
+  Environment.AddPage("Alpha")->Source->Modified = true;
+  Environment.Tabs->SetTabIndex(1);
+  Open();
+  const auto words = [this](int row) {
+    return Form->ListBox()
+        ->model()
+        ->index(row, 0)
+        .data(Qt::AccessibleDescriptionRole)
+        .toString()
+        .toStdString();
+  };
+  EXPECT_EQ(words(0), "not saved, view 1");
+  EXPECT_EQ(words(1), "active page");
+  EXPECT_EQ(words(2), "not saved, view 2");
+  Select({2});
+  Press(Qt::Key_Return);
+  EXPECT_EQ(words(2), "active page, not saved, view 2");
+  EXPECT_EQ(ListTexts(), "Alpha Beta Alpha") << "the text is the caption of the tab";
+}
+
+TEST_F(UnitForm, APageThatIsNoLongerWhereItWasIsNotTakenForAnother) {
+  AddPages({"Alpha", "Alpha", "Beta"});
+  Open();
+  Environment.Tabs->Tabs()->Delete(0);
+  Select({1});
+  Press(Qt::Key_Delete);
+  QTest::qWait(300);
+  EXPECT_EQ(Environment.TabTexts(), "Beta") << "another page was closed";
+  Environment.Tabs->Tabs()->Clear();
+  Select({0});
+  Press(Qt::Key_Return);
+  EXPECT_EQ(ListTexts(), "") << "a page that has gone is shown no more";
+}
+
+TEST_F(UnitForm, AFailureWhileClosingOrShowingLeavesNothingHeldOrDead) {
+  AddPages({"Alpha", "Beta", "Gamma"});
+  auto* module = static_cast<TFakeModule*>(Environment.Modules[2].get());
+  module->OnClose = []() -> bool { throw std::runtime_error("cannot close"); };
+  static_cast<TFakeModule*>(Environment.Modules[1].get())->Source->OnShow = [] {
+    throw std::runtime_error("cannot show");
+  };
+  const TReports reports;
+  Open();
+  Select({1});
+  Press(Qt::Key_Return);
+  EXPECT_FALSE(Environment.EditWindow->Enabled()) << "the editor was left enabled";
+  Select({0, 2});
+  Press(Qt::Key_Delete);
+  EXPECT_THAT(reports.Messages, ElementsAre("cannot show", "cannot close"));
+  EXPECT_EQ(Environment.TabTexts(), "Beta Gamma") << "the others are closed";
+  Press(Qt::Key_R, Qt::AltModifier);
+  Press(Qt::Key_R, Qt::AltModifier);
+  EXPECT_EQ(Environment.TabTexts(), "Gamma Beta") << "the commands are dead";
+}
+
+TEST_F(UnitForm, TakesActivationAndFocusBack) {
+  AddPages({"Alpha", "Beta"});
+  static_cast<TFakeModule*>(Environment.Modules[1].get())->Source->OnShow = [this] {
+    Environment.EditWindow->activateWindow();
+  };
+  Open();
+  Select({1});
+  Press(Qt::Key_Return);
+  EXPECT_EQ(QApplication::focusWidget(), Form->ListBox());
+  Environment.MainForm->activateWindow();
+  Settle();
+  EXPECT_EQ(QApplication::focusWidget(), Form->ListBox()) << "after a click on a held window";
+  const std::unique_ptr<TForm> newcomer(NewForm<TForm>());
+  newcomer->Show();
+  Settle();
+  EXPECT_EQ(QApplication::activeWindow(), newcomer.get()) << "it is not held";
+}
+
 TEST_F(UnitForm, DeleteInTheFilterBoxEditsTheText) {
   AddPages({"Alpha"});
   Open();
@@ -292,6 +415,11 @@ TEST_F(UnitForm, TheExitKeyHidesTheFilterFirstAndTheMouseClosesAtOnce) {
   Open();
   auto* exit = dynamic_cast<TToolButton*>(Form->FindComponent("tbExit"));
   ASSERT_NE(exit, nullptr);
+  QTest::mousePress(exit, Qt::LeftButton);
+  QTest::mouseRelease(exit, Qt::LeftButton, {}, QPoint(-50, -50));
+  Press(Qt::Key_Escape);
+  EXPECT_TRUE(Form && Form->isVisible()) << "the key closed, as the mouse would have";
+  Press(Qt::Key_F, Qt::AltModifier);
   QTest::mouseClick(exit, Qt::LeftButton);
   Settle();
   EXPECT_EQ(FindForm(), nullptr);
@@ -364,6 +492,8 @@ TEST_F(UnitForm, DropsOnlyWhatComesFromTheListAndOnlyOutsideTheSelection) {
   list->OnDrop(0);
   EXPECT_EQ(Environment.TabTexts(), "a b c d");
   list->OnDragOver(4);
+  EXPECT_TRUE(list->currentIndex().isValid()) << "no current item below the list";
+  EXPECT_EQ(list->BlockPicture().height(), 2 * list->visualRect(list->currentIndex()).height());
   list->OnDrop(4);
   EXPECT_EQ(Environment.TabTexts(), "a b c d") << "below the last item";
 }

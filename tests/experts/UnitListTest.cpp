@@ -18,7 +18,7 @@ std::string Texts(const TUnitList& units) {
 void Fill(TUnitList& units, const char* commaText) {
   TStringList tabs;
   tabs.SetCommaText(commaText);
-  units.Populate(tabs);
+  units.PopulateUnitList(tabs);
 }
 
 TEST(Move, IsBoundedAndKeepsTheOrder) {
@@ -49,7 +49,7 @@ TEST(Move, IsBoundedAndKeepsTheOrder) {
     for (int& index : expected) index += row.Moved ? row.Delta : 0;
     EXPECT_EQ(units.Move(row.Delta), row.Moved) << row.Name;
     EXPECT_EQ(Texts(units), row.Order) << row.Name;
-    EXPECT_EQ(units.Selected(), expected) << row.Name;
+    EXPECT_EQ(units.GetSelectedUnits(), expected) << row.Name;
   }
 }
 
@@ -98,7 +98,7 @@ TEST(Drop, LandsABlockOnItsTargetAndIsRefusedInsideAndBelow) {
     units.SetSelected(row.Selected);
     EXPECT_EQ(units.AcceptsDrop(row.Target), row.Accepted) << row.Name;
     if (!row.Accepted) continue;
-    units.Move(units.DropDelta(units.FirstSelected(), row.Target));
+    units.Move(units.DropDelta(units.GetFirstSelected(), row.Target));
     EXPECT_EQ(Texts(units), row.Order) << row.Name;
   }
 }
@@ -120,11 +120,11 @@ TEST(Filter, KeepsWhatHasTheTextAnywhereAndStopsSortAndMove) {
   Fill(units, "MainUnit,Unit2,DataMain");
   units.SetSelected({0, 1});
   units.SetCurrent(2);
-  units.DropOthers("mAin");
+  units.UpdateUnitList("mAin");
   units.Filtered = true;
   EXPECT_EQ(Texts(units), "MainUnit DataMain");
-  EXPECT_THAT(units.Selected(), ElementsAre(0));
-  EXPECT_EQ(units.Current(), 1);
+  EXPECT_THAT(units.GetSelectedUnits(), ElementsAre(0));
+  EXPECT_EQ(units.GetSelectedUnit(), 1);
   EXPECT_EQ(units.Items()[1].TabPosition, 2) << "pages are addressed by their tab";
   EXPECT_FALSE(units.Move(1));
   EXPECT_FALSE(units.Sort());
@@ -138,7 +138,7 @@ TEST(ArrangeTabs, TakesEveryPagesObjectAndTheActivePageAlong) {
   tabs.AddObject("b", &data[1]);
   tabs.AddObject("a", &data[2]);
   TUnitList units;
-  units.Populate(tabs);
+  units.PopulateUnitList(tabs);
   units.SetSelected({2});
   units.Move(-1);
   EXPECT_EQ(units.ArrangeTabs(tabs, 2, arranged), 1);
@@ -146,6 +146,24 @@ TEST(ArrangeTabs, TakesEveryPagesObjectAndTheActivePageAlong) {
   EXPECT_EQ(arranged.GetObject(1), &data[2]);
   EXPECT_EQ(arranged.GetObject(2), &data[1]);
   EXPECT_EQ(units.ArrangeTabs(arranged, -1, tabs), 3) << "no active page";
+}
+
+TEST(Tabs, AnItemIsFoundByItsPageAndNotByItsOldPlace) {
+  TObject data[3];
+  TStringList tabs;
+  tabs.AddObject("a", &data[0]);
+  tabs.AddObject("b", &data[1]);
+  tabs.AddObject("b", &data[2]);
+  TUnitList units;
+  units.PopulateUnitList(tabs);
+  const auto& items = units.Items();
+  EXPECT_EQ(TUnitList::FindTab(items[2], tabs), 2);
+  tabs.Delete(0);
+  EXPECT_EQ(TUnitList::FindTab(items[0], tabs), -1) << "another page stands there now";
+  EXPECT_EQ(TUnitList::FindTab(items[1], tabs), 0);
+  EXPECT_EQ(TUnitList::FindTab(items[2], tabs), 1) << "not the view with the same caption";
+  tabs.Put(1, "renamed");
+  EXPECT_EQ(TUnitList::FindTab(items[2], tabs), -1);
 }
 
 TEST(History, KeepsAKnownTextInPlaceAndDropsOneAtTheEnd) {
@@ -164,13 +182,13 @@ TEST(EditorIndex, TellsNamesThatSayTooLittle) {
   TEditorIndex index;
   index.Assign(
       {{"C:\\Work\\Unit1.pas", 1}, {"/x/Unit2.pas", 2}, {"/y/Twin.pas", 1}, {"/z/TWIN.pas", 1}});
-  EXPECT_EQ(index.Find("UNIT1"), 0);
-  EXPECT_FALSE(index.IsAmbiguous("Unit1"));
-  EXPECT_TRUE(index.IsAmbiguous("Unit2")) << "two views";
-  EXPECT_TRUE(index.IsAmbiguous("Twin")) << "two files";
-  EXPECT_EQ(index.Find("Twin"), 2);
-  EXPECT_EQ(index.Find("Unit"), -1);
-  EXPECT_FALSE(index.IsAmbiguous("Unit"));
+  EXPECT_EQ(index.FindSourceEditor("UNIT1"), 0);
+  EXPECT_FALSE(index.HasDublicate("Unit1"));
+  EXPECT_TRUE(index.HasDublicate("Unit2")) << "two views";
+  EXPECT_TRUE(index.HasDublicate("Twin")) << "two files";
+  EXPECT_EQ(index.FindSourceEditor("Twin"), 2);
+  EXPECT_EQ(index.FindSourceEditor("Unit"), -1);
+  EXPECT_FALSE(index.HasDublicate("Unit"));
 }
 
 }  // namespace

@@ -136,6 +136,8 @@ TEST(ShowModule, ShowsWhatBelongsToTheKind) {
       {"form opens the source by name", "/u.pas", "/u.dfm", mnkForm, false, false, 0, 1, 1},
       {"form alone", "/u.pas", "/u.dfm", mnkForm, true, false, 0, 1, 0},
       {"form with its C++ source", "/u.cpp", "/u.dfm", mnkForm, false, true, 1, 1, 0},
+      {"text form of the free environment", "/u.pas", "/u.lfm", mnkForm, true, false, 0, 1, 0},
+      {"text form hidden from units", "/u.fmx", "/u.lfm", mnkUnit, false, false, 0, 0, 0},
       {"design class shows nothing", "/u.pas", "/u.dfm", mnkDesignClass, false, true, 0, 0, 0},
   };
   for (const auto& row : rows) {

@@ -100,8 +100,8 @@ TEditTabs::TEditTabs(TComponent* owner, QWidget* parent) : TTabControl(owner, pa
   });
 }
 
-void TEditTabs::tabInserted(int index) {
-  TTabControl::tabInserted(index);
+void TEditTabs::TabsChanged() {
+  TTabControl::TabsChanged();
   FLater.start(0);
 }
 

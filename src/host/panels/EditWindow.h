@@ -43,7 +43,7 @@ class TEditTabs : public TTabControl {
   std::function<void()> OnRewritten;
 
  protected:
-  void tabInserted(int index) override;
+  void TabsChanged() override;
   void mouseReleaseEvent(QMouseEvent* event) override;
 
  private:

@@ -15,6 +15,7 @@
 #include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Actions.h"
 #include "platform/widgets/Desktop.h"
+#include "platform/widgets/HeldInput.h"
 #include "platform/widgets/Menus.h"
 #include "platform/widgets/MessageDialogs.h"
 #include "platform/widgets/ShortCuts.h"
@@ -143,6 +144,13 @@ bool TScreen::HasForm(const TForm* form) const {
   return std::find(FForms.begin(), FForms.end(), form) != FForms.end();
 }
 
+// A modal form counts before the desktop has made it the foreground window.
+TForm* TScreen::ForegroundForm() const {
+  const bool isForeground =
+      QGuiApplication::focusWindow() != nullptr || QApplication::activeModalWidget() != nullptr;
+  return isForeground ? FActiveForm : nullptr;
+}
+
 QWidget* TScreen::ActiveControl() const {
   return QApplication::focusWidget();
 }
@@ -217,6 +225,8 @@ bool HasApplication() {
 TApplication::TApplication(int& argc, char** argv) : QApplication(argc, argv) {
   TheApplication = this;
   setQuitOnLastWindowClosed(false);
+  installEventFilter(this);
+  InstallFormAccessibility();
   const auto follow = [] { Screen().UpdateActiveForm(); };
   connect(this, &QApplication::focusChanged, this, follow);
   connect(this, &QGuiApplication::focusWindowChanged, this, follow);
@@ -297,9 +307,14 @@ bool TApplication::notify(QObject* receiver, QEvent* event) {
   }
 }
 
+bool TApplication::eventFilter(QObject* receiver, QEvent* event) {
+  return DropsHeldInput(receiver, event);
+}
+
 // The toolkit asks by ShortcutOverride whether a key is to come as a key press or may open a menu
 // by its accelerator: shortcuts of actions go first.
 bool TApplication::FilterEvent(QObject* receiver, QEvent* event) {
+  if (DropsHeldInput(receiver, event)) return true;
   const QEvent::Type type = event->type();
   if ((type != QEvent::KeyPress && type != QEvent::ShortcutOverride) || !receiver->isWidgetType())
     return false;
@@ -330,7 +345,6 @@ bool TApplication::DispatchKey(QWidget* receiver, QKeyEvent& key) {
     return true;
   }
   if (form == nullptr) return false;
-  if (!form->Enabled()) return true;
   if (!form->KeyPreview && receiver != form) return false;
   key.ignore();
   form->KeyDown(key);

@@ -31,9 +31,11 @@ class TScreen : public TObject {
   // A form that was remembered may have gone: looks by address alone.
   bool HasForm(const TForm* form) const;
 
-  // The innermost form with the focus: what "the foreground window" means. While the user is in
-  // another program it is the form that had the focus last. Null while no form shows.
+  // The innermost form with the focus. While the user is in another program it is the form that had
+  // the focus last. Null while no form shows.
   TForm* ActiveForm() const { return FActiveForm; }
+  // The active form; null while the foreground window belongs to another program.
+  TForm* ForegroundForm() const;
   QWidget* ActiveControl() const;
 
   // Of the primary screen, in device-independent pixels.
@@ -112,6 +114,8 @@ class TApplication : public QApplication, public TComponent {
 
   // The toolkit's entry for every event.
   bool notify(QObject* receiver, QEvent* event) override;
+  // Sees an event on every step of its way through the widgets; disabled forms are no step.
+  bool eventFilter(QObject* receiver, QEvent* event) override;
 
   // Runs the action or menu item that has the key in that form, as a key press there does: first
   // the form's own, then those of the main form, unless it is disabled or a modal form is open,

@@ -1,5 +1,6 @@
 #include "platform/widgets/Forms.h"
 
+#include <QAccessible>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -31,34 +32,6 @@ const TBorder Borders[] = {
     {bsToolWindow, Qt::Tool | TitleBar | Qt::MSWindowsFixedSizeDialogHint},
     {bsSizeToolWin, Qt::Tool | TitleBar},
 };
-
-bool IsInput(QEvent::Type type) {
-  switch (type) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
-    case QEvent::MouseButtonDblClick:
-    case QEvent::MouseMove:
-    case QEvent::Wheel:
-    case QEvent::KeyPress:
-    case QEvent::KeyRelease:
-    case QEvent::ContextMenu:
-    case QEvent::DragEnter:
-    case QEvent::DragMove:
-    case QEvent::Drop:
-    case QEvent::TouchBegin:
-    case QEvent::TabletPress:
-      return true;
-    default:
-      return false;
-  }
-}
-
-bool HoldsForm(const QWidget* widget) {
-  const auto children = widget->findChildren<QWidget*>();
-  return std::any_of(children.begin(), children.end(), [](const QWidget* child) {
-    return dynamic_cast<const TForm*>(child) != nullptr;
-  });
-}
 
 // The nearest place of a rectangle where the user can reach it.
 QRect OnScreen(QRect area) {
@@ -140,27 +113,10 @@ void TForm::UpdateTexts() {
 void TForm::SetEnabled(bool enabled) {
   if (enabled == FEnabled) return;
   FEnabled = enabled;
-  if (!enabled) {
-    DisableHeld(this);
-    return;
-  }
-  for (const QPointer<QWidget>& widget : std::exchange(FDisabled, {}))
-    if (widget != nullptr) widget->setEnabled(true);
-}
-
-// The toolkit would disable everything inside; forms keep a state of their own, so what holds one
-// stays enabled and only what stands beside the form is disabled.
-void TForm::DisableHeld(QWidget* holder) {
-  for (QObject* object : QObjectList(holder->children())) {
-    if (!object->isWidgetType() || dynamic_cast<TForm*>(object) != nullptr) continue;
-    auto* child = static_cast<QWidget*>(object);
-    if (HoldsForm(child)) {
-      DisableHeld(child);
-    } else if (!child->isWindow() && !child->testAttribute(Qt::WA_ForceDisabled)) {
-      child->setEnabled(false);
-      FDisabled.emplace_back(child);
-    }
-  }
+  QAccessible::State changed;
+  changed.disabled = true;
+  QAccessibleStateChangeEvent event(this, changed);
+  QAccessible::updateAccessibility(&event);
 }
 
 void TForm::SetBorderStyle(TFormBorderStyle style) {
@@ -352,14 +308,6 @@ void TForm::CenterOnScreen() {
   QRect area(QPoint(), size());
   area.moveCenter(screen->availableGeometry().center());
   setGeometry(OnScreen(area));
-}
-
-bool TForm::event(QEvent* event) {
-  if (!FEnabled) {
-    if (IsInput(event->type())) return true;
-    if (event->type() == QEvent::ChildPolished) DisableHeld(this);
-  }
-  return TControlOf::event(event);
 }
 
 void TForm::showEvent(QShowEvent* event) {

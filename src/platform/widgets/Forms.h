@@ -66,7 +66,8 @@ class TForm : public TControlOf<QWidget> {
 
   std::string Caption() const override { return FCaption; }
   void SetCaption(const std::string& caption) override;
-  // Disables what the form itself holds and its keys, not the forms docked in it.
+  // A disabled form takes no input of the user, its menus and keys neither, but looks as it did.
+  // The state is the form's own: the widgets in it keep theirs, the forms docked in it too.
   bool Enabled() const override { return FEnabled; }
   void SetEnabled(bool enabled) override;
 
@@ -130,7 +131,6 @@ class TForm : public TControlOf<QWidget> {
   // Calls OnDestroy, once. For the destructor of a descendant whose members the handlers use.
   void BeforeDestruction();
 
-  bool event(QEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
@@ -142,7 +142,6 @@ class TForm : public TControlOf<QWidget> {
   friend class TScreen;
   void UpdateWindowFlags();
   void CloseModal();
-  void DisableHeld(QWidget* holder);
 
   std::string FCaption;
   TFormBorderStyle FBorderStyle = bsSizeable;
@@ -152,7 +151,6 @@ class TForm : public TControlOf<QWidget> {
   TModalResult FModalResult = mrNone;
   QEventLoop* FModalLoop = nullptr;
   QPointer<QAbstractButton> FDefaultButton, FCancelButton;
-  std::vector<QPointer<QWidget>> FDisabled;  // what SetEnabled(false) disabled, to be given back
 };
 
 // Makes a form and calls its OnCreate.

@@ -106,6 +106,7 @@ void TTabControl::ShowTabs() {
   if (FTabIndex >= wanted) FTabIndex = -1;
   if (FTabIndex < 0 && before == 0 && wanted > 0) FTabIndex = 0;
   if (FTabIndex >= 0) setCurrentIndex(FTabIndex);
+  TabsChanged();
 }
 
 void TTabControl::ShowIndex() {

@@ -39,6 +39,8 @@ class TTabControl : public TControlOf<QTabBar> {
   TTabChangingEvent OnChanging;
 
  protected:
+  // The tabs show other lines, or in another order, than before.
+  virtual void TabsChanged() {}
   QSize tabSizeHint(int index) const override;
   QSize minimumTabSizeHint(int index) const override;
 

@@ -40,6 +40,7 @@ TToolButton::~TToolButton() {
 
 void TToolButton::SetCaption(const std::string& caption) {
   FCaption = caption;
+  FOwnCaption = true;
   UpdateTexts();
 }
 
@@ -81,7 +82,7 @@ void TToolButton::UpdateIcon() {
 void TToolButton::ActionChanged() {
   const TAction* action = Action();
   if (action == nullptr) return;
-  FCaption = action->Caption();
+  if (!FOwnCaption) FCaption = action->Caption();
   if (action->ImageIndex() >= 0) FImageIndex = action->ImageIndex();
   SetHint(action->Hint());
   SetEnabled(action->Enabled());

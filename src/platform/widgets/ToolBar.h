@@ -21,7 +21,8 @@ enum TToolButtonStyle : std::uint8_t { tbsButton, tbsCheck, tbsSeparator };
 using TMouseEvent = TEvent<void(TObject*, QMouseEvent&)>;
 
 // A button, or a separator, which takes no clicks. With an action, it takes over the action's
-// caption, hint, picture and state. A button leaves its bar when it is destroyed.
+// hint, picture and state, and its caption unless it was given one of its own. A button leaves its
+// bar when it is destroyed.
 class TToolButton : public TControlOf<QToolButton>, public TActionClient {
  public:
   static const TTypeInfo& ClassInfo();
@@ -62,6 +63,7 @@ class TToolButton : public TControlOf<QToolButton>, public TActionClient {
   TToolBar* FToolBar = nullptr;
   QAction* FPlace = nullptr;  // the button's place in the bar; belongs to the bar
   std::string FCaption;
+  bool FOwnCaption = false;
   TToolButtonStyle FStyle = tbsButton;
   std::int32_t FImageIndex = -1;
 };

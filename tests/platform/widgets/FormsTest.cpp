@@ -1,13 +1,18 @@
 // Forms: lifetime, closing, modal runs, enabled states, placement, the list of the screen.
 #include <gmock/gmock.h>
 
+#include <QAccessible>
+#include <QContextMenuEvent>
 #include <QDockWidget>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QMenuBar>
+#include <QMimeData>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include "platform/core/system/Exceptions.h"
 #include "platform/widgets/Button.h"
@@ -126,39 +131,101 @@ struct TMainWindow {
   }
 };
 
-TEST(Forms, DisablingTheMainFormLeavesTheDockedOnesAlone) {
-  TMainWindow window;
-  window.Inspector->SetEnabled(false);
+// Counts what reaches the docked text and the menu of the main form.
+struct THeldWindow : TMainWindow {
+  int Triggered = 0;
+  THeldWindow() {
+    auto* menu = new QMenuBar(&Form);
+    QObject::connect(menu->addMenu("&File")->addAction("Open", QKeySequence("Ctrl+O")),
+                     &QAction::triggered, &Form, [this] { ++Triggered; });
+    Bar->addAction("Press", [this] { ++Triggered; });
+    Form.layout()->setMenuBar(menu);
+    Form.resize(400, 300);
+    Activate(Form);
+    Text->setFocus();
+  }
+  void Click() { QTest::mouseClick(Bar->widgetForAction(Bar->actions()[0]), Qt::LeftButton); }
+  void Type() { QTest::keyClick(Text, Qt::Key_A); }
+};
+
+TEST(HeldForms, TakeNoInputOfAnyKindButWhatCodeDoes) {
+  THeldWindow window;
+  window.Click();
+  window.Type();
+  ASSERT_EQ(window.Triggered, 1);
+  ASSERT_EQ(window.Text->text(), "a");
   window.Form.SetEnabled(false);
-  EXPECT_FALSE(window.Bar->isEnabled());
-  EXPECT_FALSE(window.Inner->statusBar()->isEnabled());
-  EXPECT_TRUE(window.Text->isEnabled());
+  window.Click();
+  window.Type();
+  EXPECT_EQ(window.Text->text(), "aa") << "a docked form has a state of its own";
   window.Editor->SetEnabled(false);
-  EXPECT_FALSE(window.Text->isEnabled());
-  window.Editor->SetEnabled(true);
-  EXPECT_TRUE(window.Text->isEnabled()) << "enabled while the main form is not";
-  EXPECT_FALSE(window.Bar->isEnabled());
+  window.Type();
+  QTest::keyClick(window.Form.windowHandle(), Qt::Key_O, Qt::ControlModifier);
+  QTest::keyClick(window.Form.windowHandle(), Qt::Key_F, Qt::AltModifier);
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr) << "a menu opened by its letter";
+  QContextMenuEvent menu(QContextMenuEvent::Mouse, QPoint(2, 2), QPoint(2, 2));
+  QApplication::sendEvent(window.Text, &menu);
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+  QMimeData dropped;
+  dropped.setText("dropped");
+  QDropEvent drop(QPointF(2, 2), Qt::CopyAction, &dropped, Qt::LeftButton, {});
+  QApplication::sendEvent(window.Text, &drop);
+  EXPECT_FALSE(drop.isAccepted());
+  EXPECT_EQ(window.Text->text(), "aa");
+  EXPECT_EQ(window.Triggered, 1);
+  window.Bar->actions()[0]->trigger();
+  window.Text->setText("by code");
+  EXPECT_EQ(window.Triggered, 2);
   window.Form.SetEnabled(true);
-  EXPECT_TRUE(window.Bar->isEnabled());
-  EXPECT_FALSE(window.Inspector->Enabled());
+  window.Click();
+  EXPECT_EQ(window.Triggered, 3);
 }
 
-TEST(Forms, WhatWasDisabledBeforeStaysSoAfterwards) {
+// An event that a docked form does not want goes on to what the form stands in.
+TEST(HeldForms, ADockedFormThatTakesPartPassesNothingOnToTheHeldOne) {
   TMainWindow window;
-  window.Bar->setEnabled(false);
+  struct TMouse : QObject {
+    int Seen = 0;
+    bool eventFilter(QObject*, QEvent* event) override {
+      if (event->type() == QEvent::MouseButtonPress) ++Seen;
+      return false;
+    }
+  } mouse;
+  auto* place = new QWidget(&window.Form);
+  TForm inside(nullptr, place);
+  place->installEventFilter(&mouse);
+  Activate(window.Form);
+  QTest::mouseClick(&inside, Qt::LeftButton);
+  EXPECT_EQ(mouse.Seen, 1);
   window.Form.SetEnabled(false);
-  auto* late = new QLineEdit(&window.Form);
-  Application().ProcessMessages();
-  delete window.Inner->statusBar();
-  window.Form.SetEnabled(true);
-  EXPECT_FALSE(window.Bar->isEnabled());
-  EXPECT_TRUE(late->isEnabled());
+  QTest::mouseClick(&inside, Qt::LeftButton);
+  EXPECT_EQ(mouse.Seen, 1);
 }
 
-TEST(Forms, ADisabledFormTakesNoKeysAndNoSystemClose) {
-  TRecorder recorder;
+TEST(HeldForms, LookAsTheyDidAndTellAssistivePrograms) {
+  TMainWindow window;
+  Activate(window.Form);
+  const QImage before = window.Form.grab().toImage();
+  window.Form.SetEnabled(false);
+  window.Editor->SetEnabled(false);
+  EXPECT_EQ(window.Form.grab().toImage(), before);
+  EXPECT_TRUE(QAccessible::queryAccessibleInterface(window.Editor)->state().disabled);
+  window.Editor->SetEnabled(true);
+  EXPECT_FALSE(QAccessible::queryAccessibleInterface(window.Editor)->state().disabled);
+}
+
+TEST(HeldForms, CannotBeEnabledByWhatStandsInThem) {
+  TMainWindow window;
+  window.Editor->SetEnabled(false);
+  window.Text->setEnabled(false);
+  window.Text->setEnabled(true);
+  Activate(window.Form);
+  QTest::keyClick(window.Text, Qt::Key_A);
+  EXPECT_EQ(window.Text->text(), "");
+}
+
+TEST(HeldForms, TakeNoKeysBeforeTheirControls) {
   TForm form;
-  form.SetName("Form");
   form.KeyPreview = true;
   struct TKeys : TObject {
     int Count = 0;
@@ -170,7 +237,6 @@ TEST(Forms, ADisabledFormTakesNoKeysAndNoSystemClose) {
   form.SetEnabled(false);
   QTest::keyClick(&form, Qt::Key_A);
   EXPECT_EQ(keys.Count, 1);
-  form.SetEnabled(true);
 }
 
 class TCloser : public TObject {
