@@ -16,6 +16,14 @@ enum TSuiteImage : int {
   siMoveDown,
   siSort,
   siFilter,
+  siSave,
+  siSaveAs,
+  siAdd,
+  siDelete,
+  siExpand,
+  siCollapse,
+  siUndo,
+  siJournal,
 };
 
 // The picture of that number, sharp at every size, light on dark desktops and dark on light ones;

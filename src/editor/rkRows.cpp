@@ -120,6 +120,10 @@ void TPropertyRow::SetControl(TControl* control, int height) {
   FWidget->installEventFilter(FWatcher.get());
 }
 
+int TPropertyRow::Height() const {
+  return FHeight;
+}
+
 int TPropertyRow::MinimumWidth() const {
   return 0;
 }

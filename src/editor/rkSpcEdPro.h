@@ -1,0 +1,5 @@
+#pragma once
+#include "editor/rkSpcEditor.h"
+namespace wrenfold {
+using TSpcEditorPro = TSpcEditor;
+}
