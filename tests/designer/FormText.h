@@ -13,7 +13,7 @@
 namespace wrenfold {
 
 // Forms and ancestors by class name.
-class TTestForms final : public TFormSource {
+class TTestForms final : public TFormCatalog {
  public:
   void Add(const std::string& text) {
     TFormFile file = ReadFormFile(text, "test");

@@ -67,7 +67,7 @@ void TComposedForm::AddNote(std::string note) {
 // Builds the nodes of the furthest ancestor first and lays the files of its descendants over them.
 class TComposer {
  public:
-  explicit TComposer(TFormSource& source)
+  explicit TComposer(TFormCatalog& source)
       : FSource(source), FForm(std::make_unique<TComposedForm>()) {}
 
   std::unique_ptr<TComposedForm> Compose(const TDesignComponent& root) {
@@ -236,14 +236,14 @@ class TComposer {
                   "inline"};
   }
 
-  TFormSource& FSource;
+  TFormCatalog& FSource;
   std::unique_ptr<TComposedForm> FForm;
   const TDesignComponent* FOwn = nullptr;
   std::vector<std::string> FOpenFrames;  // folded class names of the frames being composed
   std::unordered_map<std::string, TResolvedClass> FResolved;
 };
 
-std::unique_ptr<TComposedForm> ComposeForm(const TDesignComponent& root, TFormSource& source) {
+std::unique_ptr<TComposedForm> ComposeForm(const TDesignComponent& root, TFormCatalog& source) {
   return TComposer(source).Compose(root);
 }
 

@@ -19,9 +19,9 @@ inline constexpr std::size_t MaxDrawnComponents = 200'000;
 
 // What is known of classes and forms beside the form at hand. The answers must stay as they are
 // while a composed form is in use.
-class TFormSource {
+class TFormCatalog {
  public:
-  virtual ~TFormSource() = default;
+  virtual ~TFormCatalog() = default;
   // The ancestors of a class, nearest first, the class itself left out; empty when unknown.
   virtual std::vector<std::string> Ancestors(std::string_view className) = 0;
   // The root of the form file of a class, or null. The source owns it.
@@ -29,7 +29,7 @@ class TFormSource {
 };
 
 // Knows nothing.
-class TNoForms final : public TFormSource {
+class TNoForms final : public TFormCatalog {
  public:
   std::vector<std::string> Ancestors(std::string_view) override { return {}; }
   const TDesignComponent* FindForm(std::string_view) override { return nullptr; }
@@ -71,6 +71,6 @@ class TComposedForm {
 
 // Never fails: what is missing is told in the notes and the rest is composed. Nodes are not laid
 // out.
-std::unique_ptr<TComposedForm> ComposeForm(const TDesignComponent& root, TFormSource& source);
+std::unique_ptr<TComposedForm> ComposeForm(const TDesignComponent& root, TFormCatalog& source);
 
 }  // namespace wrenfold

@@ -14,7 +14,7 @@ namespace wrenfold {
 
 // Units tell the ancestors of classes, form files are found by the class of their root. Files are
 // read when something is asked for, each once; what cannot be read is as if it were not there.
-class TFileForms final : public TFormSource {
+class TFileForms final : public TFormCatalog {
  public:
   // Pascal units, C++ headers and form files; others are passed over. Form files beside the units
   // need not be named.

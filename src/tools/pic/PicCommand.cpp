@@ -29,7 +29,7 @@ namespace files = std::filesystem;
 struct TPicJob {
   std::string FileName;
   files::path Picture;  // without the extension
-  TFormSource* Source = nullptr;
+  TFormCatalog* Source = nullptr;
 };
 
 constexpr std::string_view ProjectExtensions[] = {".dpr", ".dpk", ".lpr", ".cpp"};
@@ -86,7 +86,7 @@ class TPicRun {
     }
   }
 
-  void AddJob(const std::string& fileName, files::path picture, TFormSource* source) {
+  void AddJob(const std::string& fileName, files::path picture, TFormCatalog* source) {
     // Forms of one name keep their extension.
     if (!FPictures.insert(picture.string()).second) {
       picture += files::path(fileName).extension();
@@ -111,7 +111,7 @@ class TPicRun {
     }
   }
 
-  TFormSource* FolderSource(const std::string& folder) {
+  TFormCatalog* FolderSource(const std::string& folder) {
     auto& source = FFolders[folder.empty() ? "." : folder];
     if (source == nullptr) source = TFileForms::OfFolder(folder.empty() ? "." : folder);
     return source.get();
