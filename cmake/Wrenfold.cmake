@@ -3,8 +3,8 @@ include(GNUInstallDirs)
 
 option(WRENFOLD_SANITIZE "Build everything with address and undefined-behaviour sanitizers" OFF)
 option(WRENFOLD_BENCH "Build the benchmarks" ON)
-set(WRENFOLD_FUZZ "" CACHE STRING
-    "fuzz: build just what is fuzzed, with libFuzzer; explore: with the explorer (both need clang)")
+option(WRENFOLD_PCH "Precompile the standard's and the toolkits' headers" ON)
+option(WRENFOLD_FUZZ "Build just what is fuzzed, with libFuzzer (needs clang)" OFF)
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -19,7 +19,11 @@ set(CMAKE_BUILD_RPATH_USE_ORIGIN ON)
 set(CMAKE_INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}/wrenfold" "$ORIGIN")
 
 find_program(WRENFOLD_CCACHE ccache)
-if(WRENFOLD_CCACHE)
+if(WRENFOLD_CCACHE AND WRENFOLD_PCH)
+  # Precompiled headers are looked at by content, not by time.
+  set(CMAKE_CXX_COMPILER_LAUNCHER env CCACHE_SLOPPINESS=pch_defines,time_macros
+      "${WRENFOLD_CCACHE}")
+elseif(WRENFOLD_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER "${WRENFOLD_CCACHE}")
 endif()
 
@@ -34,20 +38,58 @@ if(WRENFOLD_SANITIZE)
   target_link_options(wrenfold-settings INTERFACE -fsanitize=address,undefined)
 endif()
 if(WRENFOLD_FUZZ)
-  target_compile_options(wrenfold-settings INTERFACE
-                         "-fsanitize-coverage-ignorelist=${CMAKE_SOURCE_DIR}/tests/fuzz/ignored.txt")
+  # The check of dynamic types keeps a cache by addresses, whose branches would look like new paths;
+  # the tests of the debug build have that check.
+  target_compile_options(wrenfold-settings INTERFACE -fsanitize=fuzzer-no-link -fno-sanitize=vptr)
 endif()
-# Inlined, a library's branches would count as ours, and ours again at each place.
-if(WRENFOLD_FUZZ STREQUAL "explore")
-  target_compile_options(wrenfold-settings INTERFACE -fsanitize-coverage=inline-8bit-counters
-                         -fno-inline)
-elseif(WRENFOLD_FUZZ)
-  # The check of dynamic types keeps a cache by addresses: its branches would look like paths, and new
-  # ones in each process; the tests of the debug build have that check. How deep the stack is differs
-  # as well.
-  target_compile_options(wrenfold-settings INTERFACE -fsanitize=fuzzer-no-link -fno-inline
-                         -fno-sanitize=vptr -fno-sanitize-coverage=stack-depth)
+
+# Code that runs once, as tests and main programs do: making it quick takes more time than it saves.
+if(WRENFOLD_SANITIZE)
+  set(wrenfold_once_options -O0)
 endif()
+
+# wrenfold_precompile(TARGET SET)
+#
+# Lets a target use one of the sets of precompiled headers, which all targets of a kind share. They
+# hold headers that no change of ours touches; a source names what it needs all the same, so that a
+# build without them (WRENFOLD_PCH=OFF) passes too.
+set(wrenfold_standard_headers <algorithm> <array> <cstdint> <functional> <map> <memory> <optional>
+    <string> <string_view> <unordered_map> <utility> <variant> <vector> <fmt/format.h>)
+set(wrenfold_toolkit_headers <QAction> <QApplication> <QBoxLayout> <QEvent> <QIcon> <QMenu>
+    <QPainter> <QPointer> <QString> <QStyle> <QTimer> <QWidget>)
+set(wrenfold_test_headers <gmock/gmock.h> <gtest/gtest.h>)
+set(wrenfold_set_plain ${wrenfold_standard_headers})
+set(wrenfold_set_widgets ${wrenfold_standard_headers} ${wrenfold_toolkit_headers})
+set(wrenfold_set_test ${wrenfold_standard_headers} ${wrenfold_test_headers})
+set(wrenfold_set_widgets_test ${wrenfold_set_widgets} ${wrenfold_test_headers} <QTest>)
+function(wrenfold_precompile target set)
+  if(NOT WRENFOLD_PCH OR WRENFOLD_FUZZ)
+    return()
+  endif()
+  set(holder wrenfold-headers-${set})
+  if(NOT TARGET ${holder})
+    set(empty "${CMAKE_BINARY_DIR}/headers/${set}.cpp")
+    if(set MATCHES "test")
+      # Programs are compiled for another position than libraries, so their headers are as well.
+      file(CONFIGURE OUTPUT "${empty}" CONTENT "int main() {}\n")
+      add_executable(${holder} EXCLUDE_FROM_ALL "${empty}")
+      target_compile_options(${holder} PRIVATE ${wrenfold_once_options})
+      target_link_libraries(${holder} PRIVATE GTest::gmock)
+    else()
+      file(CONFIGURE OUTPUT "${empty}" CONTENT "")
+      add_library(${holder} OBJECT "${empty}")
+    endif()
+    target_link_libraries(${holder} PRIVATE wrenfold-settings fmt::fmt)
+    if(set MATCHES "widgets")
+      target_link_libraries(${holder} PRIVATE Qt6::Widgets)
+    endif()
+    if(set STREQUAL "widgets_test")
+      target_link_libraries(${holder} PRIVATE Qt6::Test)
+    endif()
+    target_precompile_headers(${holder} PRIVATE ${wrenfold_set_${set}})
+  endif()
+  target_precompile_headers(${target} REUSE_FROM ${holder})
+endfunction()
 
 # wrenfold_layer(TARGET FOLDER KIND [ROOMS sub-folders...] [LINKS targets...] [PRIVATE_LINKS targets...]
 #                [EXCLUDE files...] [QT])
@@ -78,6 +120,9 @@ function(wrenfold_layer target folder kind)
   target_link_libraries(${target} PUBLIC ${arg_LINKS} PRIVATE wrenfold-settings ${arg_PRIVATE_LINKS})
   if(arg_QT)
     set_target_properties(${target} PROPERTIES AUTOMOC ON AUTORCC ON)
+    wrenfold_precompile(${target} widgets)
+  else()
+    wrenfold_precompile(${target} plain)
   endif()
 endfunction()
 
@@ -90,6 +135,12 @@ function(wrenfold_test name folder)
   endif()
   add_executable(test_${name} ${sources})
   target_link_libraries(test_${name} PRIVATE wrenfold-settings ${ARGN} GTest::gmock)
+  target_compile_options(test_${name} PRIVATE ${wrenfold_once_options})
+  if("Qt6::Test" IN_LIST ARGN)
+    wrenfold_precompile(test_${name} widgets_test)
+  else()
+    wrenfold_precompile(test_${name} test)
+  endif()
   target_include_directories(test_${name} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
   target_compile_definitions(test_${name} PRIVATE
     WRENFOLD_SOURCE_DIR="${CMAKE_SOURCE_DIR}" WRENFOLD_BIN_DIR="${CMAKE_BINARY_DIR}/bin")

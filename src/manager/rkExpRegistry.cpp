@@ -8,8 +8,8 @@ namespace wrenfold {
 namespace {
 
 TExpertRegistry& Slots() {
-  static TExpertRegistry slots;
-  return slots;
+  static TExpertRegistry registered;
+  return registered;
 }
 
 }  // namespace
