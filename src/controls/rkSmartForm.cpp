@@ -73,7 +73,11 @@ void TSmartForm::ReadFormData() {
 
 void TSmartForm::WriteFormData() {
   TWindowPlacement placement;
-  if (TextToPlacement(FPlacement, placement)) SetPlacement(placement);
+  const bool placed = TextToPlacement(FPlacement, placement);
+  // A window that opens out of sight, perhaps while others wait for it, looks like a frozen
+  // program.
+  if (placement.ShowCmd == SW_SHOWMINIMIZED) placement.ShowCmd = SW_SHOWNORMAL;
+  if (placed) SetPlacement(placement);
   else CenterOnScreen();
   SetFormData();
 }

@@ -4,6 +4,7 @@
 
 #include <typeinfo>
 
+#include "locale/rkLocale.h"
 #include "platform/core/system/Exceptions.h"
 #include "platform/core/system/Files.h"
 
@@ -47,6 +48,7 @@ std::string ExceptionText(const std::exception_ptr& error) {
 
 void SetApplicationWindow(const TApplicationWindow& window) {
   RecordedWindow() = window;
+  SetDialogWindow(window.Handle);
 }
 
 const TApplicationWindow& ApplicationWindow() {
@@ -54,19 +56,19 @@ const TApplicationWindow& ApplicationWindow() {
 }
 
 TMsgDlgBtn MsgQuestion(const std::string& text, TMsgDlgButtons buttons) {
-  return MessageDlg(text, mtConfirmation, buttons);
+  return LocaleMessageDlg(text, mtConfirmation, buttons);
 }
 
 TMsgDlgBtn MsgWarning(const std::string& text, TMsgDlgButtons buttons) {
-  return MessageDlg(text, mtWarning, buttons);
+  return LocaleMessageDlg(text, mtWarning, buttons);
 }
 
 TMsgDlgBtn MsgError(const std::string& text, TMsgDlgButtons buttons) {
-  return MessageDlg(text, mtError, buttons);
+  return LocaleMessageDlg(text, mtError, buttons);
 }
 
 TMsgDlgBtn MsgInformation(const std::string& text, TMsgDlgButtons buttons) {
-  return MessageDlg(text, mtInformation, buttons);
+  return LocaleMessageDlg(text, mtInformation, buttons);
 }
 
 }  // namespace wrenfold

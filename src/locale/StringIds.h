@@ -22,8 +22,16 @@ enum TStringId : int {
   sSelectWorkDirectory = 50512,
   sLocalizationSetting = 50513,
   sLanguageNames = 50514,
+  // 50515 to 50519, 50521 and 50522 are numbers of our own.
+  sLanguageExists = 50515,
+  sLanguageNameUnusable = 50516,
+  sNoLanguageModule = 50517,
+  sLanguageName = 50518,
+  sSelectLibrary = 50519,
   // Object storage and foundation classes.
   sPropertyNotFound = 50520,
+  sLibraryFilter = 50521,
+  sLibraryOutside = 50522,
   sUnsupportedType = 50523,
   sContinueLoading = 50535,
   sCollectionItemExists = 50537,
@@ -50,8 +58,8 @@ enum TStringId : int {
   sExpertsGroupDefined = 51002,
   sExpertsNameDefined = 51003,
   sExpertsClassDefined = 51004,
-  // Captions of windows, buttons and menus. 51030 to 51038, 51062 to 51064, 51071 and 51107 are
-  // numbers of our own.
+  // Captions of windows, buttons and menus. 51030 to 51038, 51062 to 51064, 51071 and 51107 to
+  // 51113 are numbers of our own.
   sCPUFormCaption = 51009,
   sUnitFormCaption = 51010,
   sCancel = 51011,
@@ -101,6 +109,12 @@ enum TStringId : int {
   sHintApplyFilter = 51100,
   sLoadDefaultQuestion = 51106,
   sSettingsNotWritable = 51107,
+  sSettingsUnreadable = 51108,
+  sSettingsLeftOut = 51109,
+  sLanguageUnreadable = 51110,
+  sExpertFailed = 51111,
+  sImportQuestion = 51112,
+  sNoSettingsFile = 51113,
   // The settings tree of the manager and the labels of its properties.
   sExpertsSettings = 51120,
   sInstalledExperts = 51121,
@@ -111,6 +125,17 @@ enum TStringId : int {
   sInspectorViewExpert = 51127,
   sFormUnitViewExpert = 51128,
   sCPUViewExpert = 51129,
+  // What message dialogs show. 51130 to 51139 are numbers of our own.
+  sYes = 51130,
+  sNo = 51131,
+  sAbort = 51132,
+  sRetry = 51133,
+  sIgnore = 51134,
+  sAll = 51135,
+  sWarning = 51136,
+  sError = 51137,
+  sInformation = 51138,
+  sConfirm = 51139,
   sUnitManagerExpert = 51141,
   sMenuItemText = 51143,
   sMenuItemPicture = 51144,

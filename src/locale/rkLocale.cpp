@@ -20,6 +20,32 @@ std::string RunningProgram() {
   return std::filesystem::read_symlink("/proc/self/exe", error).string();
 }
 
+// Captions of message dialogs as the environment knows them.
+struct TDialogCaption {
+  std::string_view Caption;
+  int TextId;
+};
+constexpr TDialogCaption DialogCaptions[] = {
+    {"&Yes", sYes},
+    {"&No", sNo},
+    {"OK", sOK},
+    {"Cancel", sCancel},
+    {"&Abort", sAbort},
+    {"&Retry", sRetry},
+    {"&Ignore", sIgnore},
+    {"&All", sAll},
+    {"Warning", sWarning},
+    {"Error", sError},
+    {"Information", sInformation},
+    {"Confirm", sConfirm},
+};
+
+std::string DialogText(std::string_view caption) {
+  for (const TDialogCaption& known : DialogCaptions)
+    if (known.Caption == caption) return LocaleStr(known.TextId);
+  return {};
+}
+
 std::string PackageText(int id) {
   const TStringEntry* entry = FindPackageString(id);
   return entry != nullptr ? std::string(entry->Text) : std::string();
@@ -79,6 +105,15 @@ std::string LocaleFormatArgs(int id, std::span<const TFormatArg> args) {
   } catch (const EFormatError&) {
     return FormatArgs(PackageText(id), args);
   }
+}
+
+TMsgDlgBtn LocaleMessageDlg(const std::string& text, TMsgDlgType type, TMsgDlgButtons buttons) {
+  // Whoever answers without a dialog leaves the texts: they are not meant for the next one.
+  struct TTexts {
+    TTexts() { SetDialogTexts(&DialogText); }
+    ~TTexts() { SetDialogTexts({}); }
+  } const texts;
+  return MessageDlg(text, type, buttons);
 }
 
 }  // namespace wrenfold

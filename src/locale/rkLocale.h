@@ -7,6 +7,7 @@
 
 #include "locale/ResourceLibrary.h"
 #include "locale/StringIds.h"
+#include "platform/core/model/Dialogs.h"
 #include "platform/core/model/Event.h"
 #include "platform/core/text/Format.h"
 
@@ -64,5 +65,8 @@ std::string LocaleFormat(int id, const Args&... args) {
   const std::initializer_list<TFormatArg> list{TFormatArg(args)...};
   return LocaleFormatArgs(id, {list.begin(), list.size()});
 }
+
+// Asks as MessageDlg does, and shows the dialog's own captions in the language in force as well.
+TMsgDlgBtn LocaleMessageDlg(const std::string& text, TMsgDlgType type, TMsgDlgButtons buttons);
 
 }  // namespace wrenfold

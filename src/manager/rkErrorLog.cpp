@@ -18,7 +18,7 @@ std::string SourceName(const TObject* sender) {
 }
 
 std::string TrailText(const TTrail& trail, const char* what) {
-  if (trail.Steps.empty()) return {};
+  if (trail.Steps.empty() || trail.Reported) return {};
   return std::string("\r\n< Start ") + what + " >\r\n" + trail.Steps + "\r\n" + trail.Experts +
          "\r\n< Finish " + what + " >";
 }
@@ -35,8 +35,7 @@ void TErrorLog::Add(const TObject* sender, const std::exception_ptr& error) {
   if (!Enabled || (error && error == FLast)) return;
   FLast = error;
   const std::string text = EntryText(sender, error);
-  Constructor.Clear();
-  Destructor.Clear();
+  Constructor.Reported = Destructor.Reported = true;
   try {
     AddLogData(FileName, text, std::uint64_t{MaxSize} * 1024);
   } catch (const std::exception& failure) {

@@ -61,8 +61,8 @@ std::string TExpMenuData::GetNodeName() const {
 }
 
 TExpMenuItemData& TExpMenuData::Demand(const std::string& itemId) {
-  TSpcItem* item = Find(itemId);
-  return static_cast<TExpMenuItemData&>(*(item != nullptr ? item : Add(itemId)));
+  if (TExpMenuItemData* item = Find(itemId)) return *item;
+  return static_cast<TExpMenuItemData&>(*Add(itemId));
 }
 
 const TTypeInfo& TCustomDataItem::ClassInfo() {
@@ -104,24 +104,45 @@ void TExpData::Assign(const TPersistent* source) {
   MenuData->Assign(other->MenuData.get());
 }
 
+namespace {
+
+// One keyed collection as a stored value: read into the items that are there, written with what is
+// carried over for those that are not.
+template <class Base, class Collection>
+void DefineKeyed(TFiler& filer, const char* name, Collection& collection,
+                 const std::string& keyProperty, std::vector<TStoredItem>& carried,
+                 void (TFitReader::*read)(Base&, bool)) {
+  const auto isThere = [&](const TStoredItem& item) {
+    return item.Key.empty() || collection.Find(item.Key) != nullptr;
+  };
+  // Only the suite's own reader and writer match items by key.
+  const auto readData = [&](TReader&) {
+    auto& reader = dynamic_cast<TFitReader&>(filer);
+    carried = reader.PeekItems(keyProperty);
+    std::erase_if(carried, isThere);
+    (reader.*read)(collection, false);
+  };
+  const auto writeData = [&](TWriter&) {
+    std::string further;
+    for (const TStoredItem& item : carried)
+      if (!isThere(item)) further += item.Bytes;
+    dynamic_cast<TFitWriter&>(filer).WriteCollectionEx(collection, further);
+  };
+  filer.DefineProperty(name, readData, writeData, true);
+}
+
+}  // namespace
+
 void TExpData::DefineProperties(TFiler& filer) {
   TSpcObject::DefineProperties(filer);
-  // Only the suite's own reader and writer match items by key.
-  auto* reader = dynamic_cast<TFitReader*>(&filer);
-  auto* writer = dynamic_cast<TFitWriter*>(&filer);
-  if (reader == nullptr && writer == nullptr) return;
-  const auto write = [writer](TCollection& collection) {
-    return [writer, &collection](TWriter&) { writer->WriteCollectionEx(collection); };
-  };
-  filer.DefineProperty(
-      "ActiveExperts_", [&](TReader&) { reader->ReadFixedCollection(*ActiveExperts, false); },
-      write(*ActiveExperts), true);
-  filer.DefineProperty(
-      "MenuData_", [&](TReader&) { reader->ReadFixedCollection(*MenuData, false); },
-      write(*MenuData), true);
-  filer.DefineProperty(
-      "CustomData_", [&](TReader&) { reader->ReadFreeCollection(*CustomData, false); },
-      write(*CustomData), true);
+  if (dynamic_cast<TFitReader*>(&filer) == nullptr && dynamic_cast<TFitWriter*>(&filer) == nullptr)
+    return;
+  DefineKeyed(filer, "ActiveExperts_", *ActiveExperts, ActiveExperts->GetUpdateName(),
+              FCarriedExperts, &TFitReader::ReadFixedCollection);
+  DefineKeyed(filer, "MenuData_", *MenuData, MenuData->GetUpdateName(), FCarriedMenuData,
+              &TFitReader::ReadFixedCollection);
+  DefineKeyed(filer, "CustomData_", *CustomData, "AObjectID", FCarriedCustomData,
+              &TFitReader::ReadFreeCollection);
 }
 
 std::string TExpData::GetNodeName() const {

@@ -5,8 +5,10 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/core/model/Event.h"
+#include "storage/rkFitReader.h"
 #include "storage/rkKeyedCollections.h"
 #include "storage/rkPropTypes.h"
 
@@ -42,6 +44,7 @@ class TActiveExperts : public TFixedCollection {
     return static_cast<TExpertInfo*>(TFixedCollection::Find(name));
   }
   std::string GetUpdateName() const override { return "ExpertName"; }
+  bool ItemsAreHeld() const override { return true; }
   std::string GetNodeName() const override;
   bool NeedsTranslate() const override { return false; }
 };
@@ -73,6 +76,7 @@ class TExpMenuItemData : public TSpcItem {
   // Called before the command is shown or run by its hot key, with the action as the sender: sets
   // whether it is enabled. Not stored.
   TNotifyEvent OnUpdate;
+  std::string ExpertName;  // of the expert that asked for the record first; not stored
 
  private:
   bool CaptionIsUsers() const { return !Caption.empty() && Caption != FOwnCaption; }
@@ -91,7 +95,11 @@ class TExpMenuData : public TFixedCollection {
   TExpMenuItemData* Item(int index) const {
     return static_cast<TExpMenuItemData*>(TFixedCollection::Item(index));
   }
+  TExpMenuItemData* Find(std::string_view itemId) const {
+    return static_cast<TExpMenuItemData*>(TFixedCollection::Find(itemId));
+  }
   std::string GetUpdateName() const override { return "ItemID"; }
+  bool ItemsAreHeld() const override { return true; }
   std::string GetNodeName() const override;
   bool NeedsTranslate() const override { return false; }
 };
@@ -107,7 +115,8 @@ class TCustomDataItem : public TWrapperItem {
   bool NeedsTranslate() const override { return false; }
   bool NeedsIterate() const override { return false; }
 
-  std::string Caption;  // not stored
+  std::string Caption;     // not stored
+  std::string ExpertName;  // of the expert that the object came with; not stored
 };
 
 class TCustomData : public TFreeCollection {
@@ -119,13 +128,18 @@ class TCustomData : public TFreeCollection {
   TCustomDataItem* Add(TNestedObject* object, const std::string& name) {
     return static_cast<TCustomDataItem*>(TFreeCollection::Add(object, name));
   }
+  TCustomDataItem* Item(int index) const {
+    return static_cast<TCustomDataItem*>(TFreeCollection::Item(index));
+  }
+  bool ItemsAreHeld() const override { return true; }
   std::string GetNodeName() const override;
   bool NeedsTranslate() const override { return false; }
 };
 
 // The root of all settings. Its collections are published for the settings editor; the settings
 // file carries them as "ActiveExperts_", "MenuData_" and "CustomData_", which are read into the
-// items that are there, so that nobody who holds an item loses it.
+// items that are there, so that nobody who holds an item loses it. What is stored for experts that
+// are not there is carried over: it is written back as it was read.
 class TExpData : public TSpcObject {
  public:
   static const TTypeInfo& ClassInfo();
@@ -141,6 +155,9 @@ class TExpData : public TSpcObject {
   std::unique_ptr<TCustomData> CustomData;
   // Labels of the properties of all settings objects, in the layout of ini files; not stored.
   std::string PropNames;
+
+ private:
+  std::vector<TStoredItem> FCarriedExperts, FCarriedMenuData, FCarriedCustomData;
 };
 
 // The window settings of the settings editor.

@@ -1,8 +1,6 @@
 // The life of the expert manager: start, settings, recreation, end.
 #include "manager/rkExpMng.h"
 
-#include <filesystem>
-
 #include "controls/rkIcons.h"
 #include "controls/rkInfoForm.h"
 #include "foundation/rkAppUtils.h"
@@ -11,8 +9,8 @@
 #include "platform/core/system/Files.h"
 #include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Desktop.h"
+#include "platform/widgets/Guard.h"
 #include "spec/rkSpcMng.h"
-#include "storage/rkObjectSaver.h"
 
 namespace wrenfold {
 
@@ -22,15 +20,17 @@ namespace {
 constexpr std::uint32_t MsgApplySettings = 0xC001;
 constexpr std::uint32_t MsgRestoreLayout = 0xC002;
 constexpr std::uint32_t MsgCreateMenu = 0xC003;
+constexpr std::uint32_t MsgTellNotices = 0xC004;
 
 constexpr const char* LibraryVersion = "1.0";
-constexpr const char* SettingsObjectName = "ExpertData";
+constexpr const char* SettingItemID = "SettingItem";
 
 // What exists once for the loaded package.
 struct TUnit {
   std::unique_ptr<TExpData> Root;
   std::string Directory;
-  std::string SettingsFile;
+  TSettingsFile File;
+  std::string Adding;  // the expert that is being made or initialised
   TExpManager* Manager = nullptr;
   TPrivateExecProc PrivateExec;
   TSaveSpcProc SaveBefore = nullptr;
@@ -42,38 +42,44 @@ TUnit& Unit() {
   return unit;
 }
 
-void SaveSettingsObject(TSpcObject& root, const std::string& fileName,
-                        TObjectStorageFormat format) {
-  TObjectSaver saver;
-  if (format == osfBin) saver.OriginalFormat = sofBinary;
-  if (format == osfText) saver.OriginalFormat = sofText;
-  TPersistent* const objects[] = {&root};
-  saver.SaveObjects(objects, {SettingsObjectName}, fileName);
-}
-
-// Reads like its base, and remembers whether the user had something left out.
-class TSettingsReader : public TFitReader {
+// Names the expert that what is added meanwhile comes from.
+class TAdding {
  public:
-  TSettingsReader(TStream& stream, int bufferSize, bool& leftOut)
-      : TFitReader(stream, bufferSize), FLeftOut(leftOut) {}
+  explicit TAdding(const std::string& expertName) { Unit().Adding = expertName; }
+  ~TAdding() { Unit().Adding.clear(); }
+  TAdding(const TAdding&) = delete;
+  TAdding& operator=(const TAdding&) = delete;
+};
 
- protected:
-  bool Error(const std::string& message) override { return FLeftOut = TFitReader::Error(message); }
+// The handlers of the menu records that are there, to be put back.
+class TSavedHandlers {
+ public:
+  explicit TSavedHandlers(const TExpMenuData& records) {
+    for (int i = 0; i < records.Count(); ++i) {
+      TExpMenuItemData* record = records.Item(i);
+      FSaved.push_back({record, record->OnExecute, record->OnUpdate});
+    }
+  }
+  void Restore() const {
+    for (const TSaved& saved : FSaved) {
+      saved.Record->OnExecute = saved.OnExecute;
+      saved.Record->OnUpdate = saved.OnUpdate;
+    }
+  }
 
  private:
-  bool& FLeftOut;
+  struct TSaved {
+    TExpMenuItemData* Record;
+    TNotifyEvent OnExecute, OnUpdate;
+  };
+  std::vector<TSaved> FSaved;
 };
 
-class TSettingsSaver : public TObjectSaver {
- public:
-  bool LeftOut = false;
-
- protected:
-  void DoBeforeCreateReader(TStream& stream, std::unique_ptr<TFitReader>& reader) override {
-    TObjectSaver::DoBeforeCreateReader(stream, reader);
-    if (!reader) reader = std::make_unique<TSettingsReader>(stream, BufferSize, LeftOut);
-  }
-};
+template <class Collection>
+void DeleteItemsOf(Collection& items, const std::string& expertName) {
+  for (int i = items.Count() - 1; i >= 0; --i)
+    if (items.Item(i)->ExpertName == expertName) items.Delete(i);
+}
 
 // The exception that a catch block is handling, as one of the class of all ordinary ones.
 bool HandlingOrdinaryException() {
@@ -94,7 +100,7 @@ void InitExpManager(std::string packageDirectory) {
     packageDirectory =
         ExtractFilePath(ModuleFileName(reinterpret_cast<const void*>(&InitExpManager)));
   unit.Directory = std::move(packageDirectory);
-  unit.SettingsFile = "ExpData.spc";
+  unit.File = TSettingsFile(unit.Directory + "ExpData.spc");
   if (!unit.Root) unit.Root = std::make_unique<TExpData>();
   ErrorLog().FileName = unit.Directory + "ExpError.log";
   if (unit.SaveBefore == nullptr) unit.SaveBefore = std::exchange(SaveSpcProc, &SaveSettingsObject);
@@ -116,7 +122,11 @@ const std::string& PackageDirectory() {
 }
 
 std::string SettingsFileName() {
-  return Unit().Directory + Unit().SettingsFile;
+  return Unit().File.FileName();
+}
+
+TSettingsFile& SettingsFile() {
+  return Unit().File;
 }
 
 TExpData* SettingsRoot() {
@@ -134,7 +144,9 @@ const TPrivateExecProc& PrivateExpertExec() {
 void AddStoredData(TPersistent* data, const std::string& name, const std::string& caption,
                    const std::string& propNames) {
   TExpData& root = *SettingsRoot();
-  root.CustomData->Add(data, name)->Caption = caption.empty() ? name : caption;
+  TCustomDataItem* item = root.CustomData->Add(data, name);
+  item->Caption = caption.empty() ? name : caption;
+  item->ExpertName = Unit().Adding;
   if (propNames.empty()) return;
   if (!root.PropNames.empty()) root.PropNames += "\r\n";
   root.PropNames += propNames;
@@ -163,66 +175,102 @@ TExpManager::TExpManager() {
   FReferences -= held;
 }
 
+// Without a step, a marker alone: what it stood for is done elsewhere.
 void TExpManager::Start() {
+  static constexpr TStep steps[] = {
+      {&TExpManager::ProcessLocalization, " 1"},
+      {&TExpManager::CreateData, " 3"},
+      {&TExpManager::CreateWindow, " 4"},
+      {&TExpManager::ConnectMenu, " 5"},
+      {nullptr, " 6"},  // the settings editor is made when it is opened
+      {&TExpManager::FillPresentList, " 7"},
+      {&TExpManager::AddOwnData, " 8 9"},
+      {&TExpManager::CreateExpObjects, " 10 11"},
+      {&TExpManager::InitExperts, " 12"},
+      {nullptr, " 13"},
+      {nullptr, " 14"},
+      {&TExpManager::LoadAtStart, " 15"},
+      {&TExpManager::PostMenu, " 17"},
+      {&TExpManager::Announce, " 18"},
+  };
   TTrail& trail = ErrorLog().Constructor;
-  trail = {"0", {}};
+  trail = {.Steps = "0", .Experts = {}};
   ErrorLog().Destructor.Clear();
-  ProcessLocalization();
-  trail.Steps += " 1";
-  CreateData();
-  trail.Steps += " 3";
+  SettingsFile().Forget();
+  for (const TStep& step : steps) {
+    if (step.Run != nullptr) (this->*step.Run)();
+    trail.Steps += step.Markers;
+  }
+}
+
+// A step that fails must not keep the suite in the environment.
+TExpManager::~TExpManager() {
+  static constexpr TStep steps[] = {
+      {nullptr, " 1"},
+      {&TExpManager::Withdraw, " 3"},
+      {&TExpManager::AutoSave, " 4"},
+      {&TExpManager::DeleteMenu, " 5"},
+      {&TExpManager::DeleteExpObjects, " 6"},
+      {nullptr, " 8"},
+      {&TExpManager::DeleteData, " 9"},
+      {nullptr, " 10"},
+      {&TExpManager::SaveLocalization, " 11"},
+  };
+  _AddRef();
+  TTrail& trail = ErrorLog().Destructor;
+  trail = {.Steps = "0", .Experts = {}};
+  for (const TStep& step : steps) {
+    try {
+      if (step.Run != nullptr) (this->*step.Run)();
+    } catch (...) {
+      ErrorLog().Add(this, std::current_exception());
+    }
+    trail.Steps += step.Markers;
+  }
+}
+
+void TExpManager::CreateWindow() {
   FWindow = std::make_unique<TMessageWindow>(TWndMethod::Bind<&TExpManager::WndProc>(this));
-  trail.Steps += " 4";
+}
+
+void TExpManager::ConnectMenu() {
   Bind<&TExpManager::PrivateExpertExecProc>(FMenu.OnExecute, this);
   Bind<&TExpManager::MenuOpened>(FMenu.OnOpened, this);
-  trail.Steps += " 5";
-  // The settings editor is made here once there is one.
-  trail.Steps += " 6";
-  FillPresentList();
-  trail.Steps += " 7";
-  AddOwnData();
-  trail.Steps += " 8 9";
-  CreateExpObjects();
-  trail.Steps += " 10 11";
-  InitExperts();
-  trail.Steps += " 12";
-  // The editor takes its labels and its window settings in these two steps.
-  trail.Steps += " 13";
-  trail.Steps += " 14";
-  LoadAtStart();
-  trail.Steps += " 15";
+}
+
+void TExpManager::PostMenu() {
+  NoteLanguageError();
   FWindow->PostMessage(MsgCreateMenu);
-  trail.Steps += " 17";
+}
+
+void TExpManager::Announce() {
   const TForm* mainForm = Application().MainForm();
   SetApplicationWindow({mainForm != nullptr ? mainForm->winId() : 0, Application().Title()});
   Unit().Manager = this;
   Bind<&TExpManager::PrivateExpertExecProc>(Unit().PrivateExec, this);
-  trail.Steps += " 18";
 }
 
-TExpManager::~TExpManager() {
-  _AddRef();
-  TTrail& trail = ErrorLog().Destructor;
-  trail = {"0", {}};
-  trail.Steps += " 1";
+void TExpManager::Withdraw() {
   Unit().Manager = nullptr;
   Unit().PrivateExec = {};
+  RestoreLayout();
   FWindow.reset();
-  trail.Steps += " 3";
+}
+
+void TExpManager::AutoSave() {
   if (FData && FData->AutoSaveSettings) SaveSettings();
-  trail.Steps += " 4";
+}
+
+void TExpManager::DeleteMenu() {
   FMenu.DeleteExpertMenu();
-  trail.Steps += " 5";
-  DeleteExpObjects();
-  trail.Steps += " 6";
-  FExperts.Clear();
-  trail.Steps += " 8";
+}
+
+void TExpManager::DeleteData() {
   FData.reset();
-  trail.Steps += " 9";
-  // The settings editor ends here once there is one.
-  trail.Steps += " 10";
+}
+
+void TExpManager::SaveLocalization() {
   FLanguages.Write();
-  trail.Steps += " 11";
 }
 
 HResult TExpManager::QueryInterface(const TGuid& iid, void** result) {
@@ -244,6 +292,14 @@ void TExpManager::ProcessLocalization() {
   if (FileExists(FLanguages.Current)) return LoadNewLanguage(FLanguages.Current);
   FLanguages.Current.clear();
   LoadNewLanguage({});
+}
+
+// A module that cannot be read counts as loaded: without a word its user would wonder.
+void TExpManager::NoteLanguageError() {
+  if (Locale().LoadError().empty()) return;
+  const std::string text = LocaleFormat(sLanguageUnreadable, Locale().LoadError());
+  ErrorLog().Add(this, std::make_exception_ptr(EExpMngError(text)));
+  FNotices.push_back(text);
 }
 
 void TExpManager::CreateData() {
@@ -268,18 +324,7 @@ void TExpManager::FillPresentList() {
     info->Active = true;
     info->DisplayText = slot.DescriptionId == -1 ? slot.Name : LocaleStr(slot.DescriptionId);
   }
-}
-
-// An expert that fails on its way must not stay among the stored settings.
-std::unique_ptr<TPersistent> TExpManager::MakeExpert(const TTypeInfo& expClass) {
-  TCustomData& stored = *SettingsRoot()->CustomData;
-  const int before = stored.Count();
-  try {
-    return expClass.Make();
-  } catch (...) {
-    while (stored.Count() > before) stored.Delete(stored.Count() - 1);
-    throw;
-  }
+  SettingsFile().ReadActive(experts);
 }
 
 void TExpManager::CreateExpObjects() {
@@ -289,13 +334,36 @@ void TExpManager::CreateExpObjects() {
     if (slot.Class == nullptr) continue;
     const TExpertInfo* info = SettingsRoot()->ActiveExperts->Find(slot.Name);
     if (info == nullptr || !info->Active) continue;
-    std::unique_ptr<TPersistent> object = MakeExpert(*slot.Class);
-    auto* expert = dynamic_cast<TCustomExpert*>(object.get());
-    if (expert == nullptr) throw EExpMngError(slot.Class->Name() + " is no class of experts");
-    object.release();
-    RegisterExpObject(expert, slot.Name);
-    ErrorLog().Constructor.AddExpert(slot.Name);
+    try {
+      CreateExpert(slot);
+    } catch (...) {
+      GiveUpExpert(slot.Name);
+      TakeBackRecords(slot.Name);
+    }
   }
+}
+
+void TExpManager::CreateExpert(const TExpertClass& slot) {
+  const TAdding adding(slot.Name);
+  std::unique_ptr<TPersistent> object = slot.Class->Make();
+  auto* expert = dynamic_cast<TCustomExpert*>(object.get());
+  if (expert == nullptr) throw EExpMngError(slot.Class->Name() + " is no class of experts");
+  RegisterExpObject(expert, slot.Name);
+  object.release();
+  ErrorLog().Constructor.AddExpert(slot.Name);
+}
+
+// For catch blocks. The suite goes on without the expert: the log has the failure at once, the user
+// is told when there is a menu.
+void TExpManager::GiveUpExpert(const std::string& name) {
+  const std::exception_ptr error = std::current_exception();
+  ErrorLog().Add(this, error);
+  FNotices.push_back(LocaleFormat(sExpertFailed, name, ExceptionMessage(error)));
+}
+
+void TExpManager::TakeBackRecords(const std::string& expertName) {
+  DeleteItemsOf(*SettingsRoot()->CustomData, expertName);
+  DeleteItemsOf(*SettingsRoot()->MenuData, expertName);
 }
 
 void TExpManager::RegisterExpObject(TCustomExpert* expert, const std::string& name) {
@@ -305,41 +373,60 @@ void TExpManager::RegisterExpObject(TCustomExpert* expert, const std::string& na
 void TExpManager::InitExperts() {
   TExpMenuData& records = *SettingsRoot()->MenuData;
   const TGetMenuItemData demand = [&records](const std::string& itemId) -> TExpMenuItemData& {
-    return records.Demand(itemId);
+    const int before = records.Count();
+    TExpMenuItemData& record = records.Demand(itemId);
+    if (records.Count() > before) record.ExpertName = Unit().Adding;
+    return record;
   };
-  for (int i = 0; i < FExperts.Count(); ++i)
-    if (const auto expert = Supports<ICustomExpert>(FExperts.Get(i).Expert)) expert->Init(demand);
+  for (int i = 0; i < FExperts.Count();) i += InitExpert(FExperts.Get(i), demand) ? 1 : 0;
   Init(demand);
   for (int i = 0; i < records.Count(); ++i) records.Item(i)->TakeCaptionAsOwn();
 }
 
-void TExpManager::LoadNotify(bool loaded) {
-  for (int i = 0; i < FExperts.Count(); ++i)
-    if (const auto expert = Supports<ICustomExpert>(FExperts.Get(i).Expert)) expert->Load(loaded);
-}
-
-// A file that could not be read, or not all of it, is worth more than what is saved over it: it is
-// marked here and kept when the settings are written.
-bool TExpManager::LoadSettings(bool askOnErrors) {
-  TSettingsSaver saver;
-  saver.RecognitionOn = true;
-  saver.IgnoreErrors = !askOnErrors;
-  TPersistent* const objects[] = {SettingsRoot()};
-  FUnreadSettings = true;
-  const bool loaded = saver.SafeLoadObjects(objects, SettingsFileName());
-  FUnreadSettings = saver.LeftOut;
-  return loaded;
-}
-
-void TExpManager::LoadAtStart() {
+// An expert that fails is destroyed and leaves the list: answers false.
+bool TExpManager::InitExpert(TExpObjectList::TEntry entry, const TGetMenuItemData& demand) {
+  const TAdding adding(entry.Name);
+  const TSavedHandlers handlers(*SettingsRoot()->MenuData);
   try {
-    LoadNotify(LoadSettings(true));
-    FData->ExpertVersion = LibraryVersion;
+    if (const auto expert = Supports<ICustomExpert>(entry.Expert)) expert->Init(demand);
+    return true;
   } catch (...) {
-    CheckAddErrorLog(this);
-    Application().HandleException(this);
-    LoadNotify(false);
+    GiveUpExpert(entry.Name);
   }
+  handlers.Restore();
+  FExperts.Delete(FExperts.IndexOf(entry.Expert));
+  delete entry.Expert;
+  TakeBackRecords(entry.Name);
+  return false;
+}
+
+void TExpManager::LoadNotify(bool loaded) {
+  for (int i = 0; i < FExperts.Count(); ++i) {
+    const TExpObjectList::TEntry entry = FExperts.Get(i);
+    try {
+      if (const auto expert = Supports<ICustomExpert>(entry.Expert)) expert->Load(loaded);
+    } catch (...) {
+      GiveUpExpert(entry.Name);
+    }
+  }
+}
+
+// At the start nobody can be asked yet: what cannot be read is told when there is a menu.
+void TExpManager::LoadAtStart() {
+  LoadSettings(false);
+}
+
+void TExpManager::LoadSettings(bool ask) {
+  bool loaded = false;
+  try {
+    loaded = SettingsFile().Load(*SettingsRoot(), ask);
+  } catch (...) {
+    ErrorLog().Add(this, std::current_exception());
+  }
+  LoadNotify(loaded);
+  FData->ExpertVersion = LibraryVersion;
+  std::string problem = SettingsFile().TakeProblem();
+  if (!problem.empty()) FNotices.push_back(std::move(problem));
 }
 
 void TExpManager::DeleteExpObjects() {
@@ -363,10 +450,11 @@ void TExpManager::RecreateExperts() {
   CreateData();
   DeleteExpObjects();
   Unit().Root = std::make_unique<TExpData>();
+  SettingsFile().Forget();
   FillPresentList();
   AddOwnData();
   try {
-    LoadSettings(false);
+    SettingsFile().Load(*SettingsRoot(), false);
   } catch (const std::exception&) {
     // Who wants to know reads the file again.
   }
@@ -375,54 +463,60 @@ void TExpManager::RecreateExperts() {
 }
 
 void TExpManager::DoRecreateExperts() {
+  if (FHolds > 0) {
+    FRecreationWaits = true;
+    return;
+  }
+  const std::string editorSetting = FData->EditorFormData->Setting->Text();
+  RecreateFromFile();
+  FData->EditorFormData->Setting->SetText(editorSetting);
+}
+
+void TExpManager::RecreateFromFile() {
   const TWaitCursor wait;
   RecreateExperts();
-  LoadAtStart();
+  LoadSettings(true);
   DoApplySettings();
 }
 
+TExpManager::TRecreationHold::TRecreationHold(TExpManager& manager)
+    : FManager(manager), FLife(manager.FLife) {
+  ++FManager.FHolds;
+}
+
+TExpManager::TRecreationHold::~TRecreationHold() {
+  if (FLife.expired() || --FManager.FHolds > 0) return;
+  if (!std::exchange(FManager.FRecreationWaits, false)) return;
+  Guarded(&FManager, [this] { FManager.DoRecreateExperts(); });
+}
+
 void TExpManager::LoadDefaultSettings() {
-  if (MsgQuestion(LocaleStr(sLoadDefaultQuestion)) != mbYes) return;
-  const TWaitCursor wait;
-  if (FileExists(SettingsFileName()) && !DeleteFile(SettingsFileName()))
+  const std::weak_ptr<int> life = FLife;
+  if (MsgQuestion(LocaleStr(sLoadDefaultQuestion)) != mbYes || life.expired()) return;
+  if (!SettingsFile().Drop())
     MsgWarning(LocaleFormat(sSettingsNotWritable, SettingsFileName()), {mbOK});
+  if (life.expired()) return;
+  const TWaitCursor wait;
   RecreateExperts();
   LoadNotify(false);
   DoApplySettings();
 }
 
+void TExpManager::ExportSettings(const std::string& fileName) {
+  SettingsFile().Export(*SettingsRoot(), fileName);
+}
+
+bool TExpManager::ImportSettings(const std::string& fileName) {
+  TSettingsFile::CheckImport(fileName);
+  const std::weak_ptr<int> life = FLife;
+  if (MsgQuestion(LocaleFormat(sImportQuestion, fileName)) != mbYes || life.expired()) return false;
+  SettingsFile().Import(fileName);
+  RecreateFromFile();
+  return true;
+}
+
 void TExpManager::SaveSettings() {
-  try {
-    WriteSettings();
-  } catch (const std::exception& error) {
-    ErrorLog().Add(this, std::current_exception());
-    if (std::exchange(FSaveFailureTold, true)) return;
-    MsgWarning(LocaleFormat(sSettingsNotWritable, std::string(error.what())), {mbOK});
-  }
-}
-
-void TExpManager::WriteSettings() {
-  const std::string kept = FUnreadSettings ? KeepUnreadSettings() : std::string();
-  try {
-    SaveSettingsObject(*SettingsRoot(), SettingsFileName(), osfBin);
-  } catch (...) {
-    if (!kept.empty()) DeleteFile(kept);
-    throw;
-  }
-  FUnreadSettings = false;
-}
-
-// Gives the old contents a second name, "ExpData.spc.bad", or with a number when that is taken.
-// Answers the name, empty when there is nothing to keep.
-std::string TExpManager::KeepUnreadSettings() {
-  if (!FileExists(SettingsFileName())) return {};
-  std::string kept = SettingsFileName() + ".bad";
-  for (int number = 2; FileExists(kept); ++number)
-    kept = SettingsFileName() + ".bad" + std::to_string(number);
-  std::error_code error;
-  std::filesystem::create_hard_link(SettingsFileName(), kept, error);
-  if (error) SafeWriteFile(kept, ReadWholeFile(SettingsFileName()));
-  return kept;
+  SettingsFile().SaveOrTell(*SettingsRoot());
 }
 
 void TExpManager::WndProc(TMessage& message) {
@@ -434,20 +528,34 @@ void TExpManager::WndProc(TMessage& message) {
     case MsgCreateMenu:
       SwitchToEnglish();
       CreateExpertMenu();
-      FWindow->PostMessage(MsgRestoreLayout);
-      return;
+      return MenuIsBuilt();
+    case MsgTellNotices:
+      return TellNotices();
     default:
       TMessageWindow::DefaultHandler(message);
   }
 }
 
+// The environment may let go of the manager while its messages run.
 void TExpManager::ApplySettings() {
+  const std::weak_ptr<int> life = FLife;
   SwitchToEnglish();
   FMenu.DeleteExpertMenu();
   Application().ProcessMessages();
+  if (life.expired()) return;
   CreateExpertMenu();
   Application().ProcessMessages();
+  if (!life.expired()) MenuIsBuilt();
+}
+
+void TExpManager::MenuIsBuilt() {
   FWindow->PostMessage(MsgRestoreLayout);
+  if (!FNotices.empty()) FWindow->PostMessage(MsgTellNotices);
+}
+
+void TExpManager::TellNotices() {
+  const std::vector<std::string> notices = std::exchange(FNotices, {});
+  for (const std::string& notice : notices) MsgWarning(notice, {mbOK});
 }
 
 void TExpManager::DoApplySettings() {
@@ -457,6 +565,9 @@ void TExpManager::DoApplySettings() {
 void TExpManager::CreateExpertMenu() {
   FMenu.DeleteExpertMenu();
   FMenu.AddTopMMenuItem(*FData);
+  // The file may say otherwise.
+  if (TExpMenuItemData* settings = SettingsRoot()->MenuData->Find(SettingItemID))
+    settings->HaveLineBefore = true;
   FMenu.AddMMenuItems(*SettingsRoot()->MenuData, [this](TMenuItem* item, TExpMenuItemData* record) {
     for (int i = 0; i < FExperts.Count(); ++i)
       if (const auto expert = Supports<ICustomExpert>(FExperts.Get(i).Expert))
@@ -481,7 +592,7 @@ void TExpManager::MenuOpened(TObject*) {
 }
 
 void TExpManager::Init(const TGetMenuItemData& getMenuItemData) {
-  TExpMenuItemData& settings = getMenuItemData("SettingItem");
+  TExpMenuItemData& settings = getMenuItemData(SettingItemID);
   settings.Caption = LocaleStr(sSettings);
   settings.HaveLineBefore = true;
   TExpMenuItemData& about = getMenuItemData("AboutFormItem");
@@ -491,7 +602,7 @@ void TExpManager::Init(const TGetMenuItemData& getMenuItemData) {
 }
 
 void TExpManager::MenuNotification(TMenuItem* menuItem, TExpMenuItemData* menuItemData) {
-  if (menuItemData->ItemID == "SettingItem") CreateSettingSubMenu(menuItem);
+  if (menuItemData->ItemID == SettingItemID) CreateSettingSubMenu(menuItem);
 }
 
 void TExpManager::CreateSettingSubMenu(TMenuItem* item) {
@@ -534,9 +645,12 @@ void TExpManager::SelectDefaultLanguage(TObject* sender) {
 // The experts are made anew from the settings file: what the user changed since it was read must
 // be in it.
 void TExpManager::TakeLanguage(const std::string& fileName) {
+  const std::weak_ptr<int> life = FLife;
   if (FData->AutoSaveSettings) SaveSettings();
+  if (life.expired()) return;
   FLanguages.Current = fileName;
   LoadNewLanguage(fileName);
+  NoteLanguageError();
   FLanguages.Write();
   DoRecreateExperts();
 }
@@ -562,8 +676,8 @@ void TExpManager::SetMaxLogSize(std::uint32_t kilobytes) {
 
 void TExpManager::AppErrorLogData(TObject* sender, std::exception_ptr error) {
   ErrorLog().Add(sender, error);
-  if (FSavedHandler) FSavedHandler(sender, error);
-  else Application().ShowException(error);
+  if (FSavedHandler) return FSavedHandler(sender, error);
+  LocaleMessageDlg(ExceptionMessage(error), mtError, {mbOK});
 }
 
 void TExpManager::CheckAddErrorLog(TObject* sender) {

@@ -8,6 +8,7 @@
 #include "manager/rkExpMenu.h"
 #include "manager/rkExpRegistry.h"
 #include "manager/rkLanguages.h"
+#include "manager/rkSettingsFile.h"
 #include "platform/core/model/StringList.h"
 #include "platform/toolsapi/ToolsAPI.h"
 #include "platform/widgets/Application.h"
@@ -31,6 +32,8 @@ void SetManagerGoneProc(void (*procedure)());
 const std::string& PackageDirectory();
 // "ExpData.spc" in the package directory.
 std::string SettingsFileName();
+// What reads and writes it; without a name before InitExpManager and after DoneExpManager.
+TSettingsFile& SettingsFile();
 // Null before InitExpManager and after DoneExpManager.
 TExpData* SettingsRoot();
 // The manager while there is one.
@@ -92,8 +95,21 @@ class TExpManager : public TCustomExpert, public IOTAWizard {
   void DeleteExpObjects();
   // Makes everything anew from the settings file, experts included; the menu is left as it is.
   void RecreateExperts();
-  // The same, tells the experts and has the menu rebuilt.
+  // The same, tells the experts and has the menu rebuilt. What the settings editor keeps of its own
+  // window stays as it is.
   void DoRecreateExperts();
+  // While one lives, DoRecreateExperts waits; the end of the last one makes up for it.
+  class TRecreationHold {
+   public:
+    explicit TRecreationHold(TExpManager& manager);
+    ~TRecreationHold();
+    TRecreationHold(const TRecreationHold&) = delete;
+    TRecreationHold& operator=(const TRecreationHold&) = delete;
+
+   private:
+    TExpManager& FManager;
+    std::weak_ptr<int> FLife;
+  };
   // Asks the user, then drops the settings file and makes everything anew from the defaults.
   void LoadDefaultSettings();
   // Rebuilds the menu now, or when the environment's message loop runs next.
@@ -101,10 +117,14 @@ class TExpManager : public TCustomExpert, public IOTAWizard {
   void DoApplySettings();
   // Calls Load of every expert.
   void LoadNotify(bool loaded);
-  // A failure leaves the settings file as it was and is shown to the user, the first one only. A
-  // file that could not be read (or not all of it) is kept beside the new one, as
-  // "ExpData.spc.bad".
+  // A failure leaves the settings file as it was and is shown to the user, the first one only.
   void SaveSettings();
+  // Writes all settings as they are now to another file; see TSettingsFile::Export.
+  void ExportSettings(const std::string& fileName);
+  // Asks the user, keeps the settings file under another name, puts the other one in its place and
+  // makes everything anew from it. Answers false when the user does not want it; raises
+  // EFitReaderError for what is no settings file.
+  bool ImportSettings(const std::string& fileName);
 
   void SelectLanguage(TObject* sender);
   void SelectDefaultLanguage(TObject* sender);
@@ -118,22 +138,42 @@ class TExpManager : public TCustomExpert, public IOTAWizard {
   void PrivateExpertExecProc(TObject* sender, const TNotifyEvent& handler);
 
  private:
+  // A step of the start or the end, and what the trail shows when it is done.
+  struct TStep {
+    void (TExpManager::*Run)();
+    const char* Markers;
+  };
   void Start();
   void ProcessLocalization();
+  void NoteLanguageError();
   void CreateData();
-  void AddOwnData();
+  void CreateWindow();
+  void ConnectMenu();
   void FillPresentList();
-  std::unique_ptr<TPersistent> MakeExpert(const TTypeInfo& expClass);
+  void AddOwnData();
   void CreateExpObjects();
+  void CreateExpert(const TExpertClass& slot);
   void InitExperts();
-  bool LoadSettings(bool askOnErrors);
+  bool InitExpert(TExpObjectList::TEntry entry, const TGetMenuItemData& demand);
+  void GiveUpExpert(const std::string& name);
+  void TakeBackRecords(const std::string& expertName);
   void LoadAtStart();
-  std::string KeepUnreadSettings();
-  void WriteSettings();
+  void PostMenu();
+  void Announce();
+  void Withdraw();
+  void AutoSave();
+  void DeleteMenu();
+  void DeleteData();
+  void SaveLocalization();
+
+  void LoadSettings(bool ask);
+  void RecreateFromFile();
   void TakeLanguage(const std::string& fileName);
 
   void WndProc(TMessage& message);
   void CreateExpertMenu();
+  void MenuIsBuilt();
+  void TellNotices();
   void SwitchToEnglish();
   void RestoreLayout();
   void MenuOpened(TObject* sender);
@@ -144,9 +184,12 @@ class TExpManager : public TCustomExpert, public IOTAWizard {
   void SwitchErrorLog(bool allowed);
   void SetMaxLogSize(std::uint32_t kilobytes);
 
+  // Ends with the manager: who lets messages run asks afterwards whether it is still there.
+  std::shared_ptr<int> FLife = std::make_shared<int>();
   int FReferences = 0;
-  bool FUnreadSettings = false;  // the settings file holds more than was read from it
-  bool FSaveFailureTold = false;
+  int FHolds = 0;
+  bool FRecreationWaits = false;
+  std::vector<std::string> FNotices;  // what the user is told when there is a menu
   TLanguageSettings FLanguages;
   std::unique_ptr<TExpManagerData> FData;
   std::unique_ptr<TMessageWindow> FWindow;

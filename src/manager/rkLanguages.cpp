@@ -1,6 +1,8 @@
 // The stored language choice and the language submenu.
 #include "manager/rkLanguages.h"
 
+#include <QSettings>
+#include <QStringList>
 #include <utility>
 #include <vector>
 
@@ -8,13 +10,26 @@
 #include "platform/core/model/StringList.h"
 #include "platform/core/system/Files.h"
 #include "platform/core/text/SysUtils.h"
-#include "platform/widgets/Registry.h"
+#include "platform/widgets/Text.h"
 
 namespace wrenfold {
 
 namespace {
 
-constexpr const char* RegistryKey = "\\Software\\Wrenfold";
+// The user's registry key "\\Software\\Wrenfold", in the file Wrenfold/Registry of the toolkit's
+// user scope.
+class TRegistryKey : public QSettings {
+ public:
+  TRegistryKey()
+      : QSettings(IniFormat, UserScope, QStringLiteral("Wrenfold"), QStringLiteral("Registry")) {
+    setFallbacksEnabled(false);
+    beginGroup(QStringLiteral("Software/Wrenfold"));
+  }
+  // Commas that somebody wrote without quotation marks make the toolkit see a list.
+  std::string Text(const char* name) const {
+    return FromQString(value(name).toStringList().join(','));
+  }
+};
 
 struct TStoredValue {
   const char* Name;
@@ -71,19 +86,17 @@ void SetActiveLanguageItem(TMenuItem* parent, const TLanguageSettings& settings)
 }  // namespace
 
 void TLanguageSettings::Read() {
-  TRegistry registry;
-  registry.OpenKey(RegistryKey, true);
+  TRegistryKey key;
   for (const TStoredValue& value : StoredValues) {
-    if (registry.ValueExists(value.Name)) this->*value.Member = registry.ReadString(value.Name);
-    else registry.WriteString(value.Name, this->*value.Member);
+    if (key.contains(value.Name)) this->*value.Member = key.Text(value.Name);
+    else key.setValue(value.Name, ToQString(this->*value.Member));
   }
 }
 
 void TLanguageSettings::Write() const {
-  TRegistry registry;
-  registry.OpenKey(RegistryKey, true);
+  TRegistryKey key;
   for (const TStoredValue& value : StoredValues)
-    registry.WriteString(value.Name, this->*value.Member);
+    key.setValue(value.Name, ToQString(this->*value.Member));
 }
 
 std::string TLanguageSettings::FullName(const std::string& moduleFile,

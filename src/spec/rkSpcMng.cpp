@@ -59,7 +59,7 @@ TVersions ParseText(const std::string& description) {
 
 bool Refused(int question, const std::string& fileName, TVersionNumber own, TVersionNumber found) {
   const std::string text = LocaleFormat(question, fileName, AsDecimal(own), AsDecimal(found));
-  return MessageDlg(text, mtWarning, {mbYes, mbNo}) != mbYes;
+  return LocaleMessageDlg(text, mtWarning, {mbYes, mbNo}) != mbYes;
 }
 
 }  // namespace

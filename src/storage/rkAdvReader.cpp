@@ -15,7 +15,7 @@ bool TAdvReader::Error(const std::string& message) {
   if (IgnoreErrors) return true;
   if (FRefused) return false;
   const std::string question = LocaleFormat(sContinueLoading, "\r\n", message, "\r\n");
-  FRefused = MessageDlg(question, mtWarning, {mbYes, mbNo}) != mbYes;
+  FRefused = LocaleMessageDlg(question, mtWarning, {mbYes, mbNo}) != mbYes;
   return !FRefused;
 }
 

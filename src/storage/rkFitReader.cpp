@@ -133,6 +133,23 @@ void TFitReader::ReadFreeCollection(TFreeCollection& collection, bool reorder) {
   ReadListEnd();
 }
 
+std::vector<TStoredItem> TFitReader::PeekItems(std::string_view keyProperty) {
+  const std::size_t start = Bytes().Position();
+  if (NextValue() != TValueType::vaCollection) Bytes().Fail("a collection");
+  ReadValue();
+  std::vector<TStoredItem> items;
+  while (!EndOfList()) {
+    if (NextValue() != TValueType::vaList) ReadInteger();
+    const std::size_t item = Bytes().Position();
+    ReadListBegin();
+    std::string key = PeekItemKey(keyProperty);
+    Bytes().SkipProperties();
+    items.push_back({std::move(key), std::string(Bytes().Since(item))});
+  }
+  Bytes().Seek(start);
+  return items;
+}
+
 // Looks through the properties of an item for its key and goes back to the first one.
 std::string TFitReader::PeekItemKey(std::string_view propertyName) {
   const std::size_t start = Bytes().Position();

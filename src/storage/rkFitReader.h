@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/core/system/Exceptions.h"
 #include "storage/rkAdvReader.h"
@@ -15,6 +16,12 @@ class TFreeCollection;
 class EFitReaderError : public Exception {
  public:
   using Exception::Exception;
+};
+
+// An item of a stored collection as it stands in the stream, from the begin of its list to the end.
+struct TStoredItem {
+  std::string Key;
+  std::string Bytes;
 };
 
 // Reads a root's record directly into any persistent object.
@@ -39,6 +46,8 @@ class TFitReader : public TAdvReader {
   void ReadFixedCollection(TFixedCollection& collection, bool reorder);
   // Of a free collection the stored properties are read into the object that the item holds.
   void ReadFreeCollection(TFreeCollection& collection, bool reorder);
+  // The items of the collection value that comes next, which stays to be read.
+  std::vector<TStoredItem> PeekItems(std::string_view keyProperty);
 
  private:
   void ReadRecordHead();

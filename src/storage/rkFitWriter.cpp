@@ -38,11 +38,15 @@ bool TFitWriter::CanWriteProperty(TPersistent& object, const TPropInfo& property
   return allow;
 }
 
-void TFitWriter::WriteCollectionEx(TCollection& collection) {
+void TFitWriter::WriteCollectionEx(TCollection& collection, std::string_view furtherItems) {
   const std::string path = PropPath();
   SetPropPath({});
   WriteCollection(collection);
   SetPropPath(path);
+  if (furtherItems.empty()) return;
+  Bytes().Truncate(Bytes().Size() - 1);  // the end of the list
+  Bytes().WriteBytes(furtherItems);
+  WriteListEnd();
 }
 
 }  // namespace wrenfold

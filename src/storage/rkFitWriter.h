@@ -41,8 +41,9 @@ class TFitWriter : public TWriter {
   bool WritesDefaults() const override { return Options.Defaults; }
   virtual bool CanWriteProperty(TPersistent& object, const TPropInfo& property);
   // A collection as the value of a defined property. The path of nested property names is the same
-  // after the call as before; item properties start a path of their own.
-  void WriteCollectionEx(TCollection& collection);
+  // after the call as before; item properties start a path of their own. Further items, as they
+  // stand in a stream, follow those of the collection.
+  void WriteCollectionEx(TCollection& collection, std::string_view furtherItems = {});
 
   using TWriter::WritePropName;
 

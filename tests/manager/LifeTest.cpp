@@ -1,6 +1,8 @@
 // Tests the start and the end of the manager: order, trails, handlers, the error log.
 #include <gmock/gmock.h>
 
+#include <QTimer>
+
 #include "ManagerSupport.h"
 #include "platform/core/text/SysUtils.h"
 
@@ -57,34 +59,95 @@ TEST(Life, ExpertsAreMadeByGroupAndFreedInReverse) {
   EXPECT_FALSE(PrivateExpertExec());
 }
 
-TEST(Life, AnExpertSwitchedOffIsNotMadeAndStaysSwitchedOff) {
+TEST(Life, AnExpertSwitchedOffIsNotMadeAndGetsItsSettingsBackWhenSwitchedOn) {
   TManagerFixture fixture;
   fixture.Start();
+  fixture.Expert<'A'>().Note = "mine";
+  fixture.Expert<'A'>().Record->ShortCutText = "F7";
   SettingsRoot()->ActiveExperts->Find("ExpertA")->Active = false;
-  fixture.Restart();
+  for (int round = 0; round < 2; ++round) {
+    fixture.Restart();
+    EXPECT_FALSE(SettingsRoot()->ActiveExperts->Find("ExpertA")->Active);
+  }
   TakeExpertLog();
-  // The file is read after the experts are made: it takes effect when they are made anew.
   fixture.Manager().DoRecreateExperts();
-  EXPECT_EQ(TakeExpertLog(), "B:freed A:freed B:made B:init B:loaded");
+  EXPECT_EQ(TakeExpertLog(), "B:freed B:made B:init B:loaded");
+  SettingsRoot()->ActiveExperts->Find("ExpertA")->Active = true;
+  fixture.Manager().SaveSettings();
+  fixture.Manager().DoRecreateExperts();
+  EXPECT_EQ(fixture.Expert<'A'>().Note, "mine");
+  EXPECT_EQ(fixture.Expert<'A'>().Record->ShortCutText, "F7");
   fixture.Restart();
-  EXPECT_FALSE(SettingsRoot()->ActiveExperts->Find("ExpertA")->Active);
-  EXPECT_EQ(SettingsRoot()->ActiveExperts->Find("ExpertA")->DisplayText, "ExpertA");
+  EXPECT_EQ(SettingsRoot()->CustomData->Count(), 3) << "a record was written twice";
   EXPECT_EQ(SettingsRoot()->ActiveExperts->Find("ExpertB")->DisplayText,
             "Manager of the open units");
 }
 
-TEST(Life, AnErrorOfTheStartIsLoggedOnceWithTheTrailAndTheEnvironmentGoesOn) {
+TEST(Life, AnExpertThatFailsLeavesTheOthersTheirSettingsAndNothingOfItself) {
+  const struct {
+    const char* Name;
+    TFailingStep Step;
+    const char* Log;
+  } rows[] = {
+      {"constructor", TFailingStep::Constructor, "A:made B:made A:init A:loaded"},
+      {"init", TFailingStep::Init, "A:made B:made A:init B:init B:freed A:loaded"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.Name);
+    TManagerFixture fixture;
+    fixture.Start();
+    fixture.Expert<'A'>().Note = "kept";
+    fixture.Expert<'B'>().Note = "carried";
+    fixture.Stop();
+    TakeExpertLog();
+    fixture.Questions.clear();
+    TTestExpert<'B'>::Fails = row.Step;
+    fixture.Start();
+    TTestExpert<'B'>::Fails = TFailingStep::None;
+    EXPECT_EQ(TakeExpertLog(), row.Log);
+    EXPECT_EQ(fixture.Expert<'A'>().Note, "kept");
+    EXPECT_EQ(ErrorLog().Constructor.Steps, WholeStart);
+    EXPECT_EQ(SettingsRoot()->CustomData->Find("DataB"), nullptr);
+    EXPECT_EQ(SettingsRoot()->MenuData->Find("ItemB"), nullptr);
+    fixture.Environment.TopItem()->Items(0)->Click();
+    EXPECT_EQ(TakeExpertLog(), "A:executed") << "a handler of the one that failed";
+    ASSERT_EQ(fixture.Questions.size(), 1u);
+    EXPECT_THAT(fixture.Questions[0], HasSubstr("ExpertB"));
+    EXPECT_THAT(fixture.Log(), HasSubstr("no expert today"));
+    EXPECT_THAT(fixture.Log(), HasSubstr("Source object: TExpManager"));
+    fixture.Restart();
+    EXPECT_EQ(fixture.Expert<'B'>().Note, "carried");
+  }
+}
+
+TEST(Life, AStartThatFailsKeepsTheSettingsFileThatItDidNotRead) {
   TManagerFixture fixture;
-  TTestExpert<'B'>::ThrowInConstructor = true;
   fixture.Start();
-  TTestExpert<'B'>::ThrowInConstructor = false;
+  fixture.Expert<'A'>().Note = "precious";
+  fixture.Stop();
+  const std::string before = ReadWholeFile(SettingsFileName());
+  struct TThrower {
+    void Throw(int id, std::string&) {
+      if (id == sUnitManagerExpert) throw Exception("no start today");
+    }
+  } thrower;
+  Bind<&TThrower::Throw>(Locale().OnText, &thrower);
+  fixture.Start();
+  Locale().OnText = {};
   EXPECT_TRUE(TFakeEnvironment::Wizard);
-  EXPECT_EQ(fixture.Questions.size(), 1u);
-  const std::string log = fixture.Log();
-  EXPECT_THAT(log, HasSubstr("< Start constructor >\r\n0 1 3 4 5 6 7 8 9\r\nExpertA\r\n"
-                             "< Finish constructor >"));
-  EXPECT_THAT(log, HasSubstr("no expert today"));
-  EXPECT_THAT(log, HasSubstr("Source object: TExpManager"));
+  EXPECT_THAT(fixture.Log(), HasSubstr("< Start constructor >\r\n0 1 3 4 5 6\r\n"));
+  fixture.Stop();
+  EXPECT_EQ(ReadWholeFile(SettingsFileName() + ".bad"), before);
+}
+
+// What the environment does when the user ends it while the menu is built.
+TEST(Life, MayEndWhileTheMenuIsRebuilt) {
+  TManagerFixture fixture;
+  fixture.Start();
+  QTimer::singleShot(0, [&] { fixture.Stop(); });
+  fixture.Manager().ApplySettings();
+  EXPECT_EQ(fixture.Environment.TopItem(), nullptr);
+  EXPECT_EQ(CurrentManager(), nullptr);
 }
 
 int HandledBefore = 0;
@@ -135,6 +198,16 @@ TEST(ErrorLog, AForeignExceptionIsLoggedByTheCatcherAndOnlyOnce) {
   const std::string log = fixture.Log();
   EXPECT_THAT(log, HasSubstr("Source object: Unknown"));
   EXPECT_EQ(log.find("Source object"), log.rfind("Source object"));
+}
+
+TEST(ErrorLog, HasTheTrailOnceAfterAFailedLoad) {
+  TManagerFixture fixture;
+  SafeWriteFile(SettingsFileName(), "no settings");
+  fixture.Start();
+  ErrorLog().Add(nullptr, std::make_exception_ptr(Exception("later")));
+  const std::string log = fixture.Log();
+  EXPECT_THAT(log, HasSubstr("later"));
+  EXPECT_EQ(log.find("< Start constructor >"), log.rfind("< Start constructor >"));
 }
 
 TEST(ErrorLog, StartsAfreshAtItsLimit) {

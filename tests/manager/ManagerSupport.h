@@ -1,6 +1,7 @@
 // A manager in a temporary package directory, with experts that write down what happens to them.
 #pragma once
 
+#include <QSettings>
 #include <QTemporaryDir>
 #include <memory>
 #include <string>
@@ -11,7 +12,6 @@
 #include "manager/rkErrorLog.h"
 #include "manager/rkExpMng.h"
 #include "platform/core/system/Files.h"
-#include "platform/widgets/Registry.h"
 
 namespace wrenfold {
 
@@ -22,6 +22,8 @@ inline std::string TakeExpertLog() {
     text += (text.empty() ? "" : " ") + line;
   return text;
 }
+
+enum class TFailingStep { None, Constructor, Init };
 
 template <char Letter>
 class TTestExpert : public TCustomExpert {
@@ -38,7 +40,7 @@ class TTestExpert : public TCustomExpert {
   TTestExpert() : Lines(std::make_unique<TStringList>()) {
     Write("made");
     AddStoredData(this, std::string("Data") + Letter, "", "");
-    if (ThrowInConstructor) throw Exception("no expert today");
+    FailAt(TFailingStep::Constructor);
   }
   ~TTestExpert() override { Write("freed"); }
   void Init(const TGetMenuItemData& getMenuItemData) override {
@@ -48,6 +50,9 @@ class TTestExpert : public TCustomExpert {
     item.ShortCutText = std::string("Ctrl+Shift+") + Letter;
     Bind<&TTestExpert::Execute>(item.OnExecute, this);
     Record = &item;
+    if (Letter == 'A' || Fails == TFailingStep::None) return;
+    Bind<&TTestExpert::Execute>(getMenuItemData("ItemA").OnExecute, this);
+    FailAt(TFailingStep::Init);
   }
   void Load(bool loaded) override { Write(loaded ? "loaded" : "defaults"); }
   void Execute(TObject*) {
@@ -58,11 +63,22 @@ class TTestExpert : public TCustomExpert {
   std::string Note;
   std::unique_ptr<TStringList> Lines;
   TExpMenuItemData* Record = nullptr;
-  static inline bool ThrowInConstructor = false;
+  static inline TFailingStep Fails = TFailingStep::None;
   static inline bool ThrowWhenExecuted = false;
 
  private:
+  static void FailAt(TFailingStep step) {
+    if (Fails == step) throw Exception("no expert today");
+  }
   static void Write(const char* what) { ExpertLog.push_back(std::string(1, Letter) + ":" + what); }
+};
+
+// The stored choice of the language, as the file holds it.
+class TStoredLanguage : public QSettings {
+ public:
+  TStoredLanguage() : QSettings(IniFormat, UserScope, "Wrenfold", "Registry") {
+    beginGroup("Software/Wrenfold");
+  }
 };
 
 // Starts with experts A (group 1) and B (group 5). Questions are answered with Answer and kept.
@@ -107,10 +123,7 @@ class TManagerFixture {
     StartUnit();
     Start();
   }
-  static void ForgetLanguage() {
-    TRegistry registry;
-    registry.DeleteKey("\\Software\\Wrenfold");
-  }
+  static void ForgetLanguage() { TStoredLanguage().clear(); }
 
   TExpManager& Manager() { return *CurrentManager(); }
   template <char Letter>

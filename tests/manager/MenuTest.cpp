@@ -1,11 +1,17 @@
 // Tests the experts menu: its place, its commands, its hot keys, its rebuilding, the languages.
 #include <gmock/gmock.h>
 
+#include <QTimer>
+#include <QWindow>
 #include <QtTest/QTest>
+#include <cerrno>
 
 #include "ManagerSupport.h"
+#include "foundation/rkAppUtils.h"
+#include "platform/widgets/Button.h"
 #include "platform/widgets/Keyboard.h"
 #include "platform/widgets/ShortCuts.h"
+#include "platform/widgets/Text.h"
 
 namespace wrenfold {
 namespace {
@@ -82,6 +88,7 @@ TEST(Menu, RebuildingLeavesNoSecondActionsAndTheLayoutAsItWas) {
   const int actions = fixture.Environment.Actions->ActionCount();
   SettingsRoot()->MenuData->Demand("ItemA").HaveLineBefore = true;
   SettingsRoot()->MenuData->Demand("ItemB").ShortCutText = "no key";
+  SettingsRoot()->MenuData->Demand("SettingItem").HaveLineBefore = false;
   fixture.Manager().DoApplySettings();
   fixture.Manager().DoApplySettings();
   TManagerFixture::Settle();
@@ -122,6 +129,23 @@ TEST(Menu, SurvivesTheEndOfTheEnvironmentsMenu) {
   fixture.Start();
   fixture.Environment.MainMenu->Items()->Clear();
   fixture.Stop();
+}
+
+TEST(Menu, LoadDefaultDoesNotReadAFileThatCannotBeDeleted) {
+  TManagerFixture fixture;
+  fixture.Start();
+  fixture.Expert<'A'>().Note = "mine";
+  fixture.Restart();
+  class TKeeping : public TFileSystem {
+    int Remove(const std::string&) override { return EROFS; }
+  } keeping;
+  SetFileSystem(&keeping);
+  TakeExpertLog();
+  fixture.Manager().LoadDefaultSettings();
+  SetFileSystem(nullptr);
+  EXPECT_EQ(TakeExpertLog(), "B:freed A:freed A:made B:made A:init B:init A:defaults B:defaults");
+  EXPECT_EQ(fixture.Expert<'A'>().Note, "");
+  EXPECT_EQ(fixture.Questions.back(), LocaleFormat(sSettingsNotWritable, SettingsFileName()));
 }
 
 TEST(Menu, LoadDefaultAsksThenDropsTheSettings) {
@@ -165,12 +189,7 @@ TEST_F(Languages, AreOfferedWhenTheirModuleIsThere) {
   EXPECT_EQ(Captions(Menu()), "Default (English),-,Russian,German,-,Modules...");
   EXPECT_TRUE(Menu()->Items(0)->Checked());
   Fixture.Stop();
-  TRegistry registry;
-  registry.OpenKey("\\Software\\Wrenfold", true);
-  std::string directory = Fixture.Directory();
-  directory.pop_back();
-  registry.WriteString("ExpLocaleDir", directory);
-  registry.Flush();
+  TStoredLanguage().setValue("ExpLocaleDir", ToQString(Fixture.Directory()).chopped(1));
   Fixture.Start();
   EXPECT_EQ(Captions(Menu()), "Default (English),-,-,Modules...") << "no separator at its end";
 }
@@ -198,9 +217,55 @@ TEST_F(Languages, ALanguageWhoseModuleIsGoneIsDropped) {
   Fixture.Restart();
   EXPECT_EQ(LocaleStr(sSettings), "Settings");
   Fixture.Stop();
-  TRegistry registry;
-  registry.OpenKey("\\Software\\Wrenfold", false);
-  EXPECT_EQ(registry.ReadString("ExpCurrentLocale"), "");
+  EXPECT_EQ(TStoredLanguage().value("ExpCurrentLocale").toString(), "");
+}
+
+// An editor writes the list without quotation marks, which makes the toolkit see several values.
+TEST_F(Languages, AListThatSomebodyEditedIsReadAndKept) {
+  Fixture.Stop();
+  TStoredLanguage().setValue("ExpLocaleModules",
+                             QStringList{"German=wren_ger.dll", "Other=wren_rus.dll"});
+  Fixture.Start();
+  EXPECT_EQ(Captions(Menu()), "Default (English),-,German,Other,-,Modules...");
+  Fixture.Restart();
+  EXPECT_EQ(Captions(Menu()), "Default (English),-,German,Other,-,Modules...");
+}
+
+TEST_F(Languages, AModuleThatCannotBeReadIsToldOnce) {
+  SafeWriteFile(Fixture.Directory() + "wren_ger.dll", "no module");
+  for (const bool restart : {false, true}) {
+    Fixture.Questions.clear();
+    restart ? Fixture.Restart() : Choose("German");
+    ASSERT_EQ(Fixture.Questions.size(), 1u) << restart;
+    EXPECT_THAT(Fixture.Questions[0], testing::HasSubstr("wren_ger.dll"));
+    EXPECT_THAT(Fixture.Log(), testing::HasSubstr("wren_ger.dll"));
+  }
+}
+
+// The question as the user sees it, over the window that is active.
+TEST_F(Languages, QuestionsSpeakTheLanguageAndKeepTheNamesThatPackagesLookFor) {
+  Choose("German");
+  InstallMessageDialogs();
+  Fixture.Environment.EditWindow->activateWindow();
+  Application().ProcessMessages();
+  const QWidget* active = QApplication::activeWindow();
+  bool seen = false;
+  QTimer::singleShot(0, [&] {
+    TForm* form = Screen().FindForm("MessageForm");
+    ASSERT_NE(form, nullptr);
+    auto* no = dynamic_cast<TButton*>(form->FindComponent("No"));
+    ASSERT_NE(no, nullptr);
+    EXPECT_EQ(form->Caption(), "Confirm");
+    EXPECT_EQ(form->windowTitle(), "Bestätigung");
+    EXPECT_EQ(no->Caption(), "&No");
+    EXPECT_EQ(no->text(), "&Nein");
+    EXPECT_EQ(form->windowHandle()->transientParent(), active->windowHandle());
+    seen = true;
+    QTest::keyClick(form, Qt::Key_N);
+  });
+  EXPECT_EQ(MsgQuestion("?"), mbNo);
+  EXPECT_TRUE(seen);
+  RemoveMessageDialogs();
 }
 
 }  // namespace

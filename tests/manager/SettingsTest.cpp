@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <filesystem>
 #include <random>
 
 #include "ManagerSupport.h"
@@ -68,7 +69,8 @@ TEST(Settings, ADamagedFileMeansDefaultsAndIsKept) {
     fixture.Start();
     EXPECT_THAT(TakeExpertLog(), HasSubstr("A:defaults B:defaults")) << name;
     EXPECT_EQ(fixture.Expert<'A'>().Note, "") << name;
-    EXPECT_THAT(fixture.Questions, SizeIs(1)) << name;
+    ASSERT_THAT(fixture.Questions, SizeIs(1)) << name;
+    EXPECT_THAT(fixture.Questions[0], HasSubstr("ExpData.spc.bad")) << name;
     EXPECT_NE(fixture.Environment.TopItem(), nullptr) << name;
     EXPECT_EQ(ReadWholeFile(SettingsFileName()), bytes) << name;
     fixture.Stop();
@@ -77,7 +79,8 @@ TEST(Settings, ADamagedFileMeansDefaultsAndIsKept) {
   }
 }
 
-TEST(Settings, OfANewerVersionAreAskedAboutAndKept) {
+// Nobody can be asked before the main window is up.
+TEST(Settings, OfANewerVersionAreReadAsFarAsKnownAndKept) {
   TManagerFixture fixture;
   fixture.Start();
   fixture.Expert<'A'>().Note = "newer";
@@ -88,12 +91,96 @@ TEST(Settings, OfANewerVersionAreAskedAboutAndKept) {
   bytes.replace(at, 4, "Tomo");
   SafeWriteFile(SettingsFileName(), bytes);
   fixture.Questions.clear();
-  fixture.Start();
+  RegisterExpManager();
+  EXPECT_THAT(fixture.Questions, SizeIs(0));
+  fixture.Settle();
   EXPECT_EQ(fixture.Expert<'A'>().Note, "newer");
   ASSERT_THAT(fixture.Questions, SizeIs(1));
   EXPECT_THAT(fixture.Questions[0], HasSubstr("TomoSaveSettings"));
   fixture.Stop();
   EXPECT_EQ(ReadWholeFile(SettingsFileName() + ".bad"), bytes);
+}
+
+// What a link leads to is replaced, not the link.
+TEST(Settings, KeptOfALinkAreTheOldOnes) {
+  TManagerFixture fixture;
+  const std::string target = fixture.Directory() + "target.spc";
+  SafeWriteFile(target, "no settings");
+  std::filesystem::create_symlink(target, SettingsFileName());
+  fixture.Start();
+  fixture.Stop();
+  EXPECT_EQ(ReadWholeFile(SettingsFileName() + ".bad"), "no settings");
+  EXPECT_NE(ReadWholeFile(target), "no settings");
+}
+
+TEST(Settings, NeverReplaceTheRecordsThatExpertsHold) {
+  TManagerFixture fixture;
+  SafeWriteFile(SettingsFileName(),
+                "object ExpertData: TExpData\r\n"
+                "  ActiveExperts = <>\r\n"
+                "  MenuData = <\r\n    item\r\n      ItemID = 'X'\r\n    end>\r\n"
+                "  CustomData = <>\r\n"
+                "end\r\n");
+  fixture.Start();
+  EXPECT_EQ(fixture.Expert<'A'>().Record, SettingsRoot()->MenuData->Find("ItemA"));
+  EXPECT_EQ(SettingsRoot()->MenuData->Find("X"), nullptr);
+  EXPECT_EQ(SettingsRoot()->CustomData->Count(), 3);
+  EXPECT_EQ(SettingsRoot()->ActiveExperts->Count(), 2);
+}
+
+TEST(Settings, TravelToAnotherMachineWholeAndKeepTheOldOnes) {
+  TManagerFixture fixture;
+  fixture.Start();
+  fixture.Expert<'A'>().Note = "travels";
+  for (const char* name : {"all.sbn", "all.stx"}) {
+    const std::string file = fixture.Directory() + name;
+    fixture.Expert<'A'>().Note = "travels";
+    fixture.Manager().ExportSettings(file);
+    fixture.Expert<'A'>().Note = "here";
+    fixture.Manager().SaveSettings();
+    fixture.Answer = mbNo;
+    EXPECT_FALSE(fixture.Manager().ImportSettings(file));
+    EXPECT_EQ(fixture.Expert<'A'>().Note, "here");
+    fixture.Answer = mbYes;
+    EXPECT_TRUE(fixture.Manager().ImportSettings(file)) << name;
+    EXPECT_EQ(fixture.Expert<'A'>().Note, "travels") << name;
+  }
+  EXPECT_THAT(ReadWholeFile(SettingsFileName() + ".bak"), HasSubstr("here"));
+  fixture.Restart();
+  EXPECT_EQ(fixture.Expert<'A'>().Note, "travels");
+}
+
+TEST(Settings, RefuseToBeImportedFromWhatIsNone) {
+  TManagerFixture fixture;
+  fixture.Start();
+  fixture.Restart();
+  const std::string before = ReadWholeFile(SettingsFileName());
+  const std::string file = fixture.Directory() + "other";
+  for (const std::string& bytes :
+       {std::string("noise"), std::string(), before.substr(0, before.size() / 2),
+        std::string("object Form1: TForm1\r\nend\r\n")}) {
+    SafeWriteFile(file, bytes);
+    EXPECT_THROW(fixture.Manager().ImportSettings(file), EFitReaderError) << bytes;
+  }
+  EXPECT_EQ(ReadWholeFile(SettingsFileName()), before);
+  EXPECT_FALSE(SettingsFile().ChangedOnDisk());
+  SafeWriteFile(SettingsFileName(), before + " ");
+  EXPECT_TRUE(SettingsFile().ChangedOnDisk());
+}
+
+TEST(Settings, WaitForTheEndOfTheEditorBeforeTheyAreReadAgain) {
+  TManagerFixture fixture;
+  fixture.Start();
+  fixture.Manager().ManagerData().EditorFormData->Setting->SetText("[window]\r\n");
+  TakeExpertLog();
+  {
+    const TExpManager::TRecreationHold outer(fixture.Manager());
+    const TExpManager::TRecreationHold inner(fixture.Manager());
+    fixture.Manager().DoRecreateExperts();
+    EXPECT_EQ(TakeExpertLog(), "");
+  }
+  EXPECT_EQ(TakeExpertLog(), "B:freed A:freed A:made B:made A:init B:init A:defaults B:defaults");
+  EXPECT_EQ(fixture.Manager().ManagerData().EditorFormData->Setting->Text(), "[window]\r\n");
 }
 
 // Makes one step of every write fail.

@@ -49,6 +49,18 @@ TEST_F(SharedForm, TheKeySavesThePlacementAlsoWithoutAutosave) {
   EXPECT_EQ(form->geometry(), QRect(50, 60, 320, 240));
 }
 
+TEST_F(SharedForm, ClosedWhileMinimisedOpensAsAWindow) {
+  std::unique_ptr<TSharedForm> form(Open());
+  form->showMinimized();
+  form->Close();
+  form.reset(Open());
+  EXPECT_FALSE(form->isMinimized());
+  form->showMinimized();
+  form->Hide();
+  form->Show();
+  EXPECT_FALSE(form->isMinimized()) << "the same window again";
+}
+
 TEST_F(SharedForm, AnotherKeyReplacesTheFirst) {
   Manager.FormSetting->SavePlacementShortCut = "Ctrl+F9";
   Manager.FormSetting->AutoSavePlacement = false;

@@ -19,13 +19,14 @@ TButton::TButton(TComponent* owner, QWidget* parent) : TControlOf(owner, parent)
   connect(this, &QPushButton::clicked, this, [this] { Guarded(this, [this] { Click(); }); });
 }
 
-std::string TButton::Caption() const {
-  return FromQString(text());
+void TButton::SetCaption(const std::string& caption) {
+  FCaption = caption;
+  SetShownCaption(caption);
 }
 
-void TButton::SetCaption(const std::string& caption) {
-  setText(ToQString(caption));
-  setAccessibleName(ToQString(StripHotkey(caption)));
+void TButton::SetShownCaption(const std::string& text) {
+  setText(ToQString(text));
+  setAccessibleName(ToQString(StripHotkey(text)));
 }
 
 void TButton::Click() {

@@ -17,8 +17,10 @@ class TButton : public TControlOf<QPushButton> {
 
   explicit TButton(TComponent* owner = nullptr, QWidget* parent = nullptr);
 
-  std::string Caption() const override;
+  std::string Caption() const override { return FCaption; }
   void SetCaption(const std::string& caption) override;
+  // What the user reads in the place of the caption, which stays as it is.
+  void SetShownCaption(const std::string& text);
   // As if the user had clicked: the form takes ModalResult, then OnClick is called. A disabled
   // button does nothing.
   virtual void Click();
@@ -26,6 +28,9 @@ class TButton : public TControlOf<QPushButton> {
   TModalResult ModalResult = mrNone;
   // The sender is the button.
   TNotifyEvent OnClick;
+
+ private:
+  std::string FCaption;
 };
 
 }  // namespace wrenfold

@@ -6,8 +6,10 @@
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QScreen>
+#include <QWindow>
 #include <algorithm>
 
+#include "platform/core/model/Dialogs.h"
 #include "platform/core/system/Exceptions.h"
 #include "platform/widgets/Application.h"
 #include "platform/widgets/Text.h"
@@ -143,6 +145,7 @@ void TForm::UpdateWindowFlags() {
 }
 
 void TForm::Show() {
+  if (!isVisible() && isMinimized()) setWindowState(windowState() & ~Qt::WindowMinimized);
   show();
   BringToFront();
 }
@@ -223,12 +226,15 @@ TModalResult TForm::ShowModal() {
   if (IsModal()) throw Exception("The form is shown modal already");
   const QPointer<TForm> alive(this);
   QEventLoop loop;
+  QWidget* below = WindowBelow();
   hide();
   FModalResult = mrNone;
   FModalLoop = &loop;
   setWindowModality(Qt::ApplicationModal);
   // It must not open behind a form that stays on top.
   if (IsAnyOnTop()) setWindowFlag(Qt::WindowStaysOnTopHint);
+  winId();  // makes the window of the desktop
+  windowHandle()->setTransientParent(below != nullptr ? below->windowHandle() : nullptr);
   try {
     Show();
   } catch (...) {
@@ -307,6 +313,23 @@ void TForm::CenterOnScreen() {
   if (IsDocked() || screen == nullptr) return;
   QRect area(QPoint(), size());
   area.moveCenter(screen->availableGeometry().center());
+  setGeometry(OnScreen(area));
+}
+
+QWidget* TForm::WindowBelow() const {
+  QWidget* recorded =
+      DialogWindow() != 0 ? QWidget::find(static_cast<WId>(DialogWindow())) : nullptr;
+  for (QWidget* window : {QApplication::activeWindow(), recorded})
+    if (window != nullptr && window != this && window->isVisible() && !window->isMinimized())
+      return window->window();
+  return nullptr;
+}
+
+void TForm::CenterOverWindow() {
+  const QWidget* below = WindowBelow();
+  if (IsDocked() || below == nullptr) return CenterOnScreen();
+  QRect area(QPoint(), size());
+  area.moveCenter(below->geometry().center());
   setGeometry(OnScreen(area));
 }
 

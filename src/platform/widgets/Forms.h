@@ -78,7 +78,7 @@ class TForm : public TControlOf<QWidget> {
   // The form's OnKeyDown and KeyDown see keys before its controls do.
   bool KeyPreview = false;
 
-  // Shows the form and brings it to the front; Hide is quiet, Close asks.
+  // Shows the form, never minimised, and brings it to the front; Hide is quiet, Close asks.
   virtual void Show();
   virtual void Hide();
   // Brings the form to the front, out of its minimised state, and makes it the active one.
@@ -114,6 +114,11 @@ class TForm : public TControlOf<QWidget> {
   void SetPlacement(const TWindowPlacement& placement);
   // Puts the window in the centre of the screen.
   void CenterOnScreen();
+  // The window that this one stands over while it is modal: the active one, else the one that is
+  // recorded for dialogs; null when there is none.
+  QWidget* WindowBelow() const;
+  // Puts the window in the centre of the one below, or of the screen.
+  void CenterOverWindow();
 
   // The sender is the form.
   TNotifyEvent OnCreate, OnShow, OnHide, OnDestroy, OnActivate, OnDeactivate;

@@ -1,6 +1,8 @@
 #include "platform/widgets/MessageDialogs.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QKeySequence>
 #include <QLabel>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -54,16 +56,44 @@ TMsgDlgBtn CancelButton(TMsgDlgButtons buttons) {
   return mbOK;
 }
 
-QHBoxLayout* AddMessage(TForm& form, const std::string& text, TMsgDlgType type) {
+std::string ShownText(const TDialogTexts& texts, const std::string& caption) {
+  const std::string shown = texts ? texts(caption) : std::string();
+  return shown.empty() ? caption : shown;
+}
+
+// Takes the letters of its buttons also without Alt: there is nothing to write in.
+class TMessageForm : public TForm {
+ public:
+  TMessageForm() { KeyPreview = true; }
+
+ protected:
+  void KeyDown(QKeyEvent& key) override {
+    TForm::KeyDown(key);
+    if (key.isAccepted() || key.text().isEmpty()) return;
+    if (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier)) return;
+    const QKeySequence letter(QStringLiteral("Alt+") + key.text().toUpper());
+    for (TButton* button : findChildren<TButton*>()) {
+      if (QKeySequence::mnemonic(button->text()) != letter) continue;
+      key.accept();
+      return button->Click();
+    }
+  }
+};
+
+QHBoxLayout* AddMessage(TForm& form, const std::string& text, TMsgDlgType type,
+                        const TDialogTexts& texts) {
   auto* row = new QHBoxLayout;
   form.SetCaption(HasApplication() ? Application().Title() : std::string());
   for (const TDialogKind& kind : DialogKinds) {
     if (kind.Type != type) continue;
     form.SetCaption(kind.Caption);
+    const QString shown = ToQString(ShownText(texts, kind.Caption));
+    form.setWindowTitle(shown);
+    form.setAccessibleName(shown);
     auto* picture = new QLabel;
     const int size = form.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &form);
     picture->setPixmap(form.style()->standardIcon(kind.Icon, nullptr, &form).pixmap(size, size));
-    picture->setAccessibleName(ToQString(kind.Caption));
+    picture->setAccessibleName(shown);
     row->addWidget(picture, 0, Qt::AlignTop);
   }
   auto* message = new QLabel(ToQString(text));
@@ -78,7 +108,7 @@ QHBoxLayout* AddMessage(TForm& form, const std::string& text, TMsgDlgType type) 
   return row;
 }
 
-QHBoxLayout* AddButtons(TForm& form, TMsgDlgButtons buttons) {
+QHBoxLayout* AddButtons(TForm& form, TMsgDlgButtons buttons, const TDialogTexts& texts) {
   auto* row = new QHBoxLayout;
   row->addStretch(1);
   TButton* first = nullptr;
@@ -88,6 +118,7 @@ QHBoxLayout* AddButtons(TForm& form, TMsgDlgButtons buttons) {
     auto* button = new TButton(&form, &form);
     button->SetName(known.Name);
     button->SetCaption(known.Caption);
+    button->SetShownCaption(ShownText(texts, known.Caption));
     button->ModalResult = known.Result;
     row->addWidget(button);
     if (first == nullptr) first = button;
@@ -101,7 +132,7 @@ QHBoxLayout* AddButtons(TForm& form, TMsgDlgButtons buttons) {
 
 TMsgDlgBtn ShowDialog(const std::string& text, TMsgDlgType type, TMsgDlgButtons buttons) {
   if (buttons.Empty()) buttons = {mbOK};
-  const QPointer<TForm> form(CreateMessageDialog(text, type, buttons));
+  const QPointer<TForm> form(CreateMessageDialog(text, type, buttons, TakeDialogTexts()));
   const TModalResult result = form->ShowModal();
   delete form.data();
   return ButtonOfModalResult(result, buttons);
@@ -111,15 +142,16 @@ TMessageDlgProc Before;
 
 }  // namespace
 
-TForm* CreateMessageDialog(const std::string& text, TMsgDlgType type, TMsgDlgButtons buttons) {
-  auto form = std::make_unique<TForm>();
+TForm* CreateMessageDialog(const std::string& text, TMsgDlgType type, TMsgDlgButtons buttons,
+                           const TDialogTexts& texts) {
+  std::unique_ptr<TForm> form = std::make_unique<TMessageForm>();
   form->SetName("MessageForm");
   form->SetBorderStyle(bsDialog);
   auto* layout = new QVBoxLayout(form.get());
-  layout->addLayout(AddMessage(*form, text, type));
-  layout->addLayout(AddButtons(*form, buttons));
+  layout->addLayout(AddMessage(*form, text, type, texts));
+  layout->addLayout(AddButtons(*form, buttons, texts));
   form->adjustSize();
-  form->CenterOnScreen();
+  form->CenterOverWindow();
   return form.release();
 }
 

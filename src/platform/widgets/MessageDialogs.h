@@ -11,8 +11,10 @@ namespace wrenfold {
 // A dialog with the text and one button for each that is asked for, named and captioned "Yes",
 // "No", "OK", "Cancel" and so on; its modal results are mrYes and so on. The caption is "Warning",
 // "Error", "Information", "Confirm", or the application's title for mtCustom. Escape and closing
-// choose "Cancel", else "No", else the only button. Owned by nobody.
-TForm* CreateMessageDialog(const std::string& text, TMsgDlgType type, TMsgDlgButtons buttons);
+// choose "Cancel", else "No", else the only button; the underlined letter of a button chooses it
+// with and without Alt. `texts` are what is shown in the place of the captions. Owned by nobody.
+TForm* CreateMessageDialog(const std::string& text, TMsgDlgType type, TMsgDlgButtons buttons,
+                           const TDialogTexts& texts = {});
 // The button for a modal result.
 TMsgDlgBtn ButtonOfModalResult(TModalResult result, TMsgDlgButtons buttons);
 

@@ -43,6 +43,28 @@ constexpr TKeyName KeyNames[] = {
     {0xDB, Qt::Key_BracketLeft, "["},  {0xDC, Qt::Key_Backslash, "\\"},
     {0xDD, Qt::Key_BracketRight, "]"}, {0xDE, Qt::Key_Apostrophe, "'"},
 };
+// What the toolkit calls a key that is pressed with Shift: the sign that it writes. The codes are
+// those of the keys of a US keyboard; the place of a key on the keyboard (0: any) tells keys apart
+// that other layouts give another sign.
+struct TShiftedKey {
+  int Key;
+  unsigned Place;
+  std::uint8_t Code;
+};
+constexpr TShiftedKey ShiftedKeys[] = {
+    {Qt::Key_Exclam, 0, '1'},    {Qt::Key_At, 0, '2'},          {Qt::Key_NumberSign, 0, '3'},
+    {Qt::Key_Dollar, 0, '4'},    {Qt::Key_Percent, 0, '5'},     {Qt::Key_AsciiCircum, 0, '6'},
+    {Qt::Key_Ampersand, 0, '7'}, {Qt::Key_Asterisk, 35, 0xBB},  {Qt::Key_Asterisk, 0, '8'},
+    {Qt::Key_ParenLeft, 0, '9'}, {Qt::Key_ParenRight, 0, '0'},  {Qt::Key_Colon, 60, 0xBE},
+    {Qt::Key_Colon, 0, 0xBA},    {Qt::Key_Semicolon, 59, 0xBC}, {Qt::Key_Plus, 0, 0xBB},
+    {Qt::Key_Less, 0, 0xBC},     {Qt::Key_Underscore, 0, 0xBD}, {Qt::Key_Greater, 0, 0xBE},
+    {Qt::Key_Question, 0, 0xBF}, {Qt::Key_AsciiTilde, 0, 0xC0}, {Qt::Key_BraceLeft, 0, 0xDB},
+    {Qt::Key_Bar, 0, 0xDC},      {Qt::Key_BraceRight, 0, 0xDD}, {Qt::Key_QuoteDbl, 0, 0xDE},
+};
+// The row of digits, from 1 to 0, has the same places on every keyboard.
+constexpr unsigned FirstDigitPlace = 10;
+constexpr std::string_view DigitRow = "1234567890";
+
 constexpr std::uint8_t FirstFunctionKey = 0x70;
 constexpr int FunctionKeyCount = 24;
 constexpr std::uint8_t FirstNumPad = 0x60, LastNumPad = 0x6F;
@@ -97,6 +119,15 @@ std::uint8_t CodeOfKey(int key, bool keypad) {
   return 0;
 }
 
+// Zero when the sign alone tells the key.
+std::uint8_t CodeOfShifted(int key, unsigned place) {
+  if (place >= FirstDigitPlace && place < FirstDigitPlace + DigitRow.size())
+    return static_cast<std::uint8_t>(DigitRow[place - FirstDigitPlace]);
+  for (const TShiftedKey& shifted : ShiftedKeys)
+    if (shifted.Key == key && (shifted.Place == 0 || shifted.Place == place)) return shifted.Code;
+  return 0;
+}
+
 int KeyOfCode(std::uint8_t code) {
   if (IsLetterOrDigit(code)) return code;
   if (IsFunctionKey(code)) return Qt::Key_F1 + code - FirstFunctionKey;
@@ -140,8 +171,11 @@ QKeySequence ShortCutToKeySequence(TShortCut shortCut) {
   return QKeySequence(QKeyCombination(modifiers, static_cast<Qt::Key>(key)));
 }
 
-TShortCut ShortCutOf(int key, Qt::KeyboardModifiers modifiers) {
-  unsigned code = CodeOfKey(key, modifiers.testFlag(Qt::KeypadModifier));
+TShortCut ShortCutOf(int key, Qt::KeyboardModifiers modifiers, unsigned place) {
+  const bool keypad = modifiers.testFlag(Qt::KeypadModifier);
+  unsigned code = 0;
+  if (modifiers.testFlag(Qt::ShiftModifier) && !keypad) code = CodeOfShifted(key, place);
+  if (code == 0) code = CodeOfKey(key, keypad);
   if (code == 0) return 0;
   if (modifiers.testFlag(Qt::ShiftModifier)) code |= ShiftBit;
   if (modifiers.testFlag(Qt::ControlModifier)) code |= CtrlBit;
@@ -150,7 +184,7 @@ TShortCut ShortCutOf(int key, Qt::KeyboardModifiers modifiers) {
 }
 
 TShortCut ShortCutOf(const QKeyEvent& event) {
-  return ShortCutOf(event.key(), event.modifiers());
+  return ShortCutOf(event.key(), event.modifiers(), event.nativeScanCode());
 }
 
 }  // namespace wrenfold

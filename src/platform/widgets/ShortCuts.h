@@ -21,6 +21,7 @@ TShortCut TextToShortCut(std::string_view text);
 QKeySequence ShortCutToKeySequence(TShortCut shortCut);
 // The code of a key with its modifiers (0 for a bare modifier or a key without a code).
 TShortCut ShortCutOf(const QKeyEvent& event);
-TShortCut ShortCutOf(int key, Qt::KeyboardModifiers modifiers);
+// `place` is the key's scan code, 0 when it is not known.
+TShortCut ShortCutOf(int key, Qt::KeyboardModifiers modifiers, unsigned place = 0);
 
 }  // namespace wrenfold

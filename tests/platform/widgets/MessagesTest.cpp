@@ -3,8 +3,6 @@
 
 #include <QClipboard>
 #include <QPushButton>
-#include <QSettings>
-#include <QTemporaryDir>
 
 #include "platform/core/system/Exceptions.h"
 #include "platform/widgets/Button.h"
@@ -12,7 +10,6 @@
 #include "platform/widgets/Keyboard.h"
 #include "platform/widgets/Menus.h"
 #include "platform/widgets/Messages.h"
-#include "platform/widgets/Registry.h"
 #include "platform/widgets/Support.h"
 #include "platform/widgets/Text.h"
 #include "platform/widgets/Timer.h"
@@ -217,30 +214,6 @@ TEST(Desktop, TextsAndLineEndsSurviveTheClipboard) {
   SetClipboardText("Wörter\r\nдва\r\n");
   EXPECT_EQ(QApplication::clipboard()->text(), ToQString("Wörter\nдва\n"));
   EXPECT_EQ(ClipboardText(), "Wörter\r\nдва\r\n");
-}
-
-TEST(Registry, ValuesComeBackFromTheFileWithTheirTypes) {
-  QTemporaryDir directory;
-  QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, directory.path());
-  {
-    TRegistry registry;
-    EXPECT_FALSE(registry.OpenKey("\\Software\\Wrenfold", false));
-    ASSERT_TRUE(registry.OpenKey("\\Software\\Wrenfold\\", true));
-    registry.WriteString("Language", "C:\\путь, \"x\"; %");
-    registry.WriteInteger("Index", -7);
-    registry.WriteBool("Auto", true);
-    ASSERT_TRUE(registry.Flush());
-  }
-  TRegistry registry;
-  ASSERT_TRUE(registry.OpenKey("\\Software", false));
-  ASSERT_TRUE(registry.OpenKey("Wrenfold", false)) << "relative to the key that is open";
-  EXPECT_EQ(registry.ReadString("Language"), "C:\\путь, \"x\"; %");
-  EXPECT_EQ(registry.ReadInteger("Index"), -7);
-  EXPECT_TRUE(registry.ReadBool("Auto"));
-  EXPECT_TRUE(registry.ValueExists("Index"));
-  EXPECT_EQ(registry.ReadString("Missing"), "");
-  EXPECT_TRUE(registry.DeleteKey("\\Software\\Wrenfold"));
-  EXPECT_FALSE(registry.ValueExists("Index"));
 }
 
 TEST(Keyboard, TheLayoutBeforeCanBeBroughtBack) {

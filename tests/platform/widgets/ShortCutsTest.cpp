@@ -48,7 +48,10 @@ struct TKeyRow {
   int Key;
   Qt::KeyboardModifiers Modifiers;
   const char* Text;
+  unsigned Place = 0;
 };
+
+constexpr auto CtrlShift = Qt::ControlModifier | Qt::ShiftModifier;
 
 TEST(ShortCuts, KeysOfTheToolkitGiveTheCodesOfTheirTexts) {
   const TKeyRow rows[] = {
@@ -59,9 +62,17 @@ TEST(ShortCuts, KeysOfTheToolkitGiveTheCodesOfTheirTexts) {
       {"arrow of the numeric pad", Qt::Key_Left, Qt::AltModifier | Qt::KeypadModifier, "Alt+Left"},
       {"back tab", Qt::Key_Backtab, Qt::ShiftModifier, "Shift+Tab"},
       {"bare modifier", Qt::Key_Control, Qt::ControlModifier, ""},
+      {"digit with shift", Qt::Key_Exclam, CtrlShift, "Ctrl+Shift+1", 10},
+      {"digit with shift, German", Qt::Key_Slash, CtrlShift, "Ctrl+Shift+7", 16},
+      {"digit with shift, place unknown", Qt::Key_ParenRight, CtrlShift, "Ctrl+Shift+0"},
+      {"letter beside the digits", Qt::Key_Q, CtrlShift, "Ctrl+Shift+Q", 24},
+      {"punctuation with shift", Qt::Key_Underscore, CtrlShift, "Ctrl+Shift+-", 20},
+      {"colon of the semicolon key", Qt::Key_Colon, CtrlShift, "Ctrl+Shift+;", 47},
+      {"colon of the German full stop", Qt::Key_Colon, CtrlShift, "Ctrl+Shift+.", 60},
+      {"pad with shift", Qt::Key_Asterisk, CtrlShift | Qt::KeypadModifier, "Ctrl+Shift+Num *", 63},
   };
   for (const TKeyRow& row : rows)
-    EXPECT_EQ(ShortCutOf(row.Key, row.Modifiers), TextToShortCut(row.Text)) << row.Name;
+    EXPECT_EQ(ShortCutOf(row.Key, row.Modifiers, row.Place), TextToShortCut(row.Text)) << row.Name;
   EXPECT_EQ(ShortCutToKeySequence(TextToShortCut("Ctrl+Shift+Q")), QKeySequence("Ctrl+Shift+Q"));
   EXPECT_TRUE(ShortCutToKeySequence(0).isEmpty());
 }

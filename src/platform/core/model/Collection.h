@@ -67,6 +67,8 @@ class TCollection : public TPersistent {
   void Delete(int index);
   void Clear();
   TCollectionItem* FindItemID(int id) const;
+  // Others hold the items: reading must not replace them by stored ones.
+  virtual bool ItemsAreHeld() const { return false; }
 
   // Clears, then adds a copy of every item of a source collection.
   void Assign(const TPersistent* source) override;

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "platform/core/text/Values.h"
 
@@ -22,5 +23,16 @@ using TMessageDlgProc =
 // Installs a procedure and answers the one before; an empty one brings the default back.
 TMessageDlgProc SetMessageDlgProc(TMessageDlgProc procedure);
 TMsgDlgBtn MessageDlg(const std::string& text, TMsgDlgType type, TMsgDlgButtons buttons);
+
+// What the next dialog shows in the place of its captions ("&Yes", "Confirm"), by which packages
+// find it and its buttons: the captions themselves stay. An empty answer shows the caption.
+using TDialogTexts = std::function<std::string(std::string_view caption)>;
+void SetDialogTexts(TDialogTexts texts);
+// For the dialog that is made: nobody gets them a second time.
+TDialogTexts TakeDialogTexts();
+
+// The window that dialogs stand over while no window of the program is active; 0: none.
+void SetDialogWindow(std::uintptr_t handle);
+std::uintptr_t DialogWindow();
 
 }  // namespace wrenfold

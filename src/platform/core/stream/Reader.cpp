@@ -524,6 +524,7 @@ void TReader::ReadClassValue(TPersistent& instance, const TPropInfo& property) {
     case TValueType::vaCollection: {
       auto* collection = dynamic_cast<TCollection*>(property.Access->GetObject(instance));
       if (collection == nullptr) throw EReadError("The property holds no collection");
+      if (collection->ItemsAreHeld()) throw EReadError("Its items cannot be replaced");
       return ReadCollection(*collection);
     }
     default:

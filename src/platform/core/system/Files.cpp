@@ -237,7 +237,7 @@ std::int64_t FileSize(const std::string& fileName) {
 }
 
 bool DeleteFile(const std::string& fileName) {
-  return ::unlink(fileName.c_str()) == 0;
+  return FileSystem().Remove(fileName) == 0;
 }
 
 std::string ModuleFileName(const void* address) {
