@@ -46,6 +46,10 @@ TColor ColorOf(std::uint32_t bits) {
   return static_cast<std::int32_t>(bits);
 }
 
+std::string ColorAsNumber(TColor color) {
+  return '$' + IntToHex(static_cast<std::uint32_t>(color.Value), 8);
+}
+
 // A frame that shows on every colour; no colour is crossed out.
 void DrawSwatch(QPainter& painter, const QRect& place, TColor color, const QPalette& palette) {
   painter.save();
@@ -184,8 +188,13 @@ TColor TColorEdit::InternalStringToColor(const std::string& text, TColor default
 
 std::string TColorEdit::InternalColorToString(TColor color) const {
   std::string name;
-  if (InternalColorToIdent(color, name)) return name;
-  return '$' + IntToHex(static_cast<std::uint32_t>(color.Value), 8);
+  return InternalColorToIdent(color, name) ? name : ColorAsNumber(color);
+}
+
+std::string ColorAsShownText(TColor color) {
+  for (const auto& [value, name] : ColorTable)
+    if (ColorOf(value) == color) return name;
+  return ColorAsNumber(color);
 }
 
 void TColorEdit::DrawPicture(QPainter& painter, const QRect& place, int index) const {

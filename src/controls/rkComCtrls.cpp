@@ -2,11 +2,13 @@
 
 #include <QKeyEvent>
 #include <QSignalBlocker>
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
 #include "controls/rkStdCtrls.h"
 #include "controls/rkWheelGuard.h"
+#include "platform/core/system/Exceptions.h"
 #include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Guard.h"
 #include "platform/widgets/ShortCuts.h"
@@ -83,7 +85,10 @@ const TTypeInfo& TSpinEdit::ClassInfo() {
 
 TSpinEdit::TSpinEdit(TComponent* owner, QWidget* parent) : TControlOf(owner, parent) {
   setRange(std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
+  setKeyboardTracking(false);
   TWheelGuard::Install(this);
+  connect(lineEdit(), &QLineEdit::textEdited, this,
+          [this] { Guarded(this, [this] { OnChange(this); }); });
   connect(this, &QSpinBox::valueChanged, this,
           [this] { Guarded(this, [this] { OnChange(this); }); });
 }
@@ -110,6 +115,11 @@ TDateTimePicker::TDateTimePicker(TComponent* owner, QWidget* parent) : TControlO
   // Without summer time: no hour is missing.
   setTimeSpec(Qt::UTC);
   setDateRange(QDate(100, 1, 1), QDate(9999, 12, 31));
+  setKeyboardTracking(false);
+  // The toolkit would make a value of a half-typed text whenever the cursor passes a separator.
+  disconnect(lineEdit(), &QLineEdit::cursorPositionChanged, this, nullptr);
+  connect(lineEdit(), &QLineEdit::textEdited, this,
+          [this] { Guarded(this, [this] { OnChange(this); }); });
   TWheelGuard::Install(this);
   SetKind(dtkDate);
   connect(this, &QDateTimeEdit::dateTimeChanged, this,
@@ -147,11 +157,75 @@ bool TDateTimePicker::ClaimsKey(const QKeyEvent& key) const {
   return IsEditingKey(key, lineEdit()->isUndoAvailable(), lineEdit()->isRedoAvailable());
 }
 
-// The toolkit would make another date of it, such as the last of the month.
-void TDateTimePicker::fixup(QString& text) const {
-  auto* self = const_cast<TDateTimePicker*>(this);
-  self->FRejected = FromQString(text);
-  Guarded(self, [self] { self->OnReject(self); });
+std::optional<QDateTime> TDateTimePicker::Parsed(const QString& text) const {
+  try {
+    const std::string entered = FromQString(text);
+    const TDateTime value = FKind == dtkDate ? StrToDateTime(entered) : StrToTime(entered);
+    if (value < FirstDay || value >= DayBehindLast) return std::nullopt;
+    const QDateTime parsed = ToQDateTime(value);
+    return FKind == dtkDate ? QDateTime(parsed.date(), time(), Qt::UTC)
+                            : QDateTime(date(), parsed.time(), Qt::UTC);
+  } catch (const EConvertError&) {
+    return std::nullopt;
+  }
+}
+
+QValidator::State TDateTimePicker::validate(QString& text, int&) const {
+  if (Parsed(text)) return QValidator::Acceptable;
+  const bool letters = displayFormat().contains("AP");
+  const bool possible = std::all_of(text.begin(), text.end(), [letters](QChar character) {
+    return character.isDigit() || character.isPunct() || character == ' ' || letters;
+  });
+  return possible ? QValidator::Intermediate : QValidator::Invalid;
+}
+
+QDateTime TDateTimePicker::dateTimeFromText(const QString& text) const {
+  return Parsed(text).value_or(dateTime());
+}
+
+// The toolkit would keep the separators and put each digit into a part of its own.
+void TDateTimePicker::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+    Guarded(this, [this] { Interpret(); });
+  const bool plain = !(event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier));
+  if (plain && !event->text().isEmpty() && event->text()[0].isPrint())
+    QAbstractSpinBox::keyPressEvent(event);
+  else TControlOf::keyPressEvent(event);
+}
+
+// The part that the cursor stands in, told by the separators in front of it.
+void TDateTimePicker::stepBy(int steps) {
+  const QString before = text().left(lineEdit()->cursorPosition());
+  const bool whole = lineEdit()->selectedText() == text();
+  Interpret();
+  int part = 0;
+  for (qsizetype i = 1; i < before.size(); ++i)
+    if (!before[i].isLetterOrNumber() && before[i - 1].isLetterOrNumber()) ++part;
+  setCurrentSectionIndex(whole ? 0 : std::min(part, sectionCount() - 1));
+  TControlOf::stepBy(steps);
+}
+
+// All of it, to be typed over; the arrows still step the first part.
+void TDateTimePicker::focusInEvent(QFocusEvent* event) {
+  TControlOf::focusInEvent(event);
+  if (event->reason() != Qt::MouseFocusReason && event->reason() != Qt::PopupFocusReason &&
+      event->reason() != Qt::ActiveWindowFocusReason)
+    lineEdit()->selectAll();
+}
+
+// The toolkit would make another date of what is none, such as the last of the month.
+void TDateTimePicker::Interpret() {
+  if (!Parsed(text())) {
+    FRejected = FromQString(text());
+    lineEdit()->setText(textFromDateTime(dateTime()));
+    OnReject(this);
+  }
+  interpretText();
+}
+
+void TDateTimePicker::focusOutEvent(QFocusEvent* event) {
+  Guarded(this, [this] { Interpret(); });
+  TControlOf::focusOutEvent(event);
 }
 
 const TTypeInfo& THotKeyEx::ClassInfo() {

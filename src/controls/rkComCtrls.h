@@ -5,6 +5,8 @@
 #include <QKeySequenceEdit>
 #include <QLineEdit>
 #include <QSpinBox>
+#include <QValidator>
+#include <optional>
 #include <string>
 
 #include "platform/widgets/Control.h"
@@ -12,8 +14,9 @@
 namespace wrenfold {
 
 // OnChange of all of them is raised by every change of the contents, by the user or by a call; the
-// sender is the control. A text that the user leaves and that is no value is put back to the value
-// before; OnReject is raised and Rejected() is the text.
+// sender is the control, and by every key that edits the text. The text becomes a value when the
+// user leaves it, presses Enter, or a call asks for it; what is no value is put back to the
+// value before, OnReject is raised and Rejected() is the text.
 
 // An integer of 32 bits with arrows.
 class TSpinEdit : public TControlOf<QSpinBox> {
@@ -66,15 +69,24 @@ class TDateTimePicker : public TControlOf<QDateTimeEdit> {
   bool SetDateTime(TDateTime value);
   bool CanUndo() const { return lineEdit()->isUndoAvailable(); }
   void Undo() { lineEdit()->undo(); }
+  // Makes a value of what was entered; what is none is rejected.
+  void Interpret();
 
   bool ClaimsKey(const QKeyEvent& key) const override;
   std::string Rejected() const { return FRejected; }
   TNotifyEvent OnChange, OnReject;
 
  protected:
-  void fixup(QString& text) const override;
+  // A text is taken whole, in the format of the settings, when the user leaves it or presses Enter.
+  QValidator::State validate(QString& text, int& position) const override;
+  QDateTime dateTimeFromText(const QString& text) const override;
+  void stepBy(int steps) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
 
  private:
+  std::optional<QDateTime> Parsed(const QString& text) const;
   TDateTimeKind FKind = dtkDate;
   TDateTime FValue;
   QDateTime FShown;

@@ -141,6 +141,9 @@ class TColorEdit : public TOwnerComboEdit {
   bool FDisplayNames = true;
 };
 
+// The table's name of a colour, else "$" and eight hexadecimal digits.
+std::string ColorAsShownText(TColor color);
+
 enum TFontDevice : std::uint8_t { fdScreen, fdPrinter, fdBoth };
 template <>
 struct TEnumDescription<TFontDevice> {

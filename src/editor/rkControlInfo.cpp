@@ -78,6 +78,8 @@ void ApplyLayoutSection(const TIniStrings& parameters, const std::string& sectio
   for (int i = 0; i < keys->Count(); ++i) {
     const std::string& key = (*keys)[i];
     const std::string& value = keys->KeyValue(i);
+    // A line without a value says nothing: the comment between two groups of defaults is one.
+    if (value.empty()) continue;
     if (EqualText(key, "Width")) ParseWidth(value, row.Width, row.WidthIsPercent);
     else if (EqualText(key, "CentredLabel")) row.CentredLabel = EqualText(value, "True");
     else if (row.EControl != nullptr) SetPropByText(*row.EControl, key, value);

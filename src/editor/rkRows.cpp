@@ -120,10 +120,6 @@ void TPropertyRow::SetControl(TControl* control, int height) {
   FWidget->installEventFilter(FWatcher.get());
 }
 
-int TPropertyRow::Height() const {
-  return FHeight;
-}
-
 int TPropertyRow::MinimumWidth() const {
   return 0;
 }
@@ -152,11 +148,14 @@ bool TPropertyRow::TakeValue() {
   try {
     Take();
   } catch (...) {
+    FTakeRefused = true;
     SetMessage(rmRefusal, ExceptionMessage(std::current_exception()));
     return false;
   }
   FModified = false;
-  if (FMessage.Kind == rmRefusal) SetMessage(rmNone, {});
+  // What the control itself has put back stays told.
+  if (FTakeRefused) SetMessage(rmNone, {});
+  FTakeRefused = false;
   return true;
 }
 
@@ -169,6 +168,12 @@ void TPropertyRow::ControlChanged() {
 
 void TPropertyRow::ControlCompleted() {
   if (!FShowing) Commit();
+}
+
+void TPropertyRow::Picked(TObject*) {
+  const QPointer<QWidget> life = FWidget;  // it goes with the row
+  ControlChanged();
+  if (life != nullptr) ControlCompleted();
 }
 
 void TPropertyRow::Commit() {

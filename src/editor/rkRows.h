@@ -85,7 +85,7 @@ class TPropertyRow : public TObject {
   TControl& Control() const { return *FControl; }
   // Logical pixels: the height is that of the kind; no layout may make the control narrower than
   // its indicator (a check mark, the arrows) needs.
-  int Height() const;
+  int Height() const { return FHeight; }
   virtual int MinimumWidth() const;
 
   // Names the control for assistive programs.
@@ -131,7 +131,13 @@ class TPropertyRow : public TObject {
   // at once.
   void ControlChanged();
   void ControlCompleted();
+  // The control has put back what was entered and shows the property's value again.
+  void ControlRestored() { FModified = false; }
   void SetMessage(TRowMessageKind kind, const std::string& text);
+  // The same as handlers of a control's events.
+  void Edited(TObject*) { ControlChanged(); }
+  void Completed(TObject*) { ControlCompleted(); }
+  void Picked(TObject*);
 
  private:
   class TWatcher;
@@ -142,7 +148,7 @@ class TPropertyRow : public TObject {
   QPointer<QWidget> FWidget;
   std::unique_ptr<TWatcher> FWatcher;
   int FHeight = 0;
-  bool FModified = false, FShowing = false;
+  bool FModified = false, FShowing = false, FTakeRefused = false;
   TRowMessage FMessage;
 };
 
