@@ -1,5 +1,7 @@
 // Whole files: what a failed write leaves behind, links, permissions, bytes.
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -101,12 +103,17 @@ TEST_F(FilesTest, WrittenFileStandsThoughItsDirectoryDoesNotSync) {
   }
 }
 
-TEST_F(FilesTest, TemporaryFileOfSomebodyElseIsNotTaken) {
+TEST_F(FilesTest, TemporaryFileOfALivingWriterStaysThatOfAKilledOneGoes) {
   const std::string taken = Path(".wrenfold-") + std::to_string(::getpid()) + "-0.tmp";
-  AppendToFile(taken, "not ours");
+  AppendToFile(taken, "half");
+  const int writer = ::open(taken.c_str(), O_RDONLY);
+  ASSERT_EQ(::flock(writer, LOCK_EX), 0);
   SafeWriteFile(Path("file"), "ours");
-  EXPECT_EQ(ReadWholeFile(taken), "not ours");
+  EXPECT_EQ(ReadWholeFile(taken), "half");
   EXPECT_EQ(ReadWholeFile(Path("file")), "ours");
+  ::close(writer);
+  SafeWriteFile(Path("file"), "again");
+  EXPECT_EQ(Entries(), 1) << "what a killed writer left stayed";
 }
 
 TEST_F(FilesTest, ReadOnlyDirectoryIsAnErrorInWords) {

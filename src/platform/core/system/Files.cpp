@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -74,6 +75,53 @@ class TSignalsWait {
   sigset_t FBefore{};
 };
 
+constexpr std::string_view TemporaryBegin = ".wrenfold-", TemporaryEnd = ".tmp";
+
+// A lock on an open file that outlives its handle. A temporary file is locked as long as its writer
+// lives, so that one without a lock is known to be left behind.
+class TWriterLock {
+ public:
+  TWriterLock() = default;
+  ~TWriterLock() { Release(); }
+  TWriterLock(const TWriterLock&) = delete;
+  TWriterLock& operator=(const TWriterLock&) = delete;
+
+  // False when somebody took the file for left behind and removed it in the meantime. File systems
+  // without locks have nobody who does.
+  bool Take(int handle) {
+    Release();
+    FHandle = ::fcntl(handle, F_DUPFD_CLOEXEC, 0);
+    struct stat status {};
+    if (FHandle < 0 || ::flock(FHandle, LOCK_EX) != 0 || ::fstat(FHandle, &status) != 0)
+      return true;
+    return status.st_nlink > 0;
+  }
+
+ private:
+  void Release() {
+    if (FHandle >= 0) ::close(std::exchange(FHandle, -1));
+  }
+  int FHandle = -1;
+};
+
+// Removes what writers left in the folder that were killed.
+void RemoveAbandoned(const std::string& folder) {
+  std::error_code error;
+  for (std::filesystem::directory_iterator entry(folder.empty() ? "." : folder, error), end;
+       !error && entry != end; entry.increment(error)) {
+    const std::string name = entry->path().filename().string();
+    if (!name.starts_with(TemporaryBegin) || !name.ends_with(TemporaryEnd)) continue;
+    const int handle =
+        ::open(entry->path().c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
+    if (handle < 0) continue;
+    struct stat status {};
+    if (::fstat(handle, &status) == 0 && S_ISREG(status.st_mode) &&
+        ::flock(handle, LOCK_EX | LOCK_NB) == 0)
+      ::unlink(entry->path().c_str());
+    ::close(handle);
+  }
+}
+
 // One replacement under way. Until it is done, the temporary file goes with it.
 class TReplacement {
  public:
@@ -107,11 +155,17 @@ class TReplacement {
     const bool replaces = ::stat(FTarget.c_str(), &old) == 0;
     // A name of its own: together with that of the file it might be too long.
     const std::string folder = FTarget.substr(0, FTarget.rfind('/') + 1);
+    RemoveAbandoned(folder);
     int error = EEXIST;
     for (int attempt = 0; error == EEXIST && attempt < 100; ++attempt) {
-      const std::string name = fmt::format("{}.wrenfold-{}-{}.tmp", folder, ::getpid(), attempt);
+      const std::string name =
+          fmt::format("{}{}{}-{}{}", folder, TemporaryBegin, ::getpid(), attempt, TemporaryEnd);
       error = FileSystem().CreateNew(name, replaces ? 0600 : 0666, FHandle);
-      if (error == 0) FTemporary = name;
+      if (error != 0) continue;
+      FTemporary = name;
+      if (FLock.Take(FHandle)) break;
+      FileSystem().Close(std::exchange(FHandle, -1));
+      error = EEXIST;
     }
     Check(error, "creating a temporary file beside it");
     if (!replaces) return;
@@ -126,6 +180,7 @@ class TReplacement {
   std::string FTarget;
   std::string FTemporary;
   int FHandle = -1;
+  TWriterLock FLock;
 };
 
 }  // namespace
