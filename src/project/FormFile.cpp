@@ -3,12 +3,15 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 
 #include "platform/core/system/Files.h"
 #include "platform/core/text/SysUtils.h"
+#include "project/CppScanner.h"
 #include "project/FileLookup.h"
 #include "project/PascalScanner.h"
 
@@ -16,7 +19,7 @@ namespace wrenfold {
 
 namespace {
 
-constexpr std::string_view FormExtensions[] = {".dfm", ".xfm", ".lfm"};
+constexpr std::string_view FormExtensions[] = {".dfm", ".xfm", ".fmx", ".lfm"};
 constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
 
 std::string BinaryStream(std::string bytes, TFormFormat format) {
@@ -37,17 +40,72 @@ std::string BinaryStream(std::string bytes, TFormFormat format) {
                                  place.Line, place.Column));
 }
 
-}  // namespace
+// The extension of the file that a resource directive names ("R *.dfm", "pragma resource
+// \"*.dfm\""), where that is a form.
+std::string FormExtensionIn(std::string_view directive, std::string_view keyword) {
+  if (directive.size() < keyword.size() || !EqualText(directive.substr(0, keyword.size()), keyword))
+    return {};
+  std::string_view name = Trim(directive.substr(keyword.size()));
+  name = name.substr(0, name.find_first_of(" \t"));
+  while (!name.empty() && (name.back() == '"' || name.back() == '\'')) name.remove_suffix(1);
+  return IsFormFileName(name) ? ExtractFileExt(std::string(name)) : std::string();
+}
 
-std::string FindFormFile(const std::string& unitFile) {
-  const std::filesystem::path path(unitFile);
-  TFileLookup lookup;
-  for (std::string_view extension : FormExtensions) {
-    std::string found =
-        lookup.Find(path.parent_path().string(), path.stem().string() + std::string(extension));
-    if (!found.empty()) return found;
+// The last one that counts, as a compiler would end up with.
+template <class Scanner>
+std::string LastFormExtension(Scanner scanner, std::initializer_list<std::string_view> keywords) {
+  std::string named;
+  for (TSourceToken token = scanner.Next(); token.Kind != TTokenKind::End; token = scanner.Next())
+    if (token.Kind == TTokenKind::Directive)
+      for (const std::string_view keyword : keywords)
+        if (std::string found = FormExtensionIn(token.Text, keyword); !found.empty())
+          named = std::move(found);
+  return named;
+}
+
+std::string NamedFormExtension(const std::string& unitFile, const TDefinedSymbols& symbols) {
+  try {
+    const std::string source = ReadWholeFile(unitFile);
+    return LanguageOfFile(unitFile) == TSourceLanguage::Cpp
+               ? LastFormExtension(TCppScanner(source, symbols), {"pragma resource "})
+               : LastFormExtension(TPascalScanner(source, symbols), {"R ", "RESOURCE "});
+  } catch (const Exception&) {
+    return {};  // a unit that is not there decides nothing
+  }
+}
+
+// The place that stands at the beginning of what a parser says.
+TSourcePlace PlaceIn(const std::string& message) {
+  for (const char* form : {"Line %d, column %d", "(%d,%d)"}) {
+    TSourcePlace place;
+    if (std::sscanf(message.c_str(), form, &place.Line, &place.Column) == 2) return place;
   }
   return {};
+}
+
+}  // namespace
+
+bool IsFormFileName(std::string_view fileName) {
+  const std::string extension = LowerCase(ExtractFileExt(std::string(fileName)));
+  return std::find(std::begin(FormExtensions), std::end(FormExtensions), extension) !=
+         std::end(FormExtensions);
+}
+
+std::string FindFormFile(const std::string& unitFile, const TDefinedSymbols& symbols) {
+  const std::filesystem::path path(unitFile);
+  TFileLookup lookup;
+  std::vector<std::string> found;
+  for (std::string_view extension : FormExtensions) {
+    std::string name =
+        lookup.Find(path.parent_path().string(), path.stem().string() + std::string(extension));
+    if (!name.empty()) found.push_back(std::move(name));
+  }
+  if (found.size() > 1) {
+    const std::string named = NamedFormExtension(unitFile, symbols);
+    for (const std::string& name : found)
+      if (EqualText(ExtractFileExt(name), named)) return name;
+  }
+  return found.empty() ? std::string() : found[0];
 }
 
 TFormHeader ReadFormHeader(const std::string& fileName) {
@@ -93,7 +151,8 @@ TFormFile ReadFormFile(std::string bytes, const std::string& fileName) {
   try {
     return {fileName, format, ReadDesignForm(BinaryStream(std::move(bytes), format))};
   } catch (const Exception& error) {
-    throw EFormFileError(fmt::format("{}: {}", fileName, error.Message()));
+    throw EFormFileError(fmt::format("{}: {}", fileName, error.Message()),
+                         PlaceIn(error.Message()));
   }
 }
 

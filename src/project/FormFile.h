@@ -11,18 +11,31 @@
 #include "platform/core/stream/DesignComponent.h"
 #include "platform/core/stream/FormSource.h"
 #include "platform/core/system/Exceptions.h"
+#include "project/Conditionals.h"
+#include "project/SourceText.h"
 
 namespace wrenfold {
 
-// A form file that cannot be read. The message names the file, the place and what is wrong.
+// A form file that cannot be read. The message names the file, the place and what is wrong; the
+// place is the first of the file where the trouble has none.
 class EFormFileError : public Exception {
  public:
-  using Exception::Exception;
+  explicit EFormFileError(const std::string& message, TSourcePlace place = {})
+      : Exception(message), FPlace(place) {}
+  const TSourcePlace& Place() const { return FPlace; }
+
+ private:
+  TSourcePlace FPlace;
 };
 
-// The form file beside a unit, with the extension .dfm, .xfm or .lfm (the first that is there).
-// Empty when there is none.
-std::string FindFormFile(const std::string& unitFile);
+// .dfm, .xfm, .fmx, .lfm, in any letter case.
+bool IsFormFileName(std::string_view fileName);
+
+// The form file beside a unit. Where there are several, it is the one that the unit's own resource
+// directives name ({$R *.lfm}, #pragma resource "*.dfm") with these symbols defined, else the first
+// of .dfm, .xfm, .fmx, .lfm. Empty when there is none.
+std::string FindFormFile(const std::string& unitFile,
+                         const TDefinedSymbols& symbols = DefaultSymbols());
 
 // The names in the first line of a text form. Both are empty when it is none.
 struct TFormHeader {

@@ -37,8 +37,8 @@ std::unique_ptr<TProject> TProject::Open(const std::string& fileName,
   std::unique_ptr<TProject> project(new TProject(TTextFile::Load(path.string())));
   project->FFolder = path.parent_path().string();
   project->FSymbols = symbols;
-  // Projects that two compilers build tell them apart by this symbol.
-  if (EqualText(path.extension().string(), ".lpr")) project->FSymbols.insert("FPC");
+  // Projects that two compilers build tell compiler and library apart by these symbols.
+  if (EqualText(path.extension().string(), ".lpr")) project->FSymbols.insert({"FPC", "LCL"});
   project->Refresh();
   return project;
 }
@@ -79,7 +79,7 @@ std::optional<TProjectModule> TProject::MakeModule(const TProjectEntry& entry,
     module.Message = MissingMessage(entry, module.FileName);
   } else if (entry.Path.empty()) {
     // Sources that give no file names carry no notes either: the form file knows its name.
-    const std::string formFile = FindFormFile(module.FileName);
+    const std::string formFile = FindFormFile(module.FileName, FSymbols);
     if (!formFile.empty()) module.FormName = ReadFormHeader(formFile).FormName;
   }
   return module;
@@ -183,7 +183,7 @@ std::vector<std::string> TProject::ClassChain(const TProjectModule& module,
 }
 
 TFormFile TProject::LoadForm(const TProjectModule& module) {
-  const std::string fileName = FindFormFile(module.FileName);
+  const std::string fileName = FindFormFile(module.FileName, FSymbols);
   if (fileName.empty()) return {};
   TFormFile form = LoadFormFile(fileName);
   std::vector<std::string> chain = ClassChain(module, form.Root->StoredClassName());

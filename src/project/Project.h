@@ -52,6 +52,9 @@ class TProject {
   TProjectKind Kind() const { return FSource.Kind; }
   TSourceLanguage Language() const { return FSource.Language; }
 
+  // What conditional compilation has defined in units of this kind of project.
+  const TDefinedSymbols& Symbols() const { return FSymbols; }
+
   // In the order of the source. Units that the source names without a file belong to the project
   // when they stand beside it.
   const std::vector<TProjectModule>& Modules() const { return FModules; }

@@ -338,13 +338,13 @@ IOTAModuleInfo* TProjectHolder::GetModule(int index) {
   return index >= 0 && index < GetModuleCount() ? FInfos[index].get() : nullptr;
 }
 
-void AddUnitFiles(TModule& module) {
+void AddUnitFiles(TModule& module, const TDefinedSymbols& symbols) {
   const std::string& fileName = module.FileName();
   if (LanguageOfFile(fileName) == TSourceLanguage::Cpp) {
     const std::string header = FindHeader(fileName);
     if (!header.empty() && header != fileName) module.AddSource(header);
   }
-  const std::string form = FindFormFile(fileName);
+  const std::string form = FindFormFile(fileName, symbols);
   if (!form.empty() && form != fileName) module.AddForm(form);
 }
 

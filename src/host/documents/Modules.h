@@ -313,6 +313,7 @@ class TProjectGroup final : public TModuleOf<IOTAProjectGroup> {
 };
 
 // The header of a C++ unit, the form file of a unit: what belongs to the module of that file.
-void AddUnitFiles(TModule& module);
+// The symbols are those that conditional compilation has defined in the unit.
+void AddUnitFiles(TModule& module, const TDefinedSymbols& symbols);
 
 }  // namespace wrenfold

@@ -16,7 +16,6 @@ namespace wrenfold {
 namespace {
 
 constexpr std::string_view ProjectExtensions[] = {".dpr", ".dpk", ".lpr"};
-constexpr std::string_view FormExtensions[] = {".dfm", ".xfm", ".lfm"};
 constexpr std::string_view HeaderExtensions[] = {".h", ".hpp"};
 constexpr const char* PascalUnits[] = {".pas", ".PAS", ".Pas"};
 constexpr const char* CppUnits[] = {".cpp", ".CPP", ".cc", ".cxx"};
@@ -42,9 +41,8 @@ std::string FirstExisting(const std::string& fileName, const Table& extensions) 
 // The unit that a header or form file belongs to; the file itself where there is none.
 std::string UnitOf(const std::string& fileName) {
   std::string unit;
-  if (HasExtension(fileName, FormExtensions)) unit = FirstExisting(fileName, PascalUnits);
-  if (unit.empty() &&
-      (HasExtension(fileName, FormExtensions) || HasExtension(fileName, HeaderExtensions)))
+  if (IsFormFileName(fileName)) unit = FirstExisting(fileName, PascalUnits);
+  if (unit.empty() && (IsFormFileName(fileName) || HasExtension(fileName, HeaderExtensions)))
     unit = FirstExisting(fileName, CppUnits);
   return unit.empty() ? fileName : unit;
 }
@@ -133,11 +131,11 @@ TModule& TWorkspace::Open(const std::string& fileName) {
   if (!FileExists(unit)) throw EFOpenError(fmt::format("{}: there is no such file", unit));
   auto* module = new TUnitModule(FHost, unit);
   const TIntf<IOTAModule> held(module);
-  if (HasExtension(unit, FormExtensions)) {
+  if (IsFormFileName(unit)) {
     module->AddForm(unit);
   } else {
     module->AddSource(unit);
-    AddUnitFiles(*module);
+    AddUnitFiles(*module, FProject != nullptr ? FProject->Project().Symbols() : DefaultSymbols());
   }
   Take(module);
   UpdateOwners();
