@@ -19,13 +19,13 @@ class SaveQuestion : public HostTest, public testing::WithParamInterface<TCloseC
   bool CloseIt(TEditPage& page) {
     switch (GetParam().Way) {
       case ByPage:
-        return Workbench->ClosePage(page);
+        return Workbench->Views().ClosePage(page);
       case ByModule:
         return page.Source().GetModule()->Close();
       case ByCloseAll:
-        return Workbench->CloseAll();
+        return Workbench->Documents().CloseAll();
       case ByCloseProject:
-        return Workbench->CloseProject();
+        return Workbench->Documents().CloseProject();
       default:
         return Workbench->CloseQuery();
     }
@@ -33,7 +33,7 @@ class SaveQuestion : public HostTest, public testing::WithParamInterface<TCloseC
 };
 
 TEST_P(SaveQuestion, DecidesOverTextAndPage) {
-  ASSERT_TRUE(Workbench->OpenProject(WriteProject()));
+  ASSERT_TRUE(Workbench->Documents().OpenProject(WriteProject()));
   const std::string file = FileOf("Tools"), before = Folder.Read(file);
   TEditPage& page = OpenPage(file);
   const TIntf<TSourceEditor> source(&page.Source());
@@ -68,14 +68,14 @@ INSTANTIATE_TEST_SUITE_P(Host, SaveQuestion, testing::ValuesIn(CloseCases()), Ca
 class Closing : public HostTest {};
 
 TEST_F(Closing, CancelKeepsEveryUnitWhenSeveralAreModified) {
-  ASSERT_TRUE(Workbench->OpenProject(WriteProject()));
+  ASSERT_TRUE(Workbench->Documents().OpenProject(WriteProject()));
   for (const char* unit : {"Tools", "Child"}) {
     OpenPage(FileOf(unit));
     Type("{x}");
   }
   const auto pages = Workbench->EditWindow().Pages().size();
   Answers = {mbNo, mbCancel};
-  EXPECT_FALSE(Workbench->CloseAll());
+  EXPECT_FALSE(Workbench->Documents().CloseAll());
   EXPECT_EQ(Workbench->EditWindow().Pages().size(), pages);
   EXPECT_TRUE(Document(FileOf("Tools")).Modified()) << "an answer was carried out too early";
 }
@@ -84,15 +84,15 @@ TEST_F(Closing, OneOfTwoViewsGoesWithoutAQuestionTheLastOneAsks) {
   const std::string file = Folder.Write("A.pas", "unit A;\r\n");
   TEditPage& first = OpenPage(file);
   const TIntf<TSourceEditor> source(&first.Source());
-  Workbench->ViewNewEditWindow();
+  Run("ViewNewEditWindowCommand");
   TEditPage& second = *Workbench->EditWindow().ActivePage();
   EXPECT_EQ(source->GetEditViewCount(), 2);
   Type("x");
-  EXPECT_TRUE(Workbench->ClosePage(second));
+  EXPECT_TRUE(Workbench->Views().ClosePage(second));
   EXPECT_EQ(source->GetEditViewCount(), 1);
   EXPECT_EQ(source->GetText(0, 2), "xu") << "the other view lost the edit";
   Answers = {mbNo};
-  EXPECT_TRUE(Workbench->ClosePage(first));
+  EXPECT_TRUE(Workbench->Views().ClosePage(first));
   EXPECT_EQ(Workbench->Workspace().Find(file), nullptr) << "a module without a page stayed open";
   EXPECT_EQ(source->GetEditViewCount(), 0);
   EXPECT_EQ(source->GetText(0, 2), "") << "a closed module's editor still answers";
@@ -100,11 +100,11 @@ TEST_F(Closing, OneOfTwoViewsGoesWithoutAQuestionTheLastOneAsks) {
 
 TEST_F(Closing, DiscardedEditsOfTheProjectSourceDoNotComeBack) {
   const std::string file = WriteProject();
-  ASSERT_TRUE(Workbench->OpenProject(file));
+  ASSERT_TRUE(Workbench->Documents().OpenProject(file));
   TEditPage& page = OpenPage(file);
   Type("{x}");
   Answers = {mbNo};
-  EXPECT_TRUE(Workbench->ClosePage(page));
+  EXPECT_TRUE(Workbench->Views().ClosePage(page));
   ASSERT_NE(Workbench->Workspace().Project(), nullptr) << "closing the page closed the project";
   OpenPage(file);
   EXPECT_FALSE(Document(file).Modified());
@@ -145,7 +145,7 @@ TEST_F(Closing, TheQuestionIsAFormThatTimersSee) {
     }
   });
   timer.start(20);
-  EXPECT_TRUE(Workbench->ClosePage(page));
+  EXPECT_TRUE(Workbench->Views().ClosePage(page));
   EXPECT_TRUE(seen);
   EXPECT_EQ(Folder.Read(file), "unit A;\r\n");
 }

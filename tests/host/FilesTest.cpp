@@ -23,7 +23,7 @@ TEST_P(StoredForm, IsKeptByASave) {
   const std::string file = Folder.Write("A.pas", GetParam().Before);
   OpenPage(file);
   Type("x");
-  ASSERT_TRUE(Workbench->SaveAll());
+  ASSERT_TRUE(Workbench->Documents().SaveAll());
   EXPECT_EQ(Folder.Read(file), GetParam().After);
   EXPECT_FALSE(Document(file).Modified());
 }
@@ -70,13 +70,13 @@ TEST_F(Files, CharacterThatTheEncodingLacksIsSavedAsUtf8OnlyWhenWanted) {
   OpenPage(file);
   Type("\xE4\xB8\xAD");
   Answers = {mbNo};
-  EXPECT_FALSE(Workbench->SaveAll());
+  EXPECT_FALSE(Workbench->Documents().SaveAll());
   EXPECT_EQ(Folder.Read(file),
             "gr\xF6\xDF"
             "e\r\n");
   EXPECT_TRUE(Document(file).Modified());
   Answers = {mbYes};
-  EXPECT_TRUE(Workbench->SaveAll());
+  EXPECT_TRUE(Workbench->Documents().SaveAll());
   EXPECT_EQ(Folder.Read(file),
             "\xEF\xBB\xBF\xE4\xB8\xADgr\xC3\xB6\xC3\x9F"
             "e\r\n");
@@ -87,10 +87,10 @@ TEST_F(Files, ChangedOnDiskIsReadAgainWhenTheUserWantsIt) {
   OpenPage(file);
   ChangeOnDisk(file, "two\r\n");
   Answers = {mbYes};
-  Workbench->CheckDisk();
+  Workbench->DiskWatch().Check();
   EXPECT_EQ(Document(file).Text(), "two\r\n");
   EXPECT_FALSE(Document(file).Modified());
-  Workbench->CheckDisk();
+  Workbench->DiskWatch().Check();
 }
 
 TEST_F(Files, EditsStayWhenTheChangeOnDiskIsRefusedAndItIsNotAskedAgain) {
@@ -99,9 +99,9 @@ TEST_F(Files, EditsStayWhenTheChangeOnDiskIsRefusedAndItIsNotAskedAgain) {
   Type("mine ");
   ChangeOnDisk(file, "two\r\n");
   Answers = {mbNo};
-  Workbench->CheckDisk();
+  Workbench->DiskWatch().Check();
   EXPECT_EQ(Document(file).Text(), "mine one\r\n");
-  Workbench->CheckDisk();
+  Workbench->DiskWatch().Check();
   EXPECT_EQ(Folder.Read(file), "two\r\n");
 }
 
@@ -111,9 +111,9 @@ TEST_F(Files, EditsReplacedByAReloadComeBackByUndo) {
   Type("mine ");
   ChangeOnDisk(file, "two\r\n");
   Answers = {mbYes};
-  Workbench->CheckDisk();
+  Workbench->DiskWatch().Check();
   ASSERT_EQ(Document(file).Text(), "two\r\n");
-  Workbench->EditUndo();
+  Run("EditUndoCommand");
   EXPECT_EQ(Document(file).Text(), "mine one\r\n");
   EXPECT_TRUE(Document(file).Modified());
 }
@@ -124,7 +124,7 @@ TEST_F(Files, ChangeThatWasNotSeenYetIsNotWrittenOverUnasked) {
   Type("x");
   ChangeOnDisk(file, "two\r\n");
   Answers = {mbNo};
-  EXPECT_FALSE(Workbench->SaveAll());
+  EXPECT_FALSE(Workbench->Documents().SaveAll());
   EXPECT_EQ(Folder.Read(file), "two\r\n");
 }
 
@@ -140,26 +140,26 @@ TEST_F(Files, SavedFormDiffersInTheChangedValueAlone) {
 }
 
 TEST_F(Files, FormChangedOnDiskIsReadAgainAndEditsOfItAreAskedFor) {
-  ASSERT_TRUE(Workbench->OpenProject(WriteProject()));
+  ASSERT_TRUE(Workbench->Documents().OpenProject(WriteProject()));
   const std::string file = Folder.Path() + "/Main.dfm", bytes = Folder.Read(file);
   TFormEditor& form = *Workbench->Workspace().Find(file)->FormEditor();
   ChangeOnDisk(file, "object MainForm: TMainForm\r\n  Left = 77\r\nend\r\n");
-  Workbench->CheckDisk();
+  Workbench->DiskWatch().Check();
   EXPECT_EQ(form.Document()->Root().Properties().size(), 1u);
   form.MarkModified();
   ChangeOnDisk(file, bytes);
   Answers = {mbNo};
-  Workbench->CheckDisk();
+  Workbench->DiskWatch().Check();
   EXPECT_EQ(form.Document()->Root().Properties().size(), 1u);
-  Workbench->CheckDisk();
+  Workbench->DiskWatch().Check();
   // A change that was not seen yet is not written over unasked.
   ChangeOnDisk(file, bytes + "\r\n");
   Answers = {mbNo};
-  EXPECT_FALSE(Workbench->SaveAll());
+  EXPECT_FALSE(Workbench->Documents().SaveAll());
   EXPECT_EQ(Folder.Read(file), bytes + "\r\n");
   fs::permissions(file, fs::perms::owner_read);
   Answers = {mbNo};
-  EXPECT_FALSE(Workbench->SaveAll());
+  EXPECT_FALSE(Workbench->Documents().SaveAll());
   EXPECT_EQ(Folder.Read(file), bytes + "\r\n");
 }
 
@@ -167,10 +167,10 @@ TEST_F(Files, RemovedFileKeepsItsTextInTheEditor) {
   const std::string file = Folder.Write("A.pas", "one\r\n");
   OpenPage(file);
   fs::remove(file);
-  Workbench->CheckDisk();
+  Workbench->DiskWatch().Check();
   EXPECT_TRUE(Document(file).Modified());
   EXPECT_TRUE(HasMessage("A.pas is no longer on disk"));
-  EXPECT_TRUE(Workbench->SaveAll());
+  EXPECT_TRUE(Workbench->Documents().SaveAll());
   EXPECT_EQ(Folder.Read(file), "one\r\n");
 }
 
@@ -181,8 +181,8 @@ TEST_F(Files, ReadOnlyFileIsMarkedAndSavedUnderAnotherName) {
   EXPECT_TRUE(Document(file).ReadOnly());
   Type("x");
   Answers = {mbYes};
-  Workbench->FileDialogs.Save = [&](auto&&...) { return other; };
-  EXPECT_TRUE(Workbench->SaveAll());
+  Workbench->FileDialogs().Save = [&](auto&&...) { return other; };
+  EXPECT_TRUE(Workbench->Documents().SaveAll());
   EXPECT_EQ(Folder.Read(file), "one\r\n");
   EXPECT_EQ(Folder.Read(other), "xone\r\n");
   EXPECT_EQ(Workbench->EditWindow().Tabs().Tabs()->Get(0), "B");
@@ -194,23 +194,23 @@ TEST_F(Files, FailedSaveKeepsPageTextAndMark) {
   Type("x");
   fs::remove_all(Folder.Path() + "/sub");
   Answers = {mbYes, mbOK};  // save it; the message that it failed
-  EXPECT_FALSE(Workbench->ClosePage(page));
+  EXPECT_FALSE(Workbench->Views().ClosePage(page));
   EXPECT_EQ(Document(file).Text(), "xone\r\n");
   EXPECT_TRUE(Document(file).Modified());
 }
 
 TEST_F(Files, NewUnitAsksForItsNameAndTakesTheFirstFreeOne) {
-  ASSERT_TRUE(Workbench->OpenProject(WriteProject()));
+  ASSERT_TRUE(Workbench->Documents().OpenProject(WriteProject()));
   Folder.Write("Unit1.pas", "");
-  Workbench->NewUnit(TSourceLanguage::Pascal);
-  Workbench->NewUnit(TSourceLanguage::Pascal);
+  Workbench->Documents().NewUnit(TSourceLanguage::Pascal);
+  Workbench->Documents().NewUnit(TSourceLanguage::Pascal);
   EXPECT_EQ(Workbench->EditWindow().ActivePage()->Source().FileName(), FileOf("Unit3"));
   std::string asked;
-  Workbench->FileDialogs.Save = [&](const std::string&, const std::string& name, auto&&...) {
+  Workbench->FileDialogs().Save = [&](const std::string&, const std::string& name, auto&&...) {
     asked = name;
     return std::string();
   };
-  Workbench->FileSave();
+  Run("FileSaveCommand");
   EXPECT_EQ(asked, FileOf("Unit3"));
   EXPECT_FALSE(fs::exists(FileOf("Unit3"))) << "giving up wrote a file";
 }
@@ -244,10 +244,10 @@ struct TBrokenCase {
 class BrokenProject : public HostTest, public testing::WithParamInterface<TBrokenCase> {};
 
 TEST_P(BrokenProject, IsRefusedInWordsAndTheOpenOneStays) {
-  ASSERT_TRUE(Workbench->OpenProject(WriteProject()));
+  ASSERT_TRUE(Workbench->Documents().OpenProject(WriteProject()));
   const std::string file = GetParam().Bytes ? Folder.Write(GetParam().FileName, *GetParam().Bytes)
                                             : Folder.Path() + "/" + GetParam().FileName;
-  EXPECT_FALSE(Workbench->OpenProject(file));
+  EXPECT_FALSE(Workbench->Documents().OpenProject(file));
   EXPECT_TRUE(HasMessage(GetParam().FileName));
   ASSERT_NE(Workbench->Workspace().Project(), nullptr);
   EXPECT_EQ(Workbench->Workspace().Project()->Project().Name(), "Sample");
@@ -266,22 +266,22 @@ INSTANTIATE_TEST_SUITE_P(Host, BrokenProject, testing::ValuesIn(BrokenCases), Ca
 TEST_F(Files, MissingUnitIsListedAndTheRestOpens) {
   const std::string project = WriteProject();
   fs::remove(FileOf("Child"));
-  ASSERT_TRUE(Workbench->OpenProject(project));
+  ASSERT_TRUE(Workbench->Documents().OpenProject(project));
   EXPECT_TRUE(HasMessage("Child.pas"));
-  EXPECT_TRUE(Workbench->OpenFile(FileOf("Tools")));
-  EXPECT_EQ(Workbench->OpenModule(FileOf("Child")), nullptr);
+  EXPECT_TRUE(Workbench->Documents().OpenFile(FileOf("Tools")));
+  EXPECT_EQ(Workbench->Documents().OpenModule(FileOf("Child")), nullptr);
 }
 
 TEST_F(Files, PagesOfAProjectComeBackWithIt) {
   const std::string project = WriteProject();
-  ASSERT_TRUE(Workbench->OpenProject(project));
+  ASSERT_TRUE(Workbench->Documents().OpenProject(project));
   EXPECT_EQ(Workbench->EditWindow().ActivePage()->Source().FileName(), FileOf("Main"))
       << "the main form's unit is what one starts with";
   OpenPage(FileOf("Tools"));
-  Workbench->ViewNewEditWindow();
+  Run("ViewNewEditWindowCommand");
   ASSERT_TRUE(Workbench->CloseQuery());
   Restart();
-  ASSERT_TRUE(Workbench->OpenProject(project));
+  ASSERT_TRUE(Workbench->Documents().OpenProject(project));
   const auto pages = Workbench->EditWindow().Pages();
   ASSERT_EQ(pages.size(), 4u);
   EXPECT_EQ(&pages[2]->Source(), &pages[3]->Source());

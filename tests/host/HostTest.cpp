@@ -66,7 +66,7 @@ std::string HostTest::WriteProject() {
 }
 
 TEditPage& HostTest::OpenPage(const std::string& fileName) {
-  EXPECT_TRUE(Workbench->OpenFile(fileName));
+  EXPECT_TRUE(Workbench->Documents().OpenFile(fileName));
   return *Workbench->EditWindow().ActivePage();
 }
 

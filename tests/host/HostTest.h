@@ -27,6 +27,8 @@ class HostTest : public testing::Test {
   // The name of the file of a unit of that project.
   std::string FileOf(const std::string& unit) const { return Folder.Path() + "/" + unit + ".pas"; }
   TEditPage& OpenPage(const std::string& fileName);
+  // As its menu item or button does.
+  void Run(const char* command) { Workbench->Commands().Find(command)->Execute(); }
   // As the user types, at the beginning of the active page.
   void Type(const std::string& text);
   TUnitDocument& Document(const std::string& fileName);

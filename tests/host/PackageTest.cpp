@@ -50,11 +50,11 @@ class Package : public HostTest, public testing::WithParamInterface<TPackageCase
 
 TEST_P(Package, ThatCannotBeLoadedIsNamedAndTheWorkbenchGoesOn) {
   const std::string file = Prepare();
-  EXPECT_FALSE(Workbench->LoadPackage(file));
+  EXPECT_FALSE(Workbench->Packages().Load(file));
   EXPECT_TRUE(HasMessage(file)) << Workbench->Messages().Text(0);
   EXPECT_TRUE(HasMessage(GetParam().Expected)) << Workbench->Messages().Text(0);
   EXPECT_EQ(Workbench->Services().WizardCount(), 0);
-  EXPECT_TRUE(Workbench->OpenProject(WriteProject()));
+  EXPECT_TRUE(Workbench->Documents().OpenProject(WriteProject()));
 }
 const TPackageCase PackageCases[] = {
     {"NoRegister", "test_package_plain.so", None, "with the entry \"Register\""},
@@ -71,12 +71,12 @@ INSTANTIATE_TEST_SUITE_P(Host, Package, testing::ValuesIn(PackageCases), CaseNam
 class Packages : public HostTest {};
 
 TEST_F(Packages, WizardEndsBeforeTheMenusDo) {
-  ASSERT_TRUE(Workbench->LoadPackage(PackageFile("test_package_wizard.so")));
+  ASSERT_TRUE(Workbench->Packages().Load(PackageFile("test_package_wizard.so")));
   EXPECT_EQ(Workbench->Services().WizardCount(), 1);
-  EXPECT_NE(Workbench->MainMenu().Items()->Find("Sample"), nullptr);
-  Workbench->UnloadPackages();
+  EXPECT_NE(Workbench->Commands().Menu().Items()->Find("Sample"), nullptr);
+  Workbench->Packages().Unload();
   EXPECT_EQ(Workbench->Caption(), "ended in order");
-  EXPECT_EQ(Workbench->MainMenu().Items()->Find("Sample"), nullptr);
+  EXPECT_EQ(Workbench->Commands().Menu().Items()->Find("Sample"), nullptr);
 }
 
 }  // namespace

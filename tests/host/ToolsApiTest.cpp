@@ -35,7 +35,7 @@ TEST_F(ToolsApi, ComponentsThatPackagesLookForHaveTheirNames) {
 
 // What a screen reader and a user who looks for a key need of every command and control.
 TEST_F(ToolsApi, EverythingHasANameAnAccessibleNameAndItsKeyInTheToolTip) {
-  for (const TAction* action : Workbench->Actions().Actions()) {
+  for (const TAction* action : Workbench->Commands().Actions().Actions()) {
     EXPECT_FALSE(action->Name().empty()) << action->Caption();
     EXPECT_FALSE(action->Hint().empty()) << action->Name();
   }
@@ -62,7 +62,7 @@ TEST_F(ToolsApi, EverythingHasANameAnAccessibleNameAndItsKeyInTheToolTip) {
 }
 
 TEST_F(ToolsApi, ProjectListsItsModulesAndOpensThem) {
-  ASSERT_TRUE(Workbench->OpenProject(WriteProject()));
+  ASSERT_TRUE(Workbench->Documents().OpenProject(WriteProject()));
   IOTAProject* project = Project();
   ASSERT_NE(project, nullptr);
   std::string listed;
@@ -115,7 +115,7 @@ TEST_F(ToolsApi, TabsRewrittenByOthersKeepThePageAndItsText) {
 
 TEST_F(ToolsApi, ViewsRememberTheirCursors) {
   TEditPage& first = OpenPage(Folder.Write("A.pas", "one\r\ntwo\r\nthree\r\n"));
-  Workbench->ViewNewEditWindow();
+  Run("ViewNewEditWindowCommand");
   TEditPage& second = *Workbench->EditWindow().ActivePage();
   second.View().SetCursorPos(3, 2);
   first.View().SetCursorPos(2, 3);
@@ -143,7 +143,7 @@ TEST_F(ToolsApi, HeldNotifiersHearOfSavesAndOfTheEnd) {
   TEditPage& page = OpenPage(Folder.Write("A.pas", "one"));
   page.Source().AddNotifier(new TNotifier(heard));
   Type("x");
-  Workbench->SaveAll();
+  Workbench->Documents().SaveAll();
   page.Source().GetModule()->Close();
   EXPECT_EQ(heard, "modified before after end ");
 }
@@ -156,24 +156,24 @@ class Inspector : public HostTest {
 };
 
 TEST_F(Inspector, EditedValueChangesItsLineOfTheFormFileAlone) {
-  ASSERT_TRUE(Workbench->OpenProject(WriteProject()));
+  ASSERT_TRUE(Workbench->Documents().OpenProject(WriteProject()));
   const std::string file = Folder.Path() + "/Main.dfm";
   std::string expected = Folder.Read(file);
   expected.replace(expected.find("'Main'"), 6, "'It'#39's new'");
   ASSERT_NE(Row("Caption"), nullptr);
   Row("Caption")->setText(1, "'It''s new'");
-  EXPECT_TRUE(Workbench->SaveAll());
+  EXPECT_TRUE(Workbench->Documents().SaveAll());
   EXPECT_EQ(Folder.Read(file), expected);
 }
 
 TEST_F(Inspector, WhatIsNoValueIsRefusedAndTheOldOneStays) {
-  ASSERT_TRUE(Workbench->OpenProject(WriteProject()));
+  ASSERT_TRUE(Workbench->Documents().OpenProject(WriteProject()));
   for (const char* text : {"'open", "10 Top = 5", "", "end"}) {
     Answers = {mbOK};
     Row("Left")->setText(1, text);
     EXPECT_EQ(Row("Left")->text(1).toStdString(), "10") << text;
   }
-  EXPECT_FALSE(Workbench->CanSaveAll());
+  EXPECT_FALSE(Workbench->Documents().Modified());
 }
 
 }  // namespace

@@ -40,6 +40,7 @@ TMessagePanel::TMessagePanel(TComponent* owner, QWidget* parent)
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->addWidget(FList);
+  setFocusProxy(FList);
   connect(FList, &QTreeWidget::itemActivated, this,
           [this](QTreeWidgetItem* item) { Guarded(this, [&] { Open(item); }); });
 

@@ -4,12 +4,11 @@
 #include <QTreeWidget>
 #include <functional>
 
+#include "host/documents/DocumentViews.h"
 #include "platform/widgets/Forms.h"
 #include "platform/widgets/Menus.h"
 
 namespace wrenfold {
-
-enum class TMessageKind { Information, Warning, Error };
 
 class TMessagePanel : public TForm {
  public:

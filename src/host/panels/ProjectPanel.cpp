@@ -14,7 +14,7 @@ namespace wrenfold {
 
 namespace {
 
-constexpr int FileRole = Qt::UserRole;
+enum TRole { FileRole = Qt::UserRole, CaptionRole };
 
 const char* IconOf(const TProjectModule& module) {
   if (module.State == TModuleState::Missing) return "missing";
@@ -82,6 +82,7 @@ TProjectPanel::TProjectPanel(TComponent* owner, QWidget* parent)
   filterRow->addWidget(FFilter);
   column->addLayout(filterRow);
   column->addWidget(FTree);
+  setFocusProxy(FTree);
   connect(FFilter, &QLineEdit::textChanged, this, &TProjectPanel::FilterChanged);
   connect(FTree, &QTreeWidget::itemActivated, this,
           [this](QTreeWidgetItem* item) { Guarded(this, [&] { OpenItem(item); }); });
@@ -113,6 +114,22 @@ void TProjectPanel::ShowProject(const TProject* project) {
   FTree->addTopLevelItem(root);
   root->setExpanded(true);
   FilterChanged(FFilter->text());
+}
+
+void TProjectPanel::ShowModified(const std::string& fileName, bool modified) {
+  QTreeWidgetItem* root = FTree->topLevelItem(0);
+  if (root == nullptr) return;
+  const auto mark = [&](QTreeWidgetItem* item) {
+    if (item->data(0, FileRole).toString() != ToQString(fileName)) return false;
+    const QVariant kept = item->data(0, CaptionRole);
+    const QString caption = kept.isValid() ? kept.toString() : item->text(0);
+    item->setData(0, CaptionRole, caption);
+    item->setText(0, modified ? caption + " *" : caption);
+    return true;
+  };
+  if (mark(root)) return;
+  for (int i = 0; i < root->childCount(); ++i)
+    if (mark(root->child(i))) return;
 }
 
 void TProjectPanel::FilterChanged(const QString& text) {

@@ -20,6 +20,8 @@ class TProjectPanel : public TForm {
 
   // Shows the project, or none. The project is not kept.
   void ShowProject(const TProject* project);
+  // Marks the module of that file, or takes its mark away.
+  void ShowModified(const std::string& fileName, bool modified);
   QTreeWidget& Tree() { return *FTree; }
   QLineEdit& Filter() { return *FFilter; }
 

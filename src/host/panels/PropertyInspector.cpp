@@ -84,6 +84,7 @@ TPropertyInspector::TPropertyInspector(TComponent* owner, QWidget* parent)
   row->addWidget(FComponents);
   column->addLayout(row);
   column->addWidget(FGrid);
+  setFocusProxy(FGrid);
   connect(FComponents, &QComboBox::activated, this,
           [this](int index) { Guarded(this, [&] { ComponentChosen(index); }); });
   connect(FGrid, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item, int index) {

@@ -4,7 +4,9 @@
 #include <QCoreApplication>
 #include <QStandardPaths>
 
-#include "host/shell/Workbench.h"
+#include "host/documents/Documents.h"
+#include "platform/widgets/Forms.h"
+#include "platform/widgets/Menus.h"
 #include "platform/widgets/Text.h"
 #include "platform/widgets/ToolBar.h"
 
@@ -21,7 +23,7 @@ void TakeWizard(IOTAWizard* wizard) {
 
 }  // namespace
 
-TToolsServices::TToolsServices(TWorkbench& workbench) : FWorkbench(workbench) {
+TToolsServices::TToolsServices(const TEnvironment& environment) : F(environment) {
   Services = this;
   BorlandIDEServices = static_cast<IOTAServices*>(this);
   SetRegisterWizardProc(TakeWizard);
@@ -53,9 +55,7 @@ void TToolsServices::EndWizards() {
     RemoveWizard(static_cast<int>(FWizards.size()) - 1);
     FWizards.pop_back();
   }
-  for (std::size_t i = 0; i < FNotifiers.size(); ++i)
-    if (const auto notifier = std::exchange(FNotifiers[i], nullptr)) notifier->Destroyed();
-  FNotifiers.clear();
+  F.Documents.Notifiers().End();
   // What they released goes while its code is still there.
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
@@ -66,21 +66,12 @@ int TToolsServices::WizardCount() const {
   return count;
 }
 
-bool TToolsServices::NotifyFile(TOTAFileNotification code, const std::string& fileName) {
-  bool cancel = false;
-  for (std::size_t i = 0; i < FNotifiers.size(); ++i)
-    if (const TIntf<IOTAIDENotifier> held = FNotifiers[i])
-      held->FileNotification(code, fileName, cancel);
-  return !cancel;
-}
-
 int TToolsServices::AddNotifier(IOTAIDENotifier* notifier) {
-  FNotifiers.emplace_back(notifier);
-  return static_cast<int>(FNotifiers.size()) - 1;
+  return F.Documents.Notifiers().Add(notifier);
 }
 
 void TToolsServices::RemoveNotifier(int index) {
-  if (index >= 0 && index < static_cast<int>(FNotifiers.size())) FNotifiers[index] = nullptr;
+  F.Documents.Notifiers().Remove(index);
 }
 
 std::string TToolsServices::GetRootDirectory() {
@@ -89,65 +80,65 @@ std::string TToolsServices::GetRootDirectory() {
 }
 
 TForm* TToolsServices::GetParentForm() {
-  return &FWorkbench;
+  return &F.MainForm;
 }
 
 IOTAModule* TToolsServices::CurrentModule() {
-  TModule* module = FWorkbench.CurrentModule();
+  TModule* module = F.Documents.CurrentModule();
   return module != nullptr ? module->Interface() : nullptr;
 }
 
 int TToolsServices::GetModuleCount() {
-  return static_cast<int>(FWorkbench.Workspace().Modules().size());
+  return static_cast<int>(F.Documents.Workspace().Modules().size());
 }
 
 IOTAModule* TToolsServices::GetModule(int index) {
-  const std::vector<TModule*> modules = FWorkbench.Workspace().Modules();
+  const std::vector<TModule*> modules = F.Documents.Workspace().Modules();
   const bool valid = index >= 0 && index < static_cast<int>(modules.size());
   return valid ? modules[index]->Interface() : nullptr;
 }
 
 IOTAModule* TToolsServices::FindModule(const std::string& fileName) {
-  TModule* module = FWorkbench.Workspace().Find(fileName);
+  TModule* module = F.Documents.Workspace().Find(fileName);
   return module != nullptr ? module->Interface() : nullptr;
 }
 
 bool TToolsServices::OpenFile(const std::string& fileName) {
-  return FWorkbench.OpenFile(fileName);
+  return F.Documents.OpenFile(fileName);
 }
 
 bool TToolsServices::CloseFile(const std::string& fileName) {
-  TModule* module = FWorkbench.Workspace().Find(fileName);
-  return module != nullptr && FWorkbench.CloseModule(*module, true);
+  TModule* module = F.Documents.Workspace().Find(fileName);
+  return module != nullptr && F.Documents.CloseModule(*module, true);
 }
 
 bool TToolsServices::ReloadFile(const std::string& fileName) {
-  return FWorkbench.ReloadFile(fileName);
+  return F.Documents.ReloadFile(fileName);
 }
 
 bool TToolsServices::SaveFile(const std::string& fileName) {
-  TModule* module = FWorkbench.Workspace().Find(fileName);
-  return module != nullptr && FWorkbench.SaveModule(*module, false, false);
+  TModule* module = F.Documents.Workspace().Find(fileName);
+  return module != nullptr && F.Documents.SaveModule(*module, false, false);
 }
 
 TMainMenu* TToolsServices::GetMainMenu() {
-  return &FWorkbench.MainMenu();
+  return &F.Menu;
 }
 
 TActionList* TToolsServices::GetActionList() {
-  return &FWorkbench.Actions();
+  return &F.Actions;
 }
 
 TImageList* TToolsServices::GetImageList() {
-  return &FWorkbench.Images();
+  return &F.Images;
 }
 
 TToolBar* TToolsServices::GetToolBar(const std::string& name) {
-  return dynamic_cast<TToolBar*>(FWorkbench.FindComponent(name));
+  return dynamic_cast<TToolBar*>(F.MainForm.FindComponent(name));
 }
 
 int TToolsServices::AddMasked(const QIcon& image) {
-  return FWorkbench.Images().Add(image);
+  return F.Images.Add(image);
 }
 
 }  // namespace wrenfold

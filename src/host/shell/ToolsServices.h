@@ -9,7 +9,7 @@
 
 namespace wrenfold {
 
-class TWorkbench;
+class TDocuments;
 
 // All services in one object, which lives as long as the workbench holds it: counting is off.
 class TToolsServices final : public IOTAServices,
@@ -18,17 +18,22 @@ class TToolsServices final : public IOTAServices,
                              public IOTAWizardServices,
                              public INTAServices {
  public:
+  // What packages are served from; all must outlive this object.
+  struct TEnvironment {
+    TForm& MainForm;
+    TDocuments& Documents;
+    TMainMenu& Menu;
+    TActionList& Actions;
+    TImageList& Images;
+  };
   // Makes itself BorlandIDEServices and takes wizards from here on.
-  explicit TToolsServices(TWorkbench& workbench);
+  explicit TToolsServices(const TEnvironment& environment);
   // The wizards must have been ended.
   ~TToolsServices();
 
   // Destroys the wizards, the last one first, and forgets all notifiers.
   void EndWizards();
   int WizardCount() const;
-
-  // Tells the environment's notifiers; false when one of them wants to stop the operation.
-  bool NotifyFile(TOTAFileNotification code, const std::string& fileName);
 
   HResult QueryInterface(const TGuid& iid, void** result) override;
   int _AddRef() override { return -1; }
@@ -59,9 +64,8 @@ class TToolsServices final : public IOTAServices,
   int AddMasked(const QIcon& image) override;
 
  private:
-  TWorkbench& FWorkbench;
+  const TEnvironment F;
   std::vector<TIntf<IOTAWizard>> FWizards;
-  std::vector<TIntf<IOTAIDENotifier>> FNotifiers;
 };
 
 }  // namespace wrenfold

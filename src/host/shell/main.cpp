@@ -29,10 +29,10 @@ std::string FindSuite() {
 }
 
 void LoadPackages(TWorkbench& workbench, const TOptions& options) {
-  for (const std::string& package : options.Packages) workbench.LoadPackage(package);
+  for (const std::string& package : options.Packages) workbench.Packages().Load(package);
   if (options.NoPackage || !options.Packages.empty()) return;
   const std::string suite = FindSuite();
-  if (!suite.empty()) workbench.LoadPackage(suite);
+  if (!suite.empty()) workbench.Packages().Load(suite);
   else
     workbench.Messages().Add(
         TMessageKind::Warning,
@@ -52,9 +52,10 @@ int Run(TApplication& application, const TOptions& options) {
   // Packages first: they may want to see the main window being shown.
   LoadPackages(workbench, options);
   workbench.Show();
-  for (const std::string& file : options.Files) workbench.OpenAny(file);
+  if (options.Files.empty()) workbench.Sessions().OpenLast();
+  for (const std::string& file : options.Files) workbench.Documents().OpenAny(file);
   const int code = application.Run();
-  workbench.UnloadPackages();
+  workbench.Packages().Unload();
   application.SetMainForm(nullptr);
   return code;
 }
@@ -71,7 +72,7 @@ int main(int argc, char** argv) {
       ->allow_extra_args(false);
   parser.add_flag("--no-package", options.NoPackage, "Load no package");
   parser.add_option("files", options.Files, "A project, units")->type_name("FILE");
-  parser.set_version_flag("--version", "Wrenfold " WRENFOLD_VERSION);
+  parser.set_version_flag("--version", TWorkbench::VersionText());
   // The toolkit takes its own options out first.
   int count = argc;
   const bool words =

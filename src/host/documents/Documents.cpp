@@ -1,0 +1,261 @@
+// Opening and closing, with the notifications before and after.
+#include "host/documents/Documents.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+
+#include "platform/core/model/Dialogs.h"
+#include "platform/core/text/SysUtils.h"
+#include "platform/widgets/Application.h"
+
+namespace wrenfold {
+
+namespace {
+
+// More places of one kind than these are counted, not listed.
+constexpr std::size_t ListedProblems = 50;
+
+std::string Plural(std::size_t count, const char* one, const char* many) {
+  return fmt::format("{} {}", count, count == 1 ? one : many);
+}
+
+bool IsUnit(const TModule& module) {
+  return dynamic_cast<const TUnitModule*>(&module) != nullptr;
+}
+
+}  // namespace
+
+std::string Summary(const TProjectStatistics& counts) {
+  std::string text = Plural(counts.Units, "unit", "units");
+  if (counts.Forms != 0) text += ", " + Plural(counts.Forms, "form", "forms");
+  if (counts.Frames != 0) text += ", " + Plural(counts.Frames, "frame", "frames");
+  if (counts.DataModules != 0)
+    text += ", " + Plural(counts.DataModules, "data module", "data modules");
+  if (counts.Missing != 0) text += fmt::format(", {} missing", counts.Missing);
+  return text;
+}
+
+// --- opening
+
+bool TDocuments::OpenAny(const std::string& fileName) {
+  return IsProjectFile(fileName) ? OpenProject(fileName) : OpenFile(fileName);
+}
+
+bool TDocuments::OpenProject(const std::string& fileName) {
+  const std::string name = AbsoluteFileName(fileName);
+  if (TProjectHolder* open = FWorkspace.Project(); open != nullptr && open->FileName() == name) {
+    ShowSource(*open->Sources()[0]);
+    return true;
+  }
+  if (!FNotifiers.Notify(ofnFileOpening, name)) return false;
+  const TWaitCursor wait;
+  try {
+    // A project that cannot be opened leaves the one that is open alone.
+    TProject::Open(name);
+    if (!CloseProject()) return false;
+    TProjectHolder& project = FWorkspace.OpenProject(name);
+    FViews.ProjectChanged(&project);
+    ReportProject(project.Project());
+    FSettings.RememberFile(name);
+    FNotifiers.Notify(ofnFileOpened, name);
+    FNotifiers.Notify(ofnActiveProjectChanged, name);
+    if (OnProjectOpened) OnProjectOpened(project);
+  } catch (const Exception& e) {
+    ReportError(e.Message());
+    return false;
+  }
+  return true;
+}
+
+void TDocuments::ReportProject(const TProject& project) {
+  FViews.Tell({.Kind = TMessageKind::Information,
+               .Text = fmt::format("Project {} is open: {}.", project.Name(),
+                                   Summary(project.Statistics()))});
+  std::size_t listed = 0;
+  const auto warn = [&](const std::string& place, const std::string& message, int line) {
+    if (++listed <= ListedProblems)
+      FViews.Tell({TMessageKind::Warning,
+                   fmt::format("{}({}): {}", project.FileName(), place, message),
+                   project.FileName(), line});
+  };
+  for (const TSourceProblem& problem : project.Problems())
+    warn(fmt::format("{},{}", problem.Place.Line, problem.Place.Column), problem.Message,
+         problem.Place.Line);
+  for (const TProjectModule& module : project.Modules())
+    if (module.State == TModuleState::Missing)
+      warn(IntToStr(module.Line), module.Message, module.Line);
+  if (listed > ListedProblems)
+    FViews.Tell({.Kind = TMessageKind::Warning,
+                 .Text = fmt::format("{} more places of the project are not listed",
+                                     listed - ListedProblems)});
+}
+
+TModule* TDocuments::OpenModule(const std::string& fileName) {
+  if (TModule* open = FWorkspace.Find(fileName)) return open;
+  const std::string name = AbsoluteFileName(fileName);
+  if (!FNotifiers.Notify(ofnFileOpening, name)) return nullptr;
+  try {
+    TModule& module = FWorkspace.Open(name);
+    FNotifiers.Notify(ofnFileOpened, name);
+    return &module;
+  } catch (const Exception& e) {
+    ReportError(e.Message());
+    return nullptr;
+  }
+}
+
+bool TDocuments::OpenFile(const std::string& fileName) {
+  const std::string name = AbsoluteFileName(fileName);
+  TModule* module = OpenModule(name);
+  return module != nullptr && ShowModule(*module, name);
+}
+
+// The source or form of that file name.
+bool TDocuments::ShowModule(TModule& module, const std::string& fileName) {
+  if (TSourceEditor* source = module.FindSource(fileName)) {
+    ShowSource(*source);
+    if (FViews.ViewsOf(*source).empty()) return false;
+    if (!source->Document().Untitled()) FSettings.RememberFile(fileName);
+    return true;
+  }
+  if (module.FormEditor() != nullptr) {
+    ShowForm(*module.FormEditor());
+    return FViews.DesignerOf(*module.FormEditor()) != nullptr;
+  }
+  ReportError(fileName + ": the file is no source and no form");
+  return false;
+}
+
+bool TDocuments::OpenFileAt(const std::string& fileName, int line) {
+  if (!OpenFile(fileName)) return false;
+  if (line > 0) FViews.GoTo(line, 1);
+  return true;
+}
+
+void TDocuments::NewUnit(TSourceLanguage language) {
+  TModule& module = FWorkspace.NewUnit(language);
+  FNotifiers.Notify(ofnFileOpened, module.FileName());
+  ShowSource(*module.Sources()[0]);
+}
+
+bool TDocuments::ReloadFile(const std::string& fileName) {
+  TModule* module = FWorkspace.Find(fileName);
+  if (module == nullptr) return false;
+  try {
+    if (TSourceEditor* source = module->FindSource(AbsoluteFileName(fileName))) {
+      if (source->LoadedDocument() != nullptr) source->LoadedDocument()->Reload();
+    } else if (TFormEditor* form = module->FormEditor()) {
+      FViews.FormGoes(*form);
+      form->Forget();
+      EditorChanged(*module);
+      FViews.FormRead(*form);
+    }
+    return true;
+  } catch (const Exception& e) {
+    ReportError(e.Message());
+    return false;
+  }
+}
+
+void TDocuments::ShowSource(TSourceEditor& editor) {
+  try {
+    FViews.ShowSource(editor);
+  } catch (const Exception& e) {
+    ReportError(e.Message());
+    if (TModule* module = editor.Module(); module != nullptr && !FViews.Shows(*module, nullptr))
+      if (IsUnit(*module)) CloseModule(*module, true);
+  }
+}
+
+void TDocuments::ShowForm(TFormEditor& editor) {
+  if (editor.Document() != nullptr) FViews.ShowForm(editor);
+  else ReportError(editor.FileName() + ": the form cannot be shown");
+}
+
+// --- closing
+
+bool TDocuments::Modified() const {
+  const std::vector<TModule*> modules = FWorkspace.Modules();
+  return std::any_of(modules.begin(), modules.end(), [](const auto* m) { return m->Modified(); });
+}
+
+bool TDocuments::MayClosePage(TSourceEditor& source, bool last) {
+  TModule* module = source.Module();
+  if (module == nullptr) return false;
+  if (!last) return true;
+  const bool goes = module != FWorkspace.Project() && !FViews.Shows(*module, &source);
+  return !(goes ? module->Modified() : source.Modified()) || FSaving.Settle(*module);
+}
+
+void TDocuments::PageClosed(TSourceEditor& source, bool last) {
+  if (!last) return;
+  TModule* module = source.Module();
+  source.Forget();
+  // The project stays open without its page.
+  if (module == nullptr || module == FWorkspace.Project()) return;
+  if (!FViews.Shows(*module, nullptr)) CloseModule(*module, false);
+}
+
+void TDocuments::CloseHidden() {
+  for (TModule* module : FWorkspace.Modules())
+    if (IsUnit(*module) && !FViews.Shows(*module, nullptr)) CloseModule(*module, true);
+}
+
+void TDocuments::Remove(TModule& module) {
+  FViews.Drop(module);
+  FWorkspace.Remove(module);
+}
+
+bool TDocuments::CloseModule(TModule& module, bool ask) {
+  if (&module == FWorkspace.Project()) return CloseProject();
+  const TIntf<IOTAModule> held(module.Interface());
+  if (!FNotifiers.Notify(ofnFileClosing, module.FileName())) return false;
+  if (ask && !FSaving.Settle(module)) return false;
+  Remove(module);
+  return true;
+}
+
+bool TDocuments::CloseProject() {
+  TProjectHolder* project = FWorkspace.Project();
+  if (project == nullptr) return true;
+  std::vector<TModule*> own;
+  for (TModule* module : FWorkspace.Modules())
+    if (module == project || !module->Owners.empty()) own.push_back(module);
+  for (TModule* module : own)
+    if (!FSaving.Settle(*module)) return false;
+  for (TModule* module : own)
+    if ((IsUnit(*module) || module == project) &&
+        !FNotifiers.Notify(ofnFileClosing, module->FileName()))
+      return false;
+  if (OnProjectCloses) OnProjectCloses();
+  for (TModule* module : own)
+    if (IsUnit(*module)) Remove(*module);
+  EndProject();
+  return true;
+}
+
+void TDocuments::EndProject() {
+  TProjectHolder* project = FWorkspace.Project();
+  if (project == nullptr) return;
+  FViews.Drop(*project);
+  FWorkspace.CloseProject();
+  FViews.ProjectChanged(nullptr);
+  FNotifiers.Notify(ofnActiveProjectChanged, "");
+}
+
+bool TDocuments::CloseAll() {
+  if (!FSaving.SettleAll()) return false;
+  const std::vector<TModule*> modules = FWorkspace.Modules();
+  for (TModule* module : modules)
+    if ((IsUnit(*module) || module == FWorkspace.Project()) &&
+        !FNotifiers.Notify(ofnFileClosing, module->FileName()))
+      return false;
+  if (OnProjectCloses) OnProjectCloses();
+  for (TModule* module : modules)
+    if (IsUnit(*module)) Remove(*module);
+  EndProject();
+  return true;
+}
+
+}  // namespace wrenfold

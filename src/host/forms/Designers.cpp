@@ -1,0 +1,68 @@
+// Makes, finds and ends designer windows.
+#include "host/forms/Designers.h"
+
+#include <QTimer>
+#include <algorithm>
+#include <utility>
+
+#include "platform/widgets/Guard.h"
+
+namespace wrenfold {
+
+TDesigners::TDesigners(TForm& owner) : FOwner(owner) {}
+
+TDesigners::~TDesigners() {
+  Clear();
+}
+
+TDesignerForm* TDesigners::Find(const TFormEditor& editor) const {
+  const auto found = std::find_if(FWindows.begin(), FWindows.end(),
+                                  [&](const auto* window) { return &window->Editor() == &editor; });
+  return found != FWindows.end() ? *found : nullptr;
+}
+
+bool TDesigners::Shows(const TFormEditor& editor) const {
+  const TDesignerForm* window = Find(editor);
+  return window != nullptr && window->isVisible();
+}
+
+void TDesigners::Show(TFormEditor& editor) {
+  TDesignerForm* window = Find(editor);
+  if (window == nullptr) {
+    window = NewForm<TDesignerForm>(&FOwner, editor);
+    FWindows.push_back(window);
+    FreeNotification(window);
+    Bind<&TDesigners::Closed>(window->OnClose, this);
+    window->CenterOnScreen();
+  }
+  window->Show();
+}
+
+void TDesigners::Drop(TFormEditor& editor) {
+  TDesignerForm* window = Find(editor);
+  if (window == nullptr) return;
+  window->Hide();
+  delete window;
+}
+
+void TDesigners::Clear() {
+  while (!FWindows.empty()) delete FWindows.back();
+}
+
+void TDesigners::Notification(TComponent* component, TOperation operation) {
+  TComponent::Notification(component, operation);
+  if (operation == opRemove) std::erase(FWindows, component);
+}
+
+void TDesigners::Closed(TObject* sender, TCloseAction& action) {
+  action = caHide;
+  const QPointer<TDesignerForm> window = dynamic_cast<TDesignerForm*>(sender);
+  // When the window is hidden, its module may have no window left.
+  QTimer::singleShot(0, window, [this, window] {
+    Guarded(nullptr, [&] {
+      if (window != nullptr && !window->isVisible() && OnClosed) OnClosed(window->Editor());
+    });
+  });
+}
+
+}  // namespace wrenfold

@@ -1,0 +1,74 @@
+// Has the table of panels; a new panel is a row.
+#include "host/shell/Panels.h"
+
+#include <QApplication>
+
+#include "host/panels/MessagePanel.h"
+#include "host/panels/ProjectPanel.h"
+#include "host/panels/PropertyInspector.h"
+#include "platform/widgets/Text.h"
+
+namespace wrenfold {
+
+namespace {
+
+template <class Panel>
+TForm* Make(TForm& owner) {
+  return NewForm<Panel>(&owner);
+}
+
+struct TPanel {
+  TForm* (*Make)(TForm& owner);
+  Qt::DockWidgetArea Area;
+  int Width, Height;  // at first, in device-independent pixels
+};
+// In the order in which those of one side stand below each other.
+constexpr TPanel Table[] = {
+    {Make<TProjectPanel>, Qt::LeftDockWidgetArea, 250, 360},
+    {Make<TPropertyInspector>, Qt::LeftDockWidgetArea, 250, 240},
+    {Make<TMessagePanel>, Qt::BottomDockWidgetArea, 600, 110},
+};
+
+QDockWidget* Dock(TForm& panel, QMainWindow& window) {
+  auto* dock = new QDockWidget(ToQString(panel.Caption()), &window);
+  dock->setObjectName(ToQString(panel.Name() + "Dock"));
+  dock->setWidget(&panel);
+  panel.show();
+  return dock;
+}
+
+}  // namespace
+
+TPanels::TPanels(TForm& owner, QMainWindow& window) {
+  window.setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+  QList<QDockWidget*> docks;
+  QList<int> widths, heights;
+  for (const TPanel& row : Table) {
+    TForm* panel = FForms.emplace_back(row.Make(owner));
+    docks.append(Dock(*panel, window));
+    window.addDockWidget(row.Area, docks.back());
+    widths.append(row.Width);
+    heights.append(row.Height);
+  }
+  window.resizeDocks(docks, widths, Qt::Horizontal);
+  window.resizeDocks(docks, heights, Qt::Vertical);
+}
+
+QDockWidget& TPanels::DockOf(TForm& panel) {
+  return dynamic_cast<QDockWidget&>(*panel.parentWidget());
+}
+
+bool TPanels::Switch(TForm& panel) {
+  QDockWidget& dock = DockOf(panel);
+  if (dock.isVisible() && panel.isAncestorOf(QApplication::focusWidget())) {
+    dock.hide();
+    return false;
+  }
+  dock.show();
+  dock.raise();
+  panel.Show();
+  if (panel.focusProxy() != nullptr) panel.focusProxy()->setFocus();
+  return true;
+}
+
+}  // namespace wrenfold
