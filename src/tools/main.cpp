@@ -39,10 +39,24 @@ int Convert(const TArguments& arguments, TOutput& output) {
   return ecTrouble;
 }
 
+// What is said of a command line that cannot be understood.
+std::string Misunderstood(const CLI::App* app, const CLI::Error& error) {
+  const bool noCommand = app->get_parent() == nullptr && app->get_subcommands().empty();
+  if (!noCommand) return CLI::FailureMessage::simple(app, error);
+  const std::vector<std::string> rest = app->remaining();
+  std::string text = "wrenfold-spc: expected a command";
+  if (!rest.empty()) text += ", found " + rest[0];
+  text += ". The commands are:\n";
+  for (const CLI::App* command : app->get_subcommands({}))
+    text += "  " + command->get_name() + ": " + command->get_description() + "\n";
+  return text + "Run with --help for more.\n";
+}
+
 int Run(int argc, char** argv) {
   CLI::App app{"Convert, inspect and check stored objects and form files.", "wrenfold-spc"};
   app.set_version_flag("--version", "wrenfold-spc " WRENFOLD_VERSION);
   app.require_subcommand(1);
+  app.failure_message(Misunderstood);
   TArguments arguments;
 
   CLI::App* info = app.add_subcommand("info", "Tell what files are and hold");

@@ -25,6 +25,9 @@ class TDocumentViews {
   virtual void ShowSource(TSourceEditor& editor) = 0;
   // Another page of the text, active from now on. Raises EFOpenError.
   virtual void AddPage(TSourceEditor& editor) = 0;
+  // Between the two, pages are only collected; they are shown at the end.
+  virtual void BeginPages() = 0;
+  virtual void EndPages() = 0;
   // Puts the cursor of the active page on a line and column, from 1.
   virtual void GoTo(int line, int column) = 0;
   // The form, which was read before, is shown in its designer.

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "platform/core/model/Dialogs.h"
+#include "platform/core/system/Files.h"
 #include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Application.h"
 
@@ -39,7 +40,36 @@ std::string Summary(const TProjectStatistics& counts) {
 // --- opening
 
 bool TDocuments::OpenAny(const std::string& fileName) {
+  if (DirectoryExists(fileName)) {
+    const std::string project = ProjectOf(AbsoluteFileName(fileName));
+    return !project.empty() && OpenProject(project);
+  }
   return IsProjectFile(fileName) ? OpenProject(fileName) : OpenFile(fileName);
+}
+
+void TDocuments::OpenAll(const std::vector<std::string>& files) {
+  const TWaitCursor wait;
+  std::vector<std::string> opened;
+  FOpened = &opened;
+  FViews.BeginPages();
+  for (const std::string& file : files) OpenAny(file);
+  FOpened = nullptr;
+  FSettings.RememberFiles(opened);
+  FViews.EndPages();
+}
+
+void TDocuments::Remember(const std::string& fileName) {
+  if (FOpened != nullptr) FOpened->push_back(fileName);
+  else FSettings.RememberFiles({fileName});
+}
+
+// The one project of a folder, or the one that the user chooses; empty when there is none.
+std::string TDocuments::ProjectOf(const std::string& folder) {
+  const std::vector<std::string> projects = ProjectsIn(folder);
+  if (projects.empty())
+    ReportError(folder + ": expected a project (.dpr, .dpk, .lpr or C++) in it");
+  if (projects.size() <= 1) return projects.empty() ? std::string() : projects[0];
+  return FSaving.Dialogs.Choose ? FSaving.Dialogs.Choose("Open project", projects) : projects[0];
 }
 
 bool TDocuments::OpenProject(const std::string& fileName) {
@@ -57,7 +87,7 @@ bool TDocuments::OpenProject(const std::string& fileName) {
     TProjectHolder& project = FWorkspace.OpenProject(name);
     FViews.ProjectChanged(&project);
     ReportProject(project.Project());
-    FSettings.RememberFile(name);
+    Remember(name);
     FNotifiers.Notify(ofnFileOpened, name);
     FNotifiers.Notify(ofnActiveProjectChanged, name);
     if (OnProjectOpened) OnProjectOpened(project);
@@ -113,15 +143,21 @@ bool TDocuments::OpenFile(const std::string& fileName) {
 
 // The source or form of that file name.
 bool TDocuments::ShowModule(TModule& module, const std::string& fileName) {
-  if (TSourceEditor* source = module.FindSource(fileName)) {
+  // The text of a form stands for it as long as the form cannot be read.
+  TFormEditor* form = module.FormEditor();
+  const bool readable =
+      form != nullptr && form->FileName() == fileName && form->Document() != nullptr;
+  if (TSourceEditor* source = readable ? nullptr : module.FindSource(fileName)) {
     ShowSource(*source);
     if (FViews.ViewsOf(*source).empty()) return false;
-    if (!source->Document().Untitled()) FSettings.RememberFile(fileName);
+    if (!source->Document().Untitled()) Remember(fileName);
     return true;
   }
-  if (module.FormEditor() != nullptr) {
-    ShowForm(*module.FormEditor());
-    return FViews.DesignerOf(*module.FormEditor()) != nullptr;
+  if (form != nullptr) {
+    ShowForm(*form);
+    const TSourceEditor* text = module.FindSource(fileName);
+    return FViews.DesignerOf(*form) != nullptr ||
+           (text != nullptr && !FViews.ViewsOf(*text).empty());
   }
   ReportError(fileName + ": the file is no source and no form");
   return false;
@@ -170,7 +206,21 @@ void TDocuments::ShowSource(TSourceEditor& editor) {
 
 void TDocuments::ShowForm(TFormEditor& editor) {
   if (editor.Document() != nullptr) FViews.ShowForm(editor);
-  else ReportError(editor.FileName() + ": the form cannot be shown");
+  else ShowFormText(editor);
+}
+
+// A form that cannot be read is shown as text, at the place of the trouble.
+void TDocuments::ShowFormText(TFormEditor& editor) {
+  TModule* module = editor.Module();
+  const std::string& name = editor.FileName();
+  const bool text = FileExists(name) && ReadWholeFile(name).find('\0') == std::string::npos;
+  if (module == nullptr || !text)
+    return ReportError(name + ": the form cannot be shown, and it is no text either");
+  TSourceEditor* source = module->FindSource(name);
+  if (source == nullptr) source = &module->AddSource(name);
+  ShowSource(*source);
+  if (!FViews.ViewsOf(*source).empty())
+    FViews.GoTo(editor.TroublePlace().Line, editor.TroublePlace().Column);
 }
 
 // --- closing

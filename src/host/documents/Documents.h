@@ -25,8 +25,11 @@ class TDocuments final : public TModuleHost {
   TSaving& Saving() { return FSaving; }
   TFileNotifiers& Notifiers() { return FNotifiers; }
 
-  // A project or a unit, by what the file is. False, the user told, when it cannot be opened.
+  // A project, also by its folder, or a unit, by what the file is. False, the user told, when it
+  // cannot be opened.
   bool OpenAny(const std::string& fileName);
+  // The same for each; many are opened in one go.
+  void OpenAll(const std::vector<std::string>& files);
   bool OpenProject(const std::string& fileName);
   bool OpenFile(const std::string& fileName);
   // Goes to a line, from 1.
@@ -75,7 +78,10 @@ class TDocuments final : public TModuleHost {
 
  private:
   bool ShowModule(TModule& module, const std::string& fileName);
+  void ShowFormText(TFormEditor& editor);
+  std::string ProjectOf(const std::string& folder);
   void ReportProject(const TProject& project);
+  void Remember(const std::string& fileName);
   void Remove(TModule& module);
   void EndProject();
 
@@ -85,6 +91,7 @@ class TDocuments final : public TModuleHost {
   TFileNotifiers FNotifiers;
   TWorkspace FWorkspace;
   TSaving FSaving;
+  std::vector<std::string>* FOpened = nullptr;  // what is to be remembered when all are open
 };
 
 // "12 units, 3 forms", with what else there is.

@@ -25,6 +25,7 @@ constexpr TFileKind FileKinds[] = {
     {".dpk", THighlighting::Pascal}, {".lpr", THighlighting::Pascal},
     {".inc", THighlighting::Pascal}, {".pp", THighlighting::Pascal},
     {".dfm", THighlighting::Pascal}, {".xfm", THighlighting::Pascal},
+    {".fmx", THighlighting::Pascal}, {".lfm", THighlighting::Pascal},
     {".cpp", THighlighting::Cpp},    {".cc", THighlighting::Cpp},
     {".cxx", THighlighting::Cpp},    {".c", THighlighting::Cpp},
     {".h", THighlighting::Cpp},      {".hpp", THighlighting::Cpp},
@@ -87,6 +88,21 @@ constexpr TStyleTint CppStyles[] = {
 // The lexers of the toolkit bring styles with fonts and grounds of their own, 0 to 127.
 constexpr int StyleCount = 128;
 
+// The toolkit's words, but for a directive of long ago that is the name of a namespace today.
+class TPascalLexer final : public QsciLexerPascal {
+ public:
+  TPascalLexer() {
+    for (const QByteArray& word : QByteArray(QsciLexerPascal::keywords(1)).split(' '))
+      if (word != "winapi") FWords += word + ' ';
+  }
+  const char* keywords(int set) const override {
+    return set == 1 ? FWords.constData() : QsciLexerPascal::keywords(set);
+  }
+
+ private:
+  QByteArray FWords;
+};
+
 bool DarkGround() {
   return QApplication::palette().color(QPalette::Base).lightness() < 128;
 }
@@ -128,7 +144,7 @@ THighlighting HighlightingOf(std::string_view fileName) {
 }
 
 THighlighter::THighlighter(QsciScintilla& editor)
-    : FEditor(editor), FPascal(new QsciLexerPascal), FCpp(new QsciLexerCPP) {
+    : FEditor(editor), FPascal(new TPascalLexer), FCpp(new QsciLexerCPP) {
   Recolour();
 }
 

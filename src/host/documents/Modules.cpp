@@ -22,6 +22,12 @@ void TNotifierList::Call(void (IOTANotifier::*operation)()) {
     if (const TIntf<IOTANotifier> held = FNotifiers[i]) (held.get()->*operation)();
 }
 
+void TNotifierList::CallForm(const std::function<void(IOTAFormNotifier&)>& operation) {
+  for (std::size_t i = 0; i < FNotifiers.size(); ++i)
+    if (const TIntf<IOTAFormNotifier> held = Supports<IOTAFormNotifier>(FNotifiers[i].get()))
+      operation(*held);
+}
+
 void TNotifierList::End() {
   Call(&IOTANotifier::Destroyed);
   FNotifiers.clear();
@@ -143,6 +149,8 @@ void TDesigner::SetSelections(const std::vector<TComponent*>& components) {
     if (component == root || (component != nullptr && component->Owner() == root))
       FSelections.push_back(component);
   FEditor->Host().SelectionChanged(*FEditor);
+  if (FEditor != nullptr)
+    FEditor->Notifiers.CallForm([](IOTAFormNotifier& notifier) { notifier.SelectionChanged(); });
 }
 
 TForm* TDesigner::GetDesignerForm() {
@@ -169,10 +177,22 @@ TFormDocument* TFormEditor::Document() {
     document->OnChange = [this] { Changed(Modified()); };
     FDocument = std::move(document);
   } catch (const Exception& e) {
+    const auto* formError = dynamic_cast<const EFormFileError*>(&e);
+    FTroublePlace = formError != nullptr ? formError->Place() : TSourcePlace();
     FFailed = true;
     FHost.ReportError(e.Message());
   }
   return FDocument.get();
+}
+
+void TFormEditor::Activated() {
+  Notifiers.CallForm([](IOTAFormNotifier& notifier) { notifier.FormActivated(); });
+}
+
+void TFormEditor::Renamed(TComponent& component, const std::string& oldName) {
+  Notifiers.CallForm([&](IOTAFormNotifier& notifier) {
+    notifier.ComponentRenamed(&component, oldName, component.Name());
+  });
 }
 
 void TFormEditor::Forget() {
@@ -328,7 +348,7 @@ void TProjectHolder::ListModules() {
     FInfos.emplace_back(new TModuleInfo(Host(), module));
 }
 
-void TProjectHolder::SourceSaved() {
+void TProjectHolder::SourceChanged() {
   FProject->Source().SetText(Sources()[0]->Document().Text());
   FProject->Refresh();
   ListModules();

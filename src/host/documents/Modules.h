@@ -1,6 +1,7 @@
 // What is open: modules with their source and form editors, as the open tools interface sees them.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -50,6 +51,8 @@ class TNotifierList {
   int Add(IOTANotifier* notifier);
   void Remove(int index);
   void Call(void (IOTANotifier::*operation)());
+  // Those among them that are notifiers of forms.
+  void CallForm(const std::function<void(IOTAFormNotifier&)>& operation);
   // Tells all of the end and forgets them.
   void End();
 
@@ -159,10 +162,14 @@ class TFormEditor final : public TEditorOf<IOTAFormEditor, INTAFormEditor> {
   TFormEditor(TModule& module, TModuleHost& host, const std::string& fileName);
   ~TFormEditor() override;
 
-  // Null when the file cannot be read; the user is told once.
+  // Null when the file cannot be read; the user is told once, and the place of the trouble kept.
   TFormDocument* Document();
   TFormDocument* LoadedDocument() const { return FDocument.get(); }
+  const TSourcePlace& TroublePlace() const { return FTroublePlace; }
   TDesigner& Designer() { return *FDesigner; }
+  // The designer became the active one, a component has another name.
+  void Activated();
+  void Renamed(TComponent& component, const std::string& oldName);
   // Reads the file again at the next use; what was changed is gone.
   void Forget();
   TModuleHost& Host() { return FHost; }
@@ -184,6 +191,7 @@ class TFormEditor final : public TEditorOf<IOTAFormEditor, INTAFormEditor> {
   std::unique_ptr<TFormDocument> FDocument;
   TIntf<TDesigner> FDesigner;
   bool FFailed = false;
+  TSourcePlace FTroublePlace;
 };
 
 // An open module, whatever interface it has.
@@ -284,8 +292,9 @@ class TProjectHolder final : public TModuleOf<IOTAProject> {
   ~TProjectHolder() override;
 
   TProject& Project() { return *FProject; }
-  // The project's source was saved: reads the modules again. Raises EProjectError and keeps them.
-  void SourceSaved();
+  // The text of the project's source is another one: reads the modules from it. Raises
+  // EProjectError and keeps them.
+  void SourceChanged();
 
   int GetModuleCount() override { return static_cast<int>(FInfos.size()); }
   IOTAModuleInfo* GetModule(int index) override;

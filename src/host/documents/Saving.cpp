@@ -5,7 +5,6 @@
 
 #include "host/documents/DocumentViews.h"
 #include "host/documents/Settings.h"
-#include "host/documents/Workspace.h"
 #include "platform/core/model/Dialogs.h"
 #include "platform/core/text/SysUtils.h"
 
@@ -97,25 +96,38 @@ bool TSaving::MaySaveOver(TModule& module, bool ask, std::string& fileName) {
 
 bool TSaving::Write(TModule& module, const std::string& fileName, bool onlyModified) {
   const std::string before = module.FileName();
-  const auto written = before == fileName ? ModifiedFiles(module) : std::vector<TSavedFile>();
+  const bool renamed = before != fileName;
+  const auto written = renamed ? std::vector<TSavedFile>() : ModifiedFiles(module);
   try {
+    if (renamed) RenameInSource(module, fileName);
     module.SaveAs(fileName, onlyModified);
   } catch (const ETextEncodingError& e) {
     return OfferUnicode(module, e.Message()) && Write(module, fileName, onlyModified);
   } catch (const Exception& e) {
+    if (renamed) RenameInSource(module, before);
     FViews.Tell({.Text = e.Message()});
     MessageDlg(e.Message(), mtError, {mbOK});
     return false;
   }
-  if (before != fileName) Renamed(module, before);
-  if (&module == FWorkspace.Project()) ProjectSourceSaved();
+  if (renamed) {
+    FSettings.RememberFiles({fileName});
+    FProjectEditing.Renamed(module, before);
+    FWorkspace.UpdateOwners();
+  }
+  if (&module == FWorkspace.Project()) FProjectEditing.Refresh();
+  // A form that was mended as text can be read again.
+  TFormEditor* form = module.FormEditor();
+  if (form != nullptr && form->LoadedDocument() == nullptr) form->Forget();
   FViews.Status(SavedText(written, module));
   return true;
 }
 
-void TSaving::Renamed(TModule& module, const std::string&) {
-  FSettings.RememberFile(module.FileName());
-  FWorkspace.UpdateOwners();
+// The name of a Pascal unit is that of its file.
+void TSaving::RenameInSource(TModule& module, const std::string& fileName) {
+  if (module.Sources().empty() || LanguageOfFile(fileName) == TSourceLanguage::Cpp) return;
+  TUnitDocument& document = module.Sources()[0]->Document();
+  if (const auto edit = RenameUnitEdit(document.Text(), ExtractFileNameEx(fileName)))
+    document.Replace(edit->Offset, edit->Length, edit->Text);
 }
 
 // The text has characters that its file's encoding lacks.
@@ -131,17 +143,6 @@ bool TSaving::OfferUnicode(TModule& module, const std::string& trouble) {
     document->SetFormat(format);
   }
   return true;
-}
-
-void TSaving::ProjectSourceSaved() {
-  TProjectHolder& project = *FWorkspace.Project();
-  try {
-    project.SourceSaved();
-    FWorkspace.UpdateOwners();
-    FViews.ProjectChanged(&project);
-  } catch (const Exception& e) {
-    FViews.Tell({.Text = e.Message()});
-  }
 }
 
 bool TSaving::SaveAll() {

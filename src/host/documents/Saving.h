@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "host/documents/Modules.h"
+#include "host/documents/ProjectEditing.h"
 
 namespace wrenfold {
 
 class TDocumentViews;
 class TSettings;
-class TWorkspace;
 
 // How the user is asked for file names; empty means that the user gave up.
 struct TFileDialogs {
@@ -21,15 +21,22 @@ struct TFileDialogs {
   std::function<std::string(const std::string& title, const std::string& fileName,
                             const std::string& filter)>
       Save;
+  // One of several files.
+  std::function<std::string(const std::string& title, const std::vector<std::string>& files)>
+      Choose;
 };
 
 class TSaving {
  public:
   // All must outlive this object.
   TSaving(TWorkspace& workspace, TSettings& settings, TDocumentViews& views)
-      : FWorkspace(workspace), FSettings(settings), FViews(views) {}
+      : FWorkspace(workspace),
+        FSettings(settings),
+        FViews(views),
+        FProjectEditing(workspace, views) {}
 
   TFileDialogs Dialogs;
+  TProjectEditing& ProjectEditing() { return FProjectEditing; }
 
   // False when the user gave up or saving failed, which the user is told.
   bool Save(TModule& module, bool changeName, bool ask);
@@ -44,12 +51,12 @@ class TSaving {
   bool MaySaveOver(TModule& module, bool ask, std::string& fileName);
   bool Write(TModule& module, const std::string& fileName, bool onlyModified);
   bool OfferUnicode(TModule& module, const std::string& trouble);
-  void Renamed(TModule& module, const std::string& before);
-  void ProjectSourceSaved();
+  void RenameInSource(TModule& module, const std::string& fileName);
 
   TWorkspace& FWorkspace;
   TSettings& FSettings;
   TDocumentViews& FViews;
+  TProjectEditing FProjectEditing;
 };
 
 }  // namespace wrenfold

@@ -26,11 +26,13 @@ std::vector<std::string> TSettings::ReopenList() const {
   return files;
 }
 
-void TSettings::RememberFile(const std::string& fileName) {
+void TSettings::RememberFiles(const std::vector<std::string>& files) {
   QSettings store = Store();
   QStringList names = store.value(ReopenKey).toStringList();
-  names.removeAll(ToQString(fileName));
-  names.prepend(ToQString(fileName));
+  for (const std::string& file : files) {
+    names.removeAll(ToQString(file));
+    names.prepend(ToQString(file));
+  }
   while (names.size() > ReopenCount) names.removeLast();
   store.setValue(ReopenKey, names);
 }

@@ -20,7 +20,8 @@ class TSettings {
 
   // The latest first; files that are gone since are left out.
   std::vector<std::string> ReopenList() const;
-  void RememberFile(const std::string& fileName);
+  // The last one becomes the latest.
+  void RememberFiles(const std::vector<std::string>& files);
 
   TSession Session(const std::string& project) const;
   void StoreSession(const std::string& project, const TSession& session);

@@ -79,6 +79,14 @@ std::string TDocumentAccess::TextRange(const QsciDocument& document, std::int64_
           static_cast<std::size_t>(std::min(count, size - position))};
 }
 
+void TDocumentAccess::Replace(const QsciDocument& document, std::size_t offset, std::size_t length,
+                              const std::string& text) {
+  QsciScintilla& editor = Show(document);
+  editor.SendScintilla(QsciScintilla::SCI_SETTARGETRANGE, offset,
+                       static_cast<long>(offset + length));
+  editor.SendScintilla(QsciScintilla::SCI_REPLACETARGET, text.size(), text.c_str());
+}
+
 void TDocumentAccess::SetSavePoint(const QsciDocument& document) {
   Show(document).SendScintilla(QsciScintilla::SCI_SETSAVEPOINT);
 }
@@ -114,6 +122,11 @@ void TUnitDocument::SetModified(bool modified) {
   if (FModified == modified) return;
   FModified = modified;
   Changed();
+}
+
+void TUnitDocument::Replace(std::size_t offset, std::size_t length, const std::string& text) {
+  FAccess.Replace(FDocument, offset, length, text);
+  SetModified(true);
 }
 
 void TUnitDocument::SaveAs(const std::string& fileName) {

@@ -28,6 +28,9 @@ class TDocumentAccess {
   std::string Text(const QsciDocument& document);
   // The bytes from an offset on; fewer than count when the text ends before.
   std::string TextRange(const QsciDocument& document, std::int64_t position, std::int64_t count);
+  // Bytes of the text, which the user can undo like any edit.
+  void Replace(const QsciDocument& document, std::size_t offset, std::size_t length,
+               const std::string& text);
   void SetSavePoint(const QsciDocument& document);
   int LineCount(const QsciDocument& document);
   // Positions are bytes; lines and columns (characters) count from 0.
@@ -72,6 +75,8 @@ class TUnitDocument {
   std::string TextRange(std::int64_t position, std::int64_t count) const {
     return FAccess.TextRange(FDocument, position, count);
   }
+  // As the user would edit it: can be undone, and is not saved.
+  void Replace(std::size_t offset, std::size_t length, const std::string& text);
   int LineCount() const { return FAccess.LineCount(FDocument); }
   void PlaceOf(long position, int& line, int& column) const {
     FAccess.PlaceOf(FDocument, position, line, column);

@@ -99,6 +99,17 @@ bool IsProjectFile(const std::string& fileName) {
   return LowerCase(ExtractFileExt(fileName)) == ".cpp" && HoldsFormMacros(fileName);
 }
 
+std::vector<std::string> ProjectsIn(const std::string& folder) {
+  std::vector<std::string> projects;
+  std::error_code error;
+  for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error))
+    if (std::string name = entry->path().string(); FileExists(name) && IsProjectFile(name))
+      projects.push_back(std::move(name));
+  std::sort(projects.begin(), projects.end());
+  return projects;
+}
+
 TWorkspace::~TWorkspace() {
   for (const TEntry& entry : FEntries) entry.Module->Detach();
 }
@@ -138,7 +149,7 @@ TModule& TWorkspace::Open(const std::string& fileName) {
     AddUnitFiles(*module, FProject != nullptr ? FProject->Project().Symbols() : DefaultSymbols());
   }
   Take(module);
-  UpdateOwners();
+  UpdateOwner(*module);
   return *module;
 }
 
@@ -190,14 +201,14 @@ void TWorkspace::Remove(TModule& module) {
 }
 
 void TWorkspace::UpdateOwners() {
-  for (const TEntry& entry : FEntries) {
-    TModule& module = *entry.Module;
-    module.Owners.clear();
-    if (FProject == nullptr || &module == FProject || &module == FGroup) continue;
-    const bool owned =
-        &module == FResource || FProject->Project().FindModuleByFile(module.FileName()) != nullptr;
-    if (owned) module.Owners.push_back(FProject);
-  }
+  for (const TEntry& entry : FEntries) UpdateOwner(*entry.Module);
+}
+
+void TWorkspace::UpdateOwner(TModule& module) {
+  module.Owners.clear();
+  if (FProject == nullptr || &module == FProject || &module == FGroup) return;
+  if (&module == FResource || FProject->Project().FindModuleByFile(module.FileName()) != nullptr)
+    module.Owners.push_back(FProject);
 }
 
 std::vector<std::string> TWorkspace::ClassChain(const TModule& module,
@@ -214,7 +225,11 @@ std::vector<std::string> TWorkspace::ClassChain(const TModule& module,
   std::vector<std::string> chain{className};
   if (module.Sources().empty()) return chain;
   // Classes of a C++ unit are declared in its header.
-  const std::string& fileName = module.Sources().back()->FileName();
+  const std::string header = FindHeader(module.FileName());
+  const std::string& fileName =
+      LanguageOfFile(module.FileName()) == TSourceLanguage::Cpp && !header.empty()
+          ? header
+          : module.FileName();
   const std::string source = FileExists(fileName) ? ReadWholeFile(fileName) : std::string();
   const TUnitSource unit = ParseUnitSource(source, fileName);
   for (const TClassDeclaration* found = unit.FindClass(className); found != nullptr;

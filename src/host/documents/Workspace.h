@@ -14,6 +14,9 @@ std::string AbsoluteFileName(const std::string& fileName);
 // By the extension: .dpr, .dpk, .lpr, and C++ sources that hold form macros.
 bool IsProjectFile(const std::string& fileName);
 
+// The projects that stand in the folder, by name.
+std::vector<std::string> ProjectsIn(const std::string& folder);
+
 // The module of the form that the project's program creates first, data modules aside; else of the
 // first form. Null when the project has none.
 const TProjectModule* FindMainForm(TProject& project);
@@ -51,6 +54,7 @@ class TWorkspace {
     TIntf<IOTAModule> Held;
     TModule* Module;
   };
+  void UpdateOwner(TModule& module);
   template <class Module>
   Module& Take(Module* module);
 

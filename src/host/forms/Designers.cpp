@@ -2,6 +2,7 @@
 #include "host/forms/Designers.h"
 
 #include <QTimer>
+#include <QWindow>
 #include <algorithm>
 #include <utility>
 
@@ -35,7 +36,16 @@ void TDesigners::Show(TFormEditor& editor) {
     Bind<&TDesigners::Closed>(window->OnClose, this);
     window->CenterOnScreen();
   }
+  KeepInFront(*window);
   window->Show();
+}
+
+// The desktop keeps a window that belongs to another one in front of it.
+void TDesigners::KeepInFront(TDesignerForm& window) {
+  QWidget* owner = FOwner.window();
+  if (!window.isWindow() || !owner->isVisible()) return;
+  window.winId();  // makes the desktop's window
+  window.windowHandle()->setTransientParent(owner->windowHandle());
 }
 
 void TDesigners::Drop(TFormEditor& editor) {

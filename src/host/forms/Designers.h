@@ -30,6 +30,7 @@ class TDesigners : public TComponent {
   void Notification(TComponent* component, TOperation operation) override;
 
  private:
+  void KeepInFront(TDesignerForm& window);
   void Closed(TObject* sender, TCloseAction& action);
 
   TForm& FOwner;

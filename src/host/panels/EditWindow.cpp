@@ -257,6 +257,15 @@ TEditPage& TEditWindow::AddPage(TSourceEditor& source) {
   return page;
 }
 
+void TEditWindow::BeginUpdate() {
+  // Hidden tabs are not laid out.
+  if (FUpdates++ == 0) FTabs->hide();
+}
+
+void TEditWindow::EndUpdate() {
+  if (--FUpdates == 0) ShowActivePage();
+}
+
 void TEditWindow::Activate(TEditPage& page) {
   FTabs->SetTabIndex(FTabs->Tabs()->IndexOfObject(&page));
   ShowActivePage();
@@ -279,6 +288,7 @@ void TEditWindow::TabChanged(TObject*) {
 }
 
 void TEditWindow::ShowActivePage() {
+  if (FUpdates > 0) return;
   TEditPage* page = ActivePage();
   FStack->setCurrentIndex(page != nullptr ? 1 : 0);
   FTabs->setVisible(page != nullptr);

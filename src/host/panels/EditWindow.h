@@ -107,6 +107,11 @@ class TEditWindow : public TForm {
   // Appends a page and makes it the active one. Raises EFOpenError when the text cannot be read.
   TEditPage& AddPage(TSourceEditor& source);
   void Activate(TEditPage& page);
+  // Pages that are added in between are shown, and the last of them becomes active, at the end of
+  // the outermost update: hundreds at once would each lay all tabs out.
+  void BeginUpdate();
+  void EndUpdate();
+  bool Updating() const { return FUpdates > 0; }
   // Takes the page out, whatever its text. The page behind it, else the one before, follows.
   void RemovePage(TEditPage& page);
 
@@ -151,6 +156,7 @@ class TEditWindow : public TForm {
   std::vector<std::unique_ptr<TEditPage>> FPages;  // unordered
   TEditPage* FShown = nullptr;
   bool FShowing = false;
+  int FUpdates = 0;
 };
 
 }  // namespace wrenfold

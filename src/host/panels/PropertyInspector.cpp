@@ -7,6 +7,7 @@
 
 #include "host/documents/Icons.h"
 #include "host/panels/FormValues.h"
+#include "host/panels/PanelPlace.h"
 #include "platform/core/model/Dialogs.h"
 #include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Desktop.h"
@@ -79,6 +80,9 @@ TPropertyInspector::TPropertyInspector(TComponent* owner, QWidget* parent)
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 4, 0, 0);
   column->setSpacing(4);
+  auto* place = new TPanelPlace(this, this);
+  place->SetName(InspectorTopPlace);
+  column->addWidget(place);
   auto* row = new QVBoxLayout;
   row->setContentsMargins(4, 0, 4, 0);
   row->addWidget(FComponents);

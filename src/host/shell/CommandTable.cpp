@@ -27,8 +27,7 @@ constexpr char PackageFilter[] = "Packages (*.so);;All files (*)";
 void OpenFiles(W& w) {
   const TEditPage* page = w.EditWindow().ActivePage();
   const std::string folder = page != nullptr ? ExtractFilePath(page->Source().FileName()) : "";
-  for (const std::string& file : w.FileDialogs().Open("Open", folder, SourceFilter))
-    w.Documents().OpenAny(file);
+  w.Documents().OpenAll(w.FileDialogs().Open("Open", folder, SourceFilter));
 }
 
 void OpenProject(W& w) {
@@ -130,6 +129,15 @@ void ViewProjectSource(W& w) {
     w.Documents().ShowSource(*project->Sources()[0]);
 }
 
+// A unit has its place before the project names it.
+void AddUnit(W& w) {
+  TModule* module = w.Views().CurrentModule();
+  if (module == nullptr) return;
+  const TIntf<IOTAModule> held(module->Interface());
+  if (module->Untitled() && !w.Documents().SaveModule(*module, false, true)) return;
+  w.Documents().Saving().ProjectEditing().Add(*module);
+}
+
 void LoadPackages(W& w) {
   for (const std::string& file : w.FileDialogs().Open("Load package", "", PackageFilter))
     w.Packages().Load(file);
@@ -168,6 +176,11 @@ bool HasProject(W& w) {
 bool CanSave(W& w) {
   const TModule* module = w.Views().CurrentModule();
   return module != nullptr && (module->Modified() || module->Untitled());
+}
+
+bool CanAddUnit(W& w) {
+  const TModule* module = w.Views().CurrentModule();
+  return module != nullptr && w.Documents().Saving().ProjectEditing().CanAdd(*module);
 }
 
 bool CanSaveAll(W& w) {
@@ -270,6 +283,8 @@ constexpr TCommand Table[] = {
 
     {ProjectMenu, 13, "ProjectViewSourceCommand", "&View source", "", "unit",
      "Show the project's source", ViewProjectSource, HasProject},
+    {ProjectMenu, 13, "ProjectAddUnitCommand", "&Add unit", "", "", "Add the unit to the project",
+     AddUnit, CanAddUnit},
     {ProjectMenu, 14, "ProjectCloseCommand", "&Close project", "", "close",
      "Close the project and its units", [](W& w) { w.Documents().CloseProject(); }, HasProject},
 

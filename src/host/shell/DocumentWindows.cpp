@@ -53,6 +53,7 @@ void TDocumentWindows::ShowSource(TSourceEditor& editor) {
   else if (std::find(pages.begin(), pages.end(), F.Editor.ActivePage()) == pages.end())
     F.Editor.Activate(*pages[0]);
   FActiveDesigner = nullptr;
+  if (F.Editor.Updating()) return;
   F.Editor.Show();
   F.Editor.Editor().setFocus();
 }
@@ -63,8 +64,7 @@ void TDocumentWindows::GoTo(int line, int column) {
 
 void TDocumentWindows::ShowForm(TFormEditor& editor) {
   F.Designers.Show(editor);
-  FActiveDesigner = F.Designers.Find(editor);
-  if (F.Inspector.Editor() != &editor) F.Inspector.ShowForm(&editor);
+  if (TDesignerForm* designer = F.Designers.Find(editor)) Activate(*designer);
 }
 
 std::vector<IOTAEditView*> TDocumentWindows::ViewsOf(const TSourceEditor& editor) {
@@ -102,10 +102,15 @@ void TDocumentWindows::ActiveFormChanged() {
     return;
   }
   auto* designer = dynamic_cast<TDesignerForm*>(form);
-  if (designer == nullptr || designer == FActiveDesigner) return;
-  FActiveDesigner = designer;
-  TFormEditor& editor = designer->Editor();
+  if (designer != nullptr) Activate(*designer);
+}
+
+void TDocumentWindows::Activate(TDesignerForm& designer) {
+  if (FActiveDesigner == &designer) return;
+  FActiveDesigner = &designer;
+  TFormEditor& editor = designer.Editor();
   if (F.Inspector.Editor() != &editor) F.Inspector.ShowForm(&editor);
+  editor.Activated();
 }
 
 void TDocumentWindows::PageChanged() {

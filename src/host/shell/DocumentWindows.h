@@ -44,6 +44,8 @@ class TDocumentWindows final : public TDocumentViews {
   // TDocumentViews
   void ShowSource(TSourceEditor& editor) override;
   void AddPage(TSourceEditor& editor) override { F.Editor.AddPage(editor); }
+  void BeginPages() override { F.Editor.BeginUpdate(); }
+  void EndPages() override { F.Editor.EndUpdate(); }
   void GoTo(int line, int column) override;
   void ShowForm(TFormEditor& editor) override;
   std::vector<IOTAEditView*> ViewsOf(const TSourceEditor& editor) override;
@@ -62,6 +64,7 @@ class TDocumentWindows final : public TDocumentViews {
  private:
   void PageChanged();
   void ActiveFormChanged();
+  void Activate(TDesignerForm& designer);
   void DesignerClosed(TFormEditor& editor);
   void TitleChanged() {
     if (OnTitleChange) OnTitleChange();

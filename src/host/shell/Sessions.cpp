@@ -34,6 +34,7 @@ void TSessions::OpenPages(const TProjectHolder& project) {
 }
 
 void TSessions::OpenPages(const TSession& session) {
+  FWindow.BeginUpdate();
   for (const std::string& file : session.Files) {
     if (!FileExists(file)) continue;
     TModule* module = FDocuments.OpenModule(file);
@@ -45,6 +46,7 @@ void TSessions::OpenPages(const TSession& session) {
       FDocuments.ReportError(e.Message());
     }
   }
+  FWindow.EndUpdate();
   const std::vector<TEditPage*> pages = FWindow.Pages();
   const int active = std::min(session.Active, static_cast<int>(pages.size()) - 1);
   if (active >= 0) FWindow.Activate(*pages[static_cast<std::size_t>(active)]);

@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "host/shell/Dialogs.h"
 #include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Application.h"
 #include "platform/widgets/Text.h"
@@ -33,6 +34,12 @@ TFileDialogs SystemDialogs(QWidget* parent) {
       [parent](const std::string& title, const std::string& fileName, const std::string& filter) {
         return FromQString(QFileDialog::getSaveFileName(parent, ToQString(title),
                                                         ToQString(fileName), ToQString(filter)));
+      },
+      [](const std::string& title, const std::vector<std::string>& files) {
+        std::vector<TChoice> choices;
+        for (const std::string& file : files) choices.push_back({ExtractFileName(file), file});
+        const std::vector<int> chosen = ChooseFromList("ChooseFileForm", title, choices);
+        return chosen.empty() ? std::string() : files[static_cast<std::size_t>(chosen[0])];
       }};
 }
 
@@ -140,11 +147,8 @@ void TWorkbench::dropEvent(QDropEvent* event) {
   const std::vector<std::string> files = DroppedFiles(event->mimeData());
   event->acceptProposedAction();
   // The program that the files come from waits for the end of the drop: questions come later.
-  QTimer::singleShot(0, this, [this, files] {
-    Guarded(this, [&] {
-      for (const std::string& file : files) FDocuments->OpenAny(file);
-    });
-  });
+  QTimer::singleShot(0, this,
+                     [this, files] { Guarded(this, [&] { FDocuments->OpenAll(files); }); });
 }
 
 void TWorkbench::changeEvent(QEvent* event) {

@@ -53,7 +53,7 @@ int Run(TApplication& application, const TOptions& options) {
   LoadPackages(workbench, options);
   workbench.Show();
   if (options.Files.empty()) workbench.Sessions().OpenLast();
-  for (const std::string& file : options.Files) workbench.Documents().OpenAny(file);
+  else workbench.Documents().OpenAll(options.Files);
   const int code = application.Run();
   workbench.Packages().Unload();
   application.SetMainForm(nullptr);

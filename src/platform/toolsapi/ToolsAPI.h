@@ -62,6 +62,22 @@ class IOTAIDENotifier : public IOTANotifier {
   virtual void AfterCompile(bool succeeded) = 0;
 };
 
+// Told of what happens to a designed form, when it is added to the notifiers of a form editor.
+class IOTAFormNotifier : public IOTANotifier {
+ public:
+  static constexpr TGuid IID{0x57524E15, 0x4F54, 0x4101, {0x90, 1, 0x57, 0x52, 0x45, 0x4E, 0, 21}};
+  // The form's designer became the active one, by the user or by code.
+  virtual void FormActivated() = 0;
+  virtual void ComponentRenamed(TComponent* component, const std::string& oldName,
+                                const std::string& newName) = 0;
+  virtual void SelectionChanged() = 0;
+};
+
+// The object inspector, a form named "PropertyInspector", has a component of this name: a widget
+// above the properties for what packages put there. The environment lays its children out one below
+// the other; without children it takes no room. The children belong to the packages.
+inline constexpr char InspectorTopPlace[] = "TopPlace";
+
 enum TWizardStateItem : std::uint8_t { wsEnabled, wsChecked };
 using TWizardState = TSet<TWizardStateItem>;
 

@@ -1,0 +1,73 @@
+// Renaming and adding units: what of a source changes, and what stays although it looks the same.
+#include <gtest/gtest.h>
+
+#include "project/SourceEdits.h"
+
+namespace wrenfold {
+namespace {
+
+std::string Apply(std::string source, const std::vector<TSourceEdit>& edits) {
+  for (auto edit = edits.rbegin(); edit != edits.rend(); ++edit)
+    source.replace(edit->Offset, edit->Length, edit->Text);
+  return source;
+}
+
+TEST(SourceEdits, UnitIsRenamedBehindItsWordAlone) {
+  struct TRow {
+    const char* Source;
+    const char* Name;
+    const char* Expected;  // null: no edit
+  };
+  const TRow rows[] = {
+      {"{ unit Old; }\r\nunit Old;\r\n// Old", "New", "{ unit Old; }\r\nunit New;\r\n// Old"},
+      {"unit A . Old;", "B.New", "unit B.New;"},
+      {"{$IFDEF X}unit No;{$ELSE}unit Old;{$ENDIF}", "New",
+       "{$IFDEF X}unit No;{$ELSE}unit New;{$ENDIF}"},
+      {"unit New;", "New", nullptr},
+      {"unit Old;", "no name", nullptr},
+      {"program Old;", "New", nullptr},
+      {"", "New", nullptr},
+  };
+  for (const TRow& row : rows) {
+    const auto edit = RenameUnitEdit(row.Source, row.Name);
+    ASSERT_EQ(edit.has_value(), row.Expected != nullptr) << row.Source;
+    if (edit) {
+      EXPECT_EQ(Apply(row.Source, {*edit}), row.Expected);
+    }
+  }
+}
+
+TEST(SourceEdits, ProjectNamesTheRenamedAndTheNewUnit) {
+  struct TRow {
+    const char* FileName;
+    const char* Source;
+    const char* Renamed;
+    const char* Added;
+  };
+  const TRow rows[] = {
+      {"P.dpr", "program P;\r\nuses\r\n  Forms,\r\n  Old in 'x\\Old.pas' {OldForm};\r\nbegin end.",
+       "program P;\r\nuses\r\n  Forms,\r\n  New in 'y\\New.pas' {OldForm};\r\nbegin end.",
+       "program P;\r\nuses\r\n  Forms,\r\n  Old in 'x\\Old.pas' {OldForm},\r\n"
+       "  New in 'y\\New.pas' {NewForm};\r\nbegin end."},
+      {"P.dpk", "package P; requires Old; contains Older, Old; end.",
+       "package P; requires Old; contains Older, New; end.",
+       "package P; requires Old; contains Older, Old,\n  New in 'y\\New.pas' {NewForm}; end."},
+      {"P.cpp", "USERES(\"P.res\");\nUSEFORM(\"x\\\\Old.cpp\", OldForm);\nint main() {}",
+       "USERES(\"P.res\");\nUSEFORM(\"y\\\\New.pas\", OldForm);\nint main() {}",
+       "USERES(\"P.res\");\nUSEFORM(\"x\\\\Old.cpp\", OldForm);\nUSEFORM(\"y\\\\New.pas\", "
+       "NewForm);"
+       "\nint main() {}"},
+      {"P.dpr", "program P; begin Old; end.", "program P; begin Old; end.",
+       "program P; begin Old; end."},
+  };
+  const TNamedUnit unit{"New", "y\\New.pas", "NewForm"};
+  for (const TRow& row : rows) {
+    EXPECT_EQ(Apply(row.Source, RenameInProjectEdits(row.Source, row.FileName, "old", unit)),
+              row.Renamed);
+    EXPECT_EQ(Apply(row.Source, AddToProjectEdits(row.Source, row.FileName, unit)), row.Added);
+  }
+  EXPECT_EQ(ProjectPath("/a/b", "/a/c/New.pas"), "..\\c\\New.pas");
+}
+
+}  // namespace
+}  // namespace wrenfold
