@@ -2,6 +2,7 @@
 #include <QDropEvent>
 #include <QMimeData>
 #include <QUrl>
+#include <filesystem>
 
 #include "host/HostTest.h"
 #include "platform/widgets/Text.h"
@@ -286,6 +287,110 @@ TEST_F(Files, PagesOfAProjectComeBackWithIt) {
   ASSERT_EQ(pages.size(), 4u);
   EXPECT_EQ(&pages[2]->Source(), &pages[3]->Source());
   EXPECT_EQ(Workbench->EditWindow().ActivePage(), pages[3]);
+}
+
+TEST_F(Files, SaveAsRenamesTheUnitInItsSourceAndInTheProject) {
+  const std::string project = WriteProject();
+  ASSERT_TRUE(Workbench->Documents().OpenProject(project));
+  OpenPage(FileOf("Tools"));
+  const std::string name = Folder.Path() + "/Gear.pas";
+  Workbench->FileDialogs().Save = [&](auto&&...) { return name; };
+  Run("FileSaveAsCommand");
+  EXPECT_TRUE(Folder.Read(name).starts_with("unit Gear;")) << Folder.Read(name);
+  EXPECT_NE(Document(project).Text().find("Gear in 'Gear.pas';"), std::string::npos);
+  EXPECT_NE(Workbench->Workspace().Project()->Project().FindModuleByUnit("Gear"), nullptr);
+  EXPECT_TRUE(Document(project).Modified()) << "the project's source was changed without a word";
+  Workbench->Documents().SaveAll();
+}
+
+TEST_F(Files, NewUnitIsSavedAndAddedToTheProject) {
+  const std::string project = WriteProject();
+  ASSERT_TRUE(Workbench->Documents().OpenProject(project));
+  Run("FileNewUnitCommand");
+  Workbench->FileDialogs().Save = [&](auto&&...) { return Folder.Path() + "/sub/Extra.pas"; };
+  std::filesystem::create_directory(Folder.Path() + "/sub");
+  Run("ProjectAddUnitCommand");
+  EXPECT_NE(Document(project).Text().find("Tools in 'Tools.pas',\r\n  Extra in 'sub\\Extra.pas';"),
+            std::string::npos)
+      << Document(project).Text();
+  const TModule* module = Workbench->Views().CurrentModule();
+  EXPECT_FALSE(Workbench->Documents().Saving().ProjectEditing().CanAdd(*module));
+  Workbench->Documents().SaveAll();
+}
+
+TEST_F(Files, FormThatCannotBeReadOpensAsTextAtThePlaceOfTheTrouble) {
+  const std::string unit = Folder.Write("A.pas", "unit A;\r\n");
+  const std::string form =
+      Folder.Write("A.dfm", "object A: TA\r\n  Left = 1\r\n  Top = = 2\r\nend\r\n");
+  ASSERT_TRUE(Workbench->Documents().OpenFile(form));
+  TEditPage& page = *Workbench->EditWindow().ActivePage();
+  EXPECT_EQ(page.Source().FileName(), form);
+  int line = 0, column = 0;
+  Workbench->EditWindow().CursorOf(page, line, column);
+  EXPECT_EQ(std::pair(line, column), std::pair(3, 9));
+  // Mended as text, it is a form again.
+  page.Source().Document().Replace(page.Source().Document().Text().find("= 2"), 2, "");
+  ASSERT_TRUE(Workbench->Documents().SaveAll());
+  ASSERT_TRUE(Workbench->Documents().OpenFile(form));
+  EXPECT_EQ(Workbench->Designers().Windows().size(), 1u);
+  Workbench->Documents().CloseAll();
+}
+
+TEST_F(Files, FolderOpensTheOneProjectInItOrAsks) {
+  EXPECT_FALSE(Workbench->Documents().OpenAny(Folder.Path()));
+  EXPECT_TRUE(HasMessage("expected a project"));
+  const std::string first = WriteProject();
+  std::vector<std::string> offered;
+  Workbench->FileDialogs().Choose = [&](const std::string&, const std::vector<std::string>& files) {
+    offered = files;
+    return files[1];
+  };
+  EXPECT_TRUE(Workbench->Documents().OpenAny(Folder.Path()));
+  EXPECT_TRUE(offered.empty()) << "asked although there is one";
+  Workbench->Documents().CloseAll();
+  const std::string second = Folder.Write("Second.dpr", "program Second; uses Tools; begin end.");
+  EXPECT_TRUE(Workbench->Documents().OpenAny(Folder.Path()));
+  EXPECT_EQ(Workbench->Workspace().Project()->FileName(), second);
+}
+
+TEST_F(Files, StartWithoutFilesOpensWhatWasOpenAtTheEnd) {
+  const std::string project = WriteProject();
+  const std::string loose = Folder.Write("Loose.pas", "unit Loose;");
+  struct TRow {
+    std::string Project;
+    std::vector<std::string> Pages;
+  };
+  for (const TRow& row :
+       {TRow{project, {FileOf("Tools"), loose}}, TRow{"", {loose}}, TRow{"", {}}}) {
+    Workbench->Documents().CloseAll();
+    if (!row.Project.empty()) Workbench->Documents().OpenProject(row.Project);
+    while (TEditPage* page = Workbench->EditWindow().ActivePage())
+      Workbench->Views().ClosePage(*page);
+    for (const std::string& file : row.Pages) OpenPage(file);
+    ASSERT_TRUE(Workbench->CloseQuery());
+    Restart();
+    Workbench->Sessions().OpenLast();
+    std::vector<std::string> pages;
+    for (const TEditPage* page : Workbench->EditWindow().Pages())
+      pages.push_back(page->Source().FileName());
+    EXPECT_EQ(pages, row.Pages);
+    const TProjectHolder* open = Workbench->Workspace().Project();
+    EXPECT_EQ(open != nullptr ? open->FileName() : "", row.Project);
+  }
+}
+
+TEST_F(Files, ManyAreOpenedInOneGoAndAllHaveTheirPages) {
+  std::vector<std::string> files;
+  for (const char* name : {"A", "B", "C"})
+    files.push_back(Folder.Write(std::string(name) + ".pas", std::string("unit ") + name + ";"));
+  files.insert(files.begin() + 1, Folder.Path() + "/Gone.pas");
+  Workbench->Documents().OpenAll(files);
+  EXPECT_EQ(Workbench->EditWindow().Pages().size(), 3u);
+  EXPECT_TRUE(HasMessage("Gone.pas"));
+  EXPECT_EQ(EditorText(Workbench->EditWindow().Editor()), "unit C;");
+  EXPECT_TRUE(Workbench->EditWindow().Tabs().isVisible());
+  EXPECT_EQ(Workbench->Documents().Settings().ReopenList(),
+            std::vector({files[3], files[2], files[0]}));
 }
 
 }  // namespace

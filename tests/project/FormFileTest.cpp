@@ -126,5 +126,33 @@ TEST(Project, SampleFormsAreWrittenAsTheEnvironmentWritesThem) {
   }
 }
 
+TEST(FormFileChoice, FollowsTheUnitsOwnDirectivesUnderTheSymbolsOfItsProject) {
+  const TTemporaryFolder folder;
+  for (const char* name : {"U.dfm", "U.lfm", "P.lfm", "M.fmx"}) folder.Write(name, "");
+  const TDefinedSymbols fpc{"FPC", "LCL"};
+  struct TRow {
+    const char* Unit;
+    const char* Source;
+    const TDefinedSymbols& Symbols;
+    const char* Expected;
+  };
+  const char* both = "unit U; {$IFDEF FPC}{$R *.lfm}{$ELSE}{$R *.dfm}{$ENDIF}";
+  const TRow rows[] = {
+      {"U.pas", both, DefaultSymbols(), "U.dfm"},
+      {"U.pas", both, fpc, "U.lfm"},
+      {"U.pas", "unit U; {$IFnDEF FPC} {$R *.dfm} {$ELSE} {$R *.LFM} {$ENDIF}", fpc, "U.lfm"},
+      {"U.pas", "unit U; // {$R *.lfm}\r\n{$R 'U.dfm'} {$R *.res} {$R-}", fpc, "U.dfm"},
+      {"U.pas", "unit U;", fpc, "U.dfm"},
+      {"U.cpp", "#pragma package(smart_init)\n#pragma resource \"*.lfm\"", DefaultSymbols(),
+       "U.lfm"},
+      {"P.pas", "unit P; {$R *.dfm}", DefaultSymbols(), "P.lfm"},
+      {"M.pas", "unit M; {$R *.fmx}", DefaultSymbols(), "M.fmx"},
+  };
+  for (const TRow& row : rows) {
+    const std::string unit = folder.Write(row.Unit, row.Source);
+    EXPECT_EQ(FindFormFile(unit, row.Symbols), folder.Path() + "/" + row.Expected) << row.Source;
+  }
+}
+
 }  // namespace
 }  // namespace wrenfold
