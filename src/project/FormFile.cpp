@@ -137,7 +137,8 @@ TFormFile LoadFormFile(const std::string& fileName, std::optional<TFormSource>& 
     source.emplace(std::move(bytes), fileName);
     return {fileName, source->Format(), source->ReadForm()};
   } catch (const Exception& error) {
-    throw EFormFileError(fmt::format("{}: {}", fileName, error.Message()));
+    throw EFormFileError(fmt::format("{}: {}", fileName, error.Message()),
+                         PlaceIn(error.Message()));
   }
 }
 
