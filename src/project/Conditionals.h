@@ -24,6 +24,8 @@ class TConditionals {
   bool Take(std::string_view directive);
   // False inside a branch that is not compiled.
   bool Active() const { return FBranches.empty() || FBranches.back().Active; }
+  const TDefinedSymbols& Symbols() const { return FSymbols; }
+  void SetSymbols(TDefinedSymbols symbols) { FSymbols = std::move(symbols); }
   // The count of branches still open.
   size_t Depth() const { return FBranches.size(); }
 

@@ -22,6 +22,12 @@ class TPascalScanner {
   // The next token that is neither comment nor directive.
   TSourceToken NextCode();
 
+  // The source behind the last token.
+  std::string_view Rest() const { return FSource.substr(FPosition); }
+  // The symbols that are defined so far, and those that another source defined meanwhile.
+  const TDefinedSymbols& Symbols() const { return FConditionals.Symbols(); }
+  void SetSymbols(TDefinedSymbols symbols) { FConditionals.SetSymbols(std::move(symbols)); }
+
   // Where a comment without an end begins, or npos.
   size_t OpenComment() const { return FOpenComment; }
   // The count of conditional directives without an end so far.

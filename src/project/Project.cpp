@@ -156,7 +156,7 @@ const TClassDeclaration* TProject::FindDeclaration(std::string_view className,
   if (!unit) return nullptr;
   if (const TClassDeclaration* declaration = unit->FindClass(className)) return declaration;
   for (auto used = unit->Uses.rbegin(); used != unit->Uses.rend(); ++used) {
-    const TProjectModule* other = FindModuleByUnit(*used);
+    const TProjectModule* other = FindModuleByUnit(used->Name);
     const TUnitSource* otherUnit = other ? UnitSource(*other) : nullptr;
     const TClassDeclaration* declaration = otherUnit ? otherUnit->FindClass(className) : nullptr;
     if (!declaration) continue;
@@ -174,6 +174,7 @@ std::vector<std::string> TProject::ClassChain(const TProjectModule& module,
     const std::string& ancestor = declaration->Ancestor;
     // A class may derive from a library class of its own name; the chain leaves the project there.
     // A source that derives classes in a circle ends here too.
+    if (ancestor.empty()) break;
     const bool seen = std::any_of(chain.begin(), chain.end(),
                                   [&](const auto& name) { return EqualText(name, ancestor); });
     if (seen) break;

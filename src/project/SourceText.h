@@ -23,6 +23,7 @@ struct TSourceToken {
   std::string_view Text;
   size_t Offset = 0;
 
+  size_t End() const { return Offset + Text.size(); }  // of what is no note and no directive
   bool IsSymbol(char symbol) const { return Kind == TTokenKind::Symbol && Text[0] == symbol; }
 };
 
@@ -45,6 +46,15 @@ std::string ReadDottedName(const TSourceToken& token, Advance advance) {
 struct TSourcePlace {
   int Line = 1;
   int Column = 1;
+};
+
+// Bytes of a source from Begin on up to End.
+struct TSourceSpan {
+  size_t Begin = 0;
+  size_t End = 0;
+
+  bool Empty() const { return Begin == End; }
+  std::string_view In(std::string_view source) const { return source.substr(Begin, End - Begin); }
 };
 
 // Something wrong in a source that leaves the rest of it readable.

@@ -12,6 +12,29 @@ void PromisePlace(TSourcePlace place, std::string_view bytes) {
           "a place lies in the source");
 }
 
+void PromiseSpan(TSourceSpan span, std::string_view bytes) {
+  Promise(span.Begin <= span.End && span.End <= bytes.size(), "a span lies in the source");
+}
+
+void PromiseMethod(const TMethodDeclaration& method, std::string_view bytes) {
+  PromisePlace(method.Place, bytes);
+  PromiseSpan(method.Text, bytes);
+  PromiseSpan(method.Body, bytes);
+}
+
+void PromiseClass(const TClassDeclaration& declared, std::string_view bytes) {
+  PromisePlace(declared.Place, bytes);
+  PromiseSpan(declared.Text, bytes);
+  PromiseSpan(declared.Members, bytes);
+  for (const TFieldDeclaration& field : declared.Fields) {
+    PromiseSpan(field.Text, bytes);
+    Promise(field.NameText.In(bytes) == field.Name, "a field stands where it says");
+  }
+  for (const TMethodDeclaration& method : declared.Methods) PromiseMethod(method, bytes);
+  for (const TPropertyDeclaration& property : declared.Properties)
+    PromiseSpan(property.Text, bytes);
+}
+
 }  // namespace
 
 void FuzzProjectSource(std::string_view bytes) {
@@ -29,8 +52,10 @@ void FuzzProjectSource(std::string_view bytes) {
   }
   for (const char* name : {"fuzzed.pas", "fuzzed.h"}) {
     const TUnitSource unit = ParseUnitSource(bytes, name);
-    for (const TClassDeclaration& declaration : unit.Classes)
-      PromisePlace(declaration.Place, bytes);
+    PromiseSpan(unit.Implementation, bytes);
+    for (const TClassDeclaration& declared : unit.Classes) PromiseClass(declared, bytes);
+    for (const TClassDeclaration& declared : unit.HiddenClasses) PromiseClass(declared, bytes);
+    for (const TMethodDeclaration& routine : unit.Routines) PromiseMethod(routine, bytes);
   }
 }
 

@@ -47,7 +47,7 @@ const TClassCase ClassCases[] = {
      "class __declspec(delphiclass) TBox : public Forms::TFrame { };\n"
      "template <class T> class TList final : virtual public TBase<T>, IThing {};\n"
      "enum class TKind : int { };",
-     "TMain<TForm TBox<TFrame TList<TBase TKind<int"},
+     "TMain<TForm TBox<TFrame TList<TBase"},
     {"CutInTheMiddle", "a.h", "class __declspec(( TMain", ""},
 };
 INSTANTIATE_TEST_SUITE_P(, UnitClasses, testing::ValuesIn(ClassCases), CaseName);

@@ -234,7 +234,9 @@ std::vector<std::string> TWorkspace::ClassChain(const TModule& module,
   const TUnitSource unit = ParseUnitSource(source, fileName);
   for (const TClassDeclaration* found = unit.FindClass(className); found != nullptr;
        found = unit.FindClass(chain.back())) {
-    if (std::find(chain.begin(), chain.end(), found->Ancestor) != chain.end()) break;
+    if (found->Ancestor.empty() ||
+        std::find(chain.begin(), chain.end(), found->Ancestor) != chain.end())
+      break;
     chain.push_back(found->Ancestor);
   }
   return chain;
