@@ -95,8 +95,6 @@ void TColorEdit::CreateContents() {
 
 void TColorEdit::PopulateList() {
   const QSignalBlocker quiet(this);
-  const bool updates = updatesEnabled();
-  setUpdatesEnabled(false);
   clear();
   int line = 0;
   for (const auto& [value, name] : ColorTable) {
@@ -105,7 +103,6 @@ void TColorEdit::PopulateList() {
     ++line;
   }
   setCurrentIndex(-1);
-  setUpdatesEnabled(updates);
 }
 
 void TColorEdit::SetColorNames(TStrings* names) {

@@ -1,7 +1,6 @@
 #include "controls/rkComCtrls.h"
 
 #include <QKeyEvent>
-#include <QSignalBlocker>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -237,11 +236,10 @@ const TTypeInfo& THotKeyEx::ClassInfo() {
 }
 
 THotKeyEx::THotKeyEx(TComponent* owner, QWidget* parent) : TControlOf(owner, parent) {
-  Line()->setPlaceholderText({});
   Line()->setContextMenuPolicy(Qt::NoContextMenu);
   Line()->setClearButtonEnabled(true);
   connect(Line(), &QLineEdit::textChanged, this, [this](const QString& text) {
-    if (text.isEmpty()) Guarded(this, [this] { Take(0, {}); });
+    if (text.isEmpty() && !FTaking) Guarded(this, [this] { Take(0, {}); });
   });
 }
 
@@ -264,11 +262,11 @@ void THotKeyEx::SetText(const std::string& text) {
 void THotKeyEx::Take(TShortCut hotKey, const std::string& text) {
   const bool changed = hotKey != FHotKey || text != Text();
   FHotKey = hotKey;
-  {
-    const QSignalBlocker quiet(this), quietLine(Line());
-    setKeySequence(ShortCutToKeySequence(hotKey));
-    Line()->setText(ToQString(text));
-  }
+  FTaking = true;
+  setKeySequence(ShortCutToKeySequence(hotKey));
+  Line()->setText(ToQString(text));
+  Line()->setPlaceholderText({});
+  FTaking = false;
   if (changed) OnChange(this);
 }
 

@@ -82,6 +82,8 @@ class TDateTimePicker : public TControlOf<QDateTimeEdit> {
   QDateTime dateTimeFromText(const QString& text) const override;
   void stepBy(int steps) override;
   void keyPressEvent(QKeyEvent* event) override;
+  // Tab leaves the field: its parts are one text.
+  bool focusNextPrevChild(bool next) override { return QWidget::focusNextPrevChild(next); }
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
 
@@ -122,6 +124,7 @@ class THotKeyEx : public TControlOf<QKeySequenceEdit> {
   void Take(TShortCut hotKey, const std::string& text);
   QLineEdit* Line() const;
   TShortCut FHotKey;
+  bool FTaking = false;
 };
 
 // Whether the key writes a character when it is pressed: no hot key.

@@ -23,12 +23,13 @@ bool IsTrueType(const QString& family) {
 bool IsFixedPitch(const QString& family) {
   return QFontDatabase::isFixedPitch(family);
 }
-bool HasLatin(const QString& family) {
-  return QFontDatabase::writingSystems(family).contains(QFontDatabase::Latin);
-}
-// Of signs alone: what it is called cannot be read in it.
+// Of signs: what such a font is called cannot be read in it. It may claim Latin letters as well.
 bool IsSymbolFont(const QString& family) {
-  return !HasLatin(family) && QFontDatabase::writingSystems(family).contains(QFontDatabase::Symbol);
+  return QFontDatabase::writingSystems(family).contains(QFontDatabase::Symbol);
+}
+bool HasLatin(const QString& family) {
+  return !IsSymbolFont(family) &&
+         QFontDatabase::writingSystems(family).contains(QFontDatabase::Latin);
 }
 // The fonts of text modes are those with pixels of one size.
 bool IsOEMFont(const QString& family) {

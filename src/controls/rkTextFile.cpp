@@ -15,7 +15,9 @@ std::string Decoded(const std::string& bytes) {
   const QByteArray data =
       QByteArray::fromRawData(bytes.data(), static_cast<qsizetype>(bytes.size()));
   const auto marked = QStringConverter::encodingForData(data);
-  QStringDecoder decoder(marked.value_or(QStringConverter::Utf8));
+  // Without state, a character that the end cuts off is an error.
+  QStringDecoder decoder(marked.value_or(QStringConverter::Utf8),
+                         QStringConverter::Flag::Stateless);
   const QString text = decoder.decode(data);
   if (!decoder.hasError()) return FromQString(text);
   return FromQString(QString::fromLatin1(data));

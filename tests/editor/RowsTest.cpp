@@ -40,15 +40,16 @@ const TPropInfo& Property(const char* name) {
 class TRowWindow {
  public:
   explicit TRowWindow(const char* property, TRowContext context = {}) {
+    Other.setParent(&Form);
+    Other.move(0, 200);
     context.Owner = &Form;
     context.Parent = &Form;
     const TRowRule& rule = *RuleOf(Property(property), context);
     Row = rule.Make({Sample, Property(property), rule, context});
     Row->SetLabel(property);
     Widget = Row->Control().Widget();
+    QWidget::setTabOrder(Widget, &Other);
     Row->Control().SetWidth(200);
-    Other.setParent(&Form);
-    Other.move(0, 200);
     Form.Show();
     QApplication::setActiveWindow(&Form);
     Row->ShowValue();
@@ -61,7 +62,7 @@ class TRowWindow {
     Row->TakeValue();
   }
   void Changed(TObject*) { ++Changes; }
-  void Leave() { Other.setFocus(); }
+  void Leave() { QTest::keyClick(Widget, Qt::Key_Tab); }
   std::string Text() const { return PropertyAsShownText(Sample, Row->Property()); }
   // What stands in the control.
   std::string Shown() const {
