@@ -17,45 +17,53 @@ struct TValueObject : TObject {
   std::string Value;
 };
 
-// Brackets the changes of a list, so that it reports one.
-class TListUpdate {
- public:
-  explicit TListUpdate(TStrings& list) : FList(list) { FList.BeginUpdate(); }
-  ~TListUpdate() { FList.EndUpdate(); }
-  TListUpdate(const TListUpdate&) = delete;
-  TListUpdate& operator=(const TListUpdate&) = delete;
-
- private:
-  TStrings& FList;
-};
+// Of UTF-8, which editors put in front of a text.
+constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 
 }  // namespace
 
-const std::string& TIniKeyList::KeyValue(int index) const {
-  return static_cast<TValueObject*>(GetObject(index))->Value;
+TIniKeyList::~TIniKeyList() {
+  for (int i = 0; i < Count(); ++i) delete GetObject(i);
+}
+
+std::string TIniKeyList::KeyValue(int index) const {
+  const auto* object = static_cast<TValueObject*>(GetObject(index));
+  return object != nullptr ? object->Value : std::string();
 }
 
 void TIniKeyList::SetKeyValue(int index, const std::string& value) {
-  static_cast<TValueObject*>(GetObject(index))->Value = value;
+  TValueObject object(value);
+  PutObject(index, &object);
+}
+
+// Each list owns its values: one of another list is copied, other objects are not taken.
+void TIniKeyList::PutObject(int index, TObject* object) {
+  const auto* value = dynamic_cast<TValueObject*>(object);
+  auto copy = value != nullptr ? std::make_unique<TValueObject>(value->Value) : nullptr;
+  const TUpdate update(*this);  // whoever is told comes first or last
+  const std::unique_ptr<TObject> old(GetObject(index));
+  TStringList::PutObject(index, copy.get());
+  static_cast<void>(copy.release());
 }
 
 void TIniKeyList::AddKey(const std::string& key, const std::string& value) {
-  auto object = std::make_unique<TValueObject>(value);
-  AddObject(key, object.get());
-  object.release();
+  TValueObject object(value);
+  AddObject(key, &object);
 }
 
 std::string TIniKeyList::Line(int index) const {
-  const std::string& value = KeyValue(index);
+  const std::string value = KeyValue(index);
   return value.empty() ? Get(index) : Get(index) + "=" + value;
 }
 
 void TIniKeyList::Delete(int index) {
+  const TUpdate update(*this);
   const std::unique_ptr<TObject> value(GetObject(index));
   TStringList::Delete(index);
 }
 
 void TIniKeyList::Clear() {
+  const TUpdate update(*this);
   for (int i = 0; i < Count(); ++i) delete GetObject(i);
   TStringList::Clear();
 }
@@ -89,7 +97,8 @@ void TIniStrings::SetStrings(const TStrings& list) {
   Clear();
   TIniKeyList* keys = nullptr;
   for (int i = 0; i < list.Count(); ++i) {
-    const std::string& line = list[i];
+    std::string line = list[i];
+    if (i == 0 && line.starts_with(ByteOrderMark)) line.erase(0, ByteOrderMark.size());
     if (line.empty() || line.front() == ';') continue;
     if (line.front() == '[' && line.back() == ']')
       keys = AddSection(line.substr(1, line.size() - 2));
@@ -100,7 +109,7 @@ void TIniStrings::SetStrings(const TStrings& list) {
 }
 
 void TIniStrings::GetStrings(TStrings& list) const {
-  const TListUpdate update(list);
+  const TUpdate update(list);
   for (int i = 0; i < FSections.Count(); ++i) {
     list.Add("[" + FSections[i] + "]");
     const TIniKeyList& keys = KeysAt(i);
@@ -131,20 +140,20 @@ void TIniStrings::WriteString(const std::string& section, const std::string& key
 }
 
 void TIniStrings::ReadSection(std::string_view section, TStrings& list) const {
-  const TListUpdate update(list);
+  const TUpdate update(list);
   list.Clear();
   const TIniKeyList* keys = GetSection(section);
   for (int i = 0; keys != nullptr && i < keys->Count(); ++i) list.Add(keys->Get(i));
 }
 
 void TIniStrings::ReadSections(TStrings& list) const {
-  const TListUpdate update(list);
+  const TUpdate update(list);
   list.Clear();
   for (int i = 0; i < FSections.Count(); ++i) list.Add(FSections[i]);
 }
 
 void TIniStrings::ReadSectionValues(std::string_view section, TStrings& list) const {
-  const TListUpdate update(list);
+  const TUpdate update(list);
   list.Clear();
   const TIniKeyList* keys = GetSection(section);
   for (int i = 0; keys != nullptr && i < keys->Count(); ++i) list.Add(keys->Line(i));
@@ -228,6 +237,7 @@ std::string IdentOf(TObject* item) {
 }
 
 std::string IdentOf(const TIntf<IIdentIntf>& item) {
+  if (!item) throw EIdentListError(LocaleStr(sNoIdentIntf));
   return item->GetIdent();
 }
 

@@ -16,14 +16,16 @@ namespace wrenfold {
 class TIniKeyList : public TStringList {
  public:
   TIniKeyList() { Duplicates = dupAccept; }
-  ~TIniKeyList() override { Clear(); }
+  ~TIniKeyList() override;
 
-  const std::string& KeyValue(int index) const;
+  // Empty for a line that was added without a value.
+  std::string KeyValue(int index) const;
   void SetKeyValue(int index, const std::string& value);
   void AddKey(const std::string& key, const std::string& value);
   // "key=value", or the key alone when its value is empty.
   std::string Line(int index) const;
 
+  void PutObject(int index, TObject* object) override;
   void Delete(int index) override;
   void Clear() override;
 };

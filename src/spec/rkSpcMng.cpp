@@ -89,24 +89,21 @@ TObjectStorageFormat LoadSpcInner(std::unique_ptr<TSpcObject>& spc, const std::s
   TObjectSaver saver;
   saver.RecognitionOn = true;
   saver.IgnoreErrors = !askOnErrors;
+  if (RecognizeFormat(ReadWholeFile(fileName)) == sofUnknown)
+    throw ESpcMngError(LocaleStr(sUnknownSpcFormat));
   if (recreate) RecreateSpc(spc);
-  try {
-    saver.LoadObjects({spc.get()}, fileName);
-  } catch (const EFitReaderError&) {
-    if (saver.OriginalFormat == sofUnknown) throw ESpcMngError(LocaleStr(sUnknownSpcFormat));
-    throw;
-  }
+  saver.LoadObjects({spc.get()}, fileName);
   return saver.OriginalFormat == sofText ? osfText : osfBin;
 }
 
-// The old object goes first: objects that take something over while they live give it back in
-// order.
 void RecreateSpc(std::unique_ptr<TSpcObject>& spc) {
   if (spc == nullptr) throw ESpcMngError(LocaleStr(sSpcNotGiven));
   const TTypeInfo& info = spc->GetClassInfo();
-  spc.reset();
-  spc.reset(dynamic_cast<TSpcObject*>(info.Make().release()));
-  if (spc == nullptr) throw ESpcMngError("Objects of class " + info.Name() + " cannot be made");
+  std::unique_ptr<TPersistent> made = info.Make();
+  auto* fresh = dynamic_cast<TSpcObject*>(made.get());
+  if (fresh == nullptr) throw ESpcMngError("Objects of class " + info.Name() + " cannot be made");
+  static_cast<void>(made.release());
+  spc.reset(fresh);
 }
 
 std::string MakeVerInfo(TObjectStorageFormat format) {

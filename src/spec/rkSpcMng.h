@@ -35,8 +35,8 @@ void SaveSpcInner(TSpcObject& spc, const std::string& fileName, TObjectStorageFo
 TObjectStorageFormat LoadSpcInner(std::unique_ptr<TSpcObject>& spc, const std::string& fileName,
                                   bool askOnErrors, bool recreate);
 
-// Destroys the specification and makes a new one of its class. ESpcMngError when there is none, or
-// when its class has no constructor without arguments.
+// Puts a new object of its class in place of the specification, which goes when the new one is
+// made. ESpcMngError when there is none, or when its class has no constructor without arguments.
 void RecreateSpc(std::unique_ptr<TSpcObject>& spc);
 
 // "1.01 4.00" for osfBin, "e_ver: 1.01 d_ver: 4.00" for osfText, else empty. The decimal separator

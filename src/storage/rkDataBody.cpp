@@ -51,9 +51,14 @@ class TFieldClasses {
 
 void ReadObjects(TPersistentArray objects, TAdvReader& reader, bool isRes) {
   for (TPersistent* object : objects) {
+    if (isRes) reader.ReadResHeader();
+    if (object == nullptr) {
+      reader.ReadSignature();
+      reader.SkipComponent();
+      continue;
+    }
     const TStoredAs stored(object);
     const TFieldClasses classes(*object);
-    if (isRes) reader.ReadResHeader();
     reader.ReadRootComponent(&stored.Component());
   }
 }
@@ -145,7 +150,7 @@ void SaveObjectBinaryEx(TPersistentArray objects, TStream& stream) {
   writer.WriteSignature();
   for (TPersistent* object : objects) {
     writer.Root = object;
-    writer.WriteProperties(*object);
+    if (object != nullptr) writer.WriteProperties(*object);
     writer.WriteListEnd();
   }
   writer.FlushBuffer();
@@ -155,6 +160,10 @@ void LoadObjectBinaryEx(TPersistentArray objects, TStream& stream) {
   TAdvReader reader(stream);
   reader.ReadSignature();
   for (TPersistent* object : objects) {
+    if (object == nullptr) {
+      reader.SkipProperties();
+      continue;
+    }
     const TFieldClasses classes(*object);
     reader.Root = object;
     reader.ReadProperties(*object);
@@ -172,7 +181,7 @@ void SaveObjectText(TPersistentArray objects, TStream& stream,
     text.Clear();
     ObjectBinaryToText(bytes, text);
     if (!IsComponent(objects[i]))
-      WriteObjectDescription(*objects[i], i < names.size() ? names[i] : std::string(), stream);
+      WriteObjectDescription(objects[i], i < names.size() ? names[i] : std::string(), stream);
     stream.WriteText(text.View());
   }
 }
@@ -197,8 +206,9 @@ void LoadComponentText(std::span<TComponent*> components, TStream& stream) {
   ReadConverted(source, [&](TAdvReader& reader) { ReadRoots(components, reader, false); });
 }
 
-void WriteObjectDescription(const TPersistent& object, const std::string& name, TStream& stream) {
-  std::string line = name.empty() ? "stored Instance --> " + object.GetNamePath() : name;
+void WriteObjectDescription(const TPersistent* object, const std::string& name, TStream& stream) {
+  const std::string path = object != nullptr ? object->GetNamePath() : "nil";
+  std::string line = name.empty() ? "stored Instance --> " + path : name;
   for (char& c : line)
     if (c == '\r' || c == '\n') c = ' ';  // the line is found again by its end
   stream.WriteText(line + "\r\n");

@@ -35,8 +35,10 @@ class TWrapper : public TComponent {
   TPersistent* FObject;
 };
 
+// A null of the array is stored without properties, and read over.
 // Reading raises EReadError at a broken form and asks the user about properties that cannot be
-// read. Objects read before a failure keep their new values.
+// broken form and asks the user about properties that cannot be read. Objects read before a failure
+// keep their new values.
 void SaveObjectBinary(TPersistentArray objects, TStream& stream, bool isRes = false);
 void LoadObjectBinary(TPersistentArray objects, TStream& stream, bool isRes = false);
 // Properties only, without class names.
@@ -52,7 +54,7 @@ void LoadComponentBinary(std::span<TComponent*> components, TStream& stream, boo
 void LoadComponentText(std::span<TComponent*> components, TStream& stream);
 
 // An empty name stands for "stored Instance --> " and the object's path.
-void WriteObjectDescription(const TPersistent& object, const std::string& name, TStream& stream);
+void WriteObjectDescription(const TPersistent* object, const std::string& name, TStream& stream);
 void SkipObjectDescription(TStream& stream);
 
 // Header and body.

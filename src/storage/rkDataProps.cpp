@@ -63,12 +63,13 @@ std::string IntegerToText(const TPropInfo& property, std::int32_t value) {
 }
 
 std::int32_t TextToInteger(const TPropInfo& property, std::string_view text) {
-  if (IsType(property, "Cardinal")) {
-    const std::int64_t value = StrToInt64(text);
-    if (value < 0 || value > UINT32_MAX) RaiseUnacceptable(text);
+  if (!IsType(property, "TColor")) {
+    const TValueRange& range = property.Range();
+    const bool isSigned = range.High <= INT32_MAX;
+    const std::int64_t value = isSigned ? StrToInt(text) : StrToInt64(text);
+    if (!range.Contains(value)) RaiseUnacceptable(text);
     return static_cast<std::int32_t>(value);
   }
-  if (!IsType(property, "TColor")) return StrToInt(text);
   TColor color;
   if (!IdentToColor(text, color)) throw EDataHandlingError(LocaleFormat(sUnacceptableColor, text));
   return color;
@@ -111,14 +112,9 @@ bool NumberOf(const TVariant& value, double& number) {
 
 // What an ordinal property accepts as a number.
 std::int32_t CheckedOrdinal(const TPropInfo& property, double number) {
-  const bool isUnsigned = IsType(property, "Cardinal") || property.Kind() == tkSet;
-  const double low = isUnsigned ? 0 : INT32_MIN;
-  const double high = isUnsigned ? UINT32_MAX : INT32_MAX;
-  const TTypeInfo& type = *property.PropType;
-  const bool inType =
-      property.Kind() != tkEnumeration || (number >= static_cast<double>(type.Range().Low) &&
-                                           number <= static_cast<double>(type.Range().High));
-  if (!(number >= low && number <= high) || !inType) RaiseUnacceptable(FloatToStr(number));
+  const TValueRange& range = property.Range();
+  if (!(number >= static_cast<double>(range.Low) && number <= static_cast<double>(range.High)))
+    RaiseUnacceptable(FloatToStr(number));
   return static_cast<std::int32_t>(static_cast<std::int64_t>(number));
 }
 

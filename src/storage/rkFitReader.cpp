@@ -4,16 +4,12 @@
 #include <unordered_map>
 
 #include "platform/core/text/SysUtils.h"
-#include "storage/rkFitWriter.h"
+#include "storage/rkD4Add.h"
 #include "storage/rkKeyedCollections.h"
 
 namespace wrenfold {
 
 namespace {
-
-// The items of a collection by their keys; of equal keys the first item counts.
-template <class Item>
-using TItemsByKey = std::unordered_map<std::string, Item*>;
 
 void MoveTo(TCollection& collection, TCollectionItem& item, int index) {
   const int place = std::min(index, collection.Count() - 1);
@@ -23,13 +19,17 @@ void MoveTo(TCollection& collection, TCollectionItem& item, int index) {
 // The key of an item is the program's: what is read into the item must not change it.
 class TKeyKept {
  public:
-  explicit TKeyKept(TWrapperItem& item) : FItem(item), FKey(item.AObjectID) {}
-  ~TKeyKept() { FItem.AObjectID = FKey; }
+  TKeyKept(TCollectionItem& item, const std::string& property)
+      : FItem(item), FProperty(property), FKey(ItemKey(item, property)) {}
+  ~TKeyKept() {
+    if (ItemKey(FItem, FProperty) != FKey) SetStrProp(FItem, FProperty, FKey);
+  }
   TKeyKept(const TKeyKept&) = delete;
   TKeyKept& operator=(const TKeyKept&) = delete;
 
  private:
-  TWrapperItem& FItem;
+  TCollectionItem& FItem;
+  const std::string& FProperty;
   std::string FKey;
 };
 
@@ -69,63 +69,32 @@ void TFitReader::SkipSetBody() {
   }
 }
 
-// Names of components mean for the target what they mean for the source.
-void TFitReader::CopyItem(TPersistent& target, TPersistent& source) {
-  TMemoryStream stream;
-  TFitWriter writer(stream);
-  writer.Root = Root;
-  writer.WriteProperties(source);
-  writer.WriteListEnd();
-  writer.FlushBuffer();
-  stream.SetPosition(0);
-  TFitReader reader(stream);
-  reader.IgnoreErrors = IgnoreErrors;
-  reader.Root = Root;
-  reader.ReadProperties(target);
-  reader.ReadListEnd();
-  reader.ResolveReferences(dynamic_cast<TComponent*>(Root));
-}
-
 void TFitReader::ReadFixedCollection(TFixedCollection& collection, bool reorder) {
-  if (collection.Count() == 0) return SkipValue();
-  TCollection stored(collection.ItemClass());
-  // Reading may fail and go on behind the collection, with references to these items unsettled.
-  struct TRetirement {
-    TFitReader& Reader;
-    TCollection& Items;
-    ~TRetirement() { Reader.RetireItems(Items); }
-  } const retirement{*this, stored};
-  ReadCollection(stored);
-  ResolveReferences(dynamic_cast<TComponent*>(Root));
-  TItemsByKey<TCollectionItem> items;
-  for (TCollectionItem* item : collection.Items()) items.try_emplace(collection.KeyOf(*item), item);
-  items.erase("");
-  const TUpdate update(collection);
-  for (int i = 0; i < stored.Count(); ++i) {
-    const auto found = items.find(collection.KeyOf(*stored.Item(i)));
-    if (found == items.end()) continue;
-    CopyItem(*found->second, *stored.Item(i));
-    if (reorder) MoveTo(collection, *found->second, i);
-  }
+  ReadByKey(collection, collection.GetUpdateName(), reorder);
 }
 
 void TFitReader::ReadFreeCollection(TFreeCollection& collection, bool reorder) {
+  ReadByKey(collection, "AObjectID", reorder);
+}
+
+// Of equal keys the first item counts.
+void TFitReader::ReadByKey(TCollection& collection, const std::string& property, bool reorder) {
   if (NextValue() != TValueType::vaCollection) Bytes().Fail("a collection");
   ReadValue();
-  TItemsByKey<TWrapperItem> items;
-  for (int i = 0; i < collection.Count(); ++i)
-    items.try_emplace(collection.Item(i)->AObjectID, collection.Item(i));
+  std::unordered_map<std::string, TCollectionItem*> items;
+  for (TCollectionItem* item : collection.Items())
+    items.try_emplace(ItemKey(*item, property), item);
   items.erase("");
   const TUpdate update(collection);
   for (int i = 0; !EndOfList(); ++i) {
     if (NextValue() != TValueType::vaList) ReadInteger();
     ReadListBegin();
-    const auto found = items.find(PeekItemKey("AObjectID"));
+    const auto found = items.find(PeekItemKey(property));
     if (found == items.end()) {
       Bytes().SkipProperties();
       continue;
     }
-    const TKeyKept kept(*found->second);
+    const TKeyKept kept(*found->second, property);
     ReadProperties(*found->second);
     ReadListEnd();
     if (reorder) MoveTo(collection, *found->second, i);

@@ -38,20 +38,18 @@ class TFitReader : public TAdvReader {
   void SkipSetBody();
 
   // Both read a stored collection into the items that are there, by key: no item is added, removed
-  // or replaced, stored items without a counterpart are dropped, items that were not stored keep
-  // their values. With reorder, matched items move to their stored positions.
+  // or replaced, stored items without a counterpart are dropped, what was not stored keeps its
+  // value, items and properties alike. With reorder, matched items move to their stored positions.
   // Which item has a key is settled before the first one moves.
-  // Of a fixed collection all stored properties of the item are taken over, as an item of the same
-  // class has them after reading.
   void ReadFixedCollection(TFixedCollection& collection, bool reorder);
-  // Of a free collection the stored properties are read into the object that the item holds.
+  // The stored properties go into the object that the item holds.
   void ReadFreeCollection(TFreeCollection& collection, bool reorder);
   // The items of the collection value that comes next, which stays to be read.
   std::vector<TStoredItem> PeekItems(std::string_view keyProperty);
 
  private:
   void ReadRecordHead();
-  void CopyItem(TPersistent& target, TPersistent& source);
+  void ReadByKey(TCollection& collection, const std::string& property, bool reorder);
   std::string PeekItemKey(std::string_view propertyName);
 };
 

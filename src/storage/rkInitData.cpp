@@ -22,7 +22,14 @@ auto FindByName(List& list, std::string_view name) {
 
 }  // namespace
 
+void RaiseInitDataNeeded() {
+  throw ESpcMngError(LocaleStr(sInitDataNeeded));
+}
+
 void SetInitData(TInitData initData) {
+  if (HasInitData())
+    for (const auto& block : GetInitData().UserData)
+      if (GetUserData(initData, block->Name) == nullptr) initData.UserData.push_back(block);
   Installed() = std::move(initData);
 }
 
@@ -35,7 +42,7 @@ bool HasInitData() {
 }
 
 TInitData& GetInitData() {
-  if (!HasInitData()) throw ESpcMngError(LocaleStr(sInitDataNeeded));
+  if (!HasInitData()) RaiseInitDataNeeded();
   return *Installed();
 }
 

@@ -12,6 +12,28 @@
 
 namespace wrenfold {
 
+[[noreturn]] void RaiseInitDataNeeded();
+
+// A function of somebody else. Calling one that was not given raises ESpcMngError.
+template <class Signature>
+class TEntryPoint;
+template <class Result, class... Arguments>
+class TEntryPoint<Result(Arguments...)> {
+ public:
+  TEntryPoint() = default;
+  template <class Function>
+  TEntryPoint(Function function) : FFunction(std::move(function)) {}  // NOLINT: as a function
+
+  Result operator()(Arguments... arguments) const {
+    if (!FFunction) RaiseInitDataNeeded();
+    return FFunction(std::forward<Arguments>(arguments)...);
+  }
+  explicit operator bool() const { return static_cast<bool>(FFunction); }
+
+ private:
+  std::function<Result(Arguments...)> FFunction;
+};
+
 // A named block of further entry points; descendants add them.
 struct TUserData {
   explicit TUserData(std::string name) : Name(std::move(name)) {}
@@ -20,20 +42,21 @@ struct TUserData {
 };
 
 struct TInitData {
-  std::function<void(TSpcObject& spc, const std::string& fileName, TObjectStorageFormat format)>
+  TEntryPoint<void(TSpcObject& spc, const std::string& fileName, TObjectStorageFormat format)>
       SaveSpc;
-  std::function<TObjectStorageFormat(std::unique_ptr<TSpcObject>& spc, const std::string& fileName,
-                                     bool askOnErrors, bool recreate)>
+  TEntryPoint<TObjectStorageFormat(std::unique_ptr<TSpcObject>& spc, const std::string& fileName,
+                                   bool askOnErrors, bool recreate)>
       LoadSpc;
-  std::function<void(std::unique_ptr<TSpcObject>& spc)> RecreateSpc;
-  std::function<std::string(TPersistentArray objects, TObjectStorageFormat format)> GetProps;
-  std::function<void(TPersistentArray objects, std::string_view text, TObjectStorageFormat format)>
+  TEntryPoint<void(std::unique_ptr<TSpcObject>& spc)> RecreateSpc;
+  TEntryPoint<std::string(TPersistentArray objects, TObjectStorageFormat format)> GetProps;
+  TEntryPoint<void(TPersistentArray objects, std::string_view text, TObjectStorageFormat format)>
       SetProps;
-  std::function<TBaseClassIdent(const TPersistent* instance)> GetInstanceID;
+  TEntryPoint<TBaseClassIdent(const TPersistent* instance)> GetInstanceID;
   std::vector<std::shared_ptr<const TUserData>> UserData;
 };
 
-// Installs a record; what was installed before is gone.
+// Installs a record in place of the one before, whose blocks of user data stay where the new one
+// has none of their name.
 void SetInitData(TInitData initData);
 // Takes the record out again.
 void ClearInitData();

@@ -14,15 +14,15 @@ const TTypeKinds StringKinds = {tkString, tkLString, tkWString};
 
 }  // namespace
 
+std::string ItemKey(const TCollectionItem& item, std::string_view property) {
+  const TPropInfo* info = GetPropInfo(item, property, StringKinds);
+  return info != nullptr ? GetStrProp(item, *info) : std::string();
+}
+
 const TTypeInfo& TFixedCollection::ClassInfo() {
   static const TTypeInfo info =
       Publish<TFixedCollection>("TFixedCollection", TSpcCollection::ClassInfo());
   return info;
-}
-
-std::string TFixedCollection::KeyOf(const TCollectionItem& item) const {
-  const TPropInfo* property = GetPropInfo(item, GetUpdateName(), StringKinds);
-  return property != nullptr ? GetStrProp(item, *property) : std::string();
 }
 
 TSpcItem* TFixedCollection::Find(std::string_view name) const {
@@ -40,9 +40,10 @@ TSpcItem* TFixedCollection::Add(const std::string& name) {
   const TPropInfo* property = GetPropInfo(ItemClass(), GetUpdateName(), StringKinds);
   if (property == nullptr)
     throw EFixedCollectionError(ItemClass().Name() + " has no string property " + GetUpdateName());
-  TSpcItem* item = TSpcCollection::Add();
+  const TUpdate update(*this);  // one report, of an item that has its key
+  std::unique_ptr<TSpcItem> item(TSpcCollection::Add());
   SetStrProp(*item, *property, name);
-  return item;
+  return item.release();
 }
 
 const TTypeInfo& TWrapperItem::ClassInfo() {
@@ -76,6 +77,7 @@ TWrapperItem* TFreeCollection::Find(std::string_view name) const {
 TWrapperItem* TFreeCollection::Add(TNestedObject* object, const std::string& name) {
   for (int i = 0; i < Count(); ++i)
     if (Item(i)->AObjectID == name) throw EFreeCollectionError(LocaleFormat(sObjectExists, name));
+  const TUpdate update(*this);
   auto* item = static_cast<TWrapperItem*>(TSpcCollection::Add());
   item->AObjectID = name;
   item->SetNestedObject(object);

@@ -18,6 +18,9 @@ class EFreeCollectionError : public Exception {
   using Exception::Exception;
 };
 
+// The value of an item's string property of that name; empty when it publishes none.
+std::string ItemKey(const TCollectionItem& item, std::string_view property);
+
 // Items keyed by a string property. Keys are compared exactly; an empty key matches nothing.
 class TFixedCollection : public TSpcCollection {
  public:
@@ -32,8 +35,7 @@ class TFixedCollection : public TSpcCollection {
   TSpcItem* Add(const std::string& name);
   // The first item with that key, or null. Takes time in proportion to the number of items.
   TSpcItem* Find(std::string_view name) const;
-  // An item's key; empty when it publishes no such property.
-  std::string KeyOf(const TCollectionItem& item) const;
+  std::string KeyOf(const TCollectionItem& item) const { return ItemKey(item, GetUpdateName()); }
 };
 
 // What a free collection holds: any persistent object.

@@ -23,13 +23,13 @@ void StringsToText(TPersistent& value, std::string& text) {
 void CheckStringsToText(TPersistent& value, std::string& text, std::string& checkedInds) {
   const auto& strings = As<TCheckStrings>(value);
   text = strings.Text();
-  checkedInds = strings.CheckedInds;
+  checkedInds = strings.CheckedInds();
 }
 
 void SelectStringsToText(TPersistent& value, std::string& text, std::int32_t& itemIndex) {
   const auto& strings = As<TSelectStrings>(value);
   text = strings.Text();
-  itemIndex = strings.ItemIndex;
+  itemIndex = strings.ItemIndex();
 }
 
 void ObjectToText(TPersistent& value, std::string& text) {
@@ -43,14 +43,16 @@ void TextToStrings(TPersistent& value, const std::string& text) {
 void TextToCheckStrings(TPersistent& value, const std::string& text,
                         const std::string& checkedInds) {
   auto& strings = As<TCheckStrings>(value);
+  const TUpdate update(strings);
   strings.SetText(text);
-  strings.CheckedInds = checkedInds;
+  strings.SetCheckedInds(checkedInds);
 }
 
 void TextToSelectStrings(TPersistent& value, const std::string& text, std::int32_t itemIndex) {
   auto& strings = As<TSelectStrings>(value);
+  const TUpdate update(strings);
   strings.SetText(text);
-  strings.ItemIndex = itemIndex;
+  strings.SetItemIndex(itemIndex);
 }
 
 // The text leaves out values that are default, the pitch among them.
@@ -103,26 +105,45 @@ int InitCount = 0;
 }  // namespace
 
 const TTypeInfo& TCheckStrings::ClassInfo() {
-  static const TTypeInfo info = Publish<TCheckStrings>("TCheckStrings", TStringList::ClassInfo())
-                                    .Prop("CheckedInds", &TCheckStrings::CheckedInds);
+  static const TTypeInfo info =
+      Publish<TCheckStrings>("TCheckStrings", TStringList::ClassInfo())
+          .Prop("CheckedInds", &TCheckStrings::CheckedInds, &TCheckStrings::SetCheckedInds);
   return info;
 }
 
 void TCheckStrings::Assign(const TPersistent* source) {
+  const TUpdate update(*this);
   TStringList::Assign(source);
   if (const auto* other = dynamic_cast<const TCheckStrings*>(source))
-    CheckedInds = other->CheckedInds;
+    SetCheckedInds(other->FCheckedInds);
+}
+
+void TCheckStrings::SetCheckedInds(const std::string& indices) {
+  if (indices == FCheckedInds) return;
+  Changing();
+  FCheckedInds = indices;
+  Changed();
 }
 
 const TTypeInfo& TSelectStrings::ClassInfo() {
-  static const TTypeInfo info = Publish<TSelectStrings>("TSelectStrings", TStringList::ClassInfo())
-                                    .Prop("ItemIndex", &TSelectStrings::ItemIndex);
+  static const TTypeInfo info =
+      Publish<TSelectStrings>("TSelectStrings", TStringList::ClassInfo())
+          .Prop("ItemIndex", &TSelectStrings::ItemIndex, &TSelectStrings::SetItemIndex);
   return info;
 }
 
 void TSelectStrings::Assign(const TPersistent* source) {
+  const TUpdate update(*this);
   TStringList::Assign(source);
-  if (const auto* other = dynamic_cast<const TSelectStrings*>(source)) ItemIndex = other->ItemIndex;
+  if (const auto* other = dynamic_cast<const TSelectStrings*>(source))
+    SetItemIndex(other->FItemIndex);
+}
+
+void TSelectStrings::SetItemIndex(std::int32_t index) {
+  if (index == FItemIndex) return;
+  Changing();
+  FItemIndex = index;
+  Changed();
 }
 
 const TTypeInfo& TMemoStrings::ClassInfo() {
@@ -148,7 +169,8 @@ TPropTypeIdent ClassifyPropValue(const TPersistent* value) {
 }
 
 void InitPropTypes() {
-  if (InitCount == 0) AddUserData(GetInitData(), MakeEntryPoints());
+  if (GetUserData(GetInitData(), TPropTypesData::BlockName) == nullptr)
+    AddUserData(GetInitData(), MakeEntryPoints());
   ++InitCount;
 }
 

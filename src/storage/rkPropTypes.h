@@ -1,7 +1,6 @@
 // Value types of properties that the settings editor shows with a control of their own.
 #pragma once
 
-#include <functional>
 #include <string>
 
 #include "platform/core/model/Graphics.h"
@@ -17,8 +16,12 @@ class TCheckStrings : public TStringList {
   const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
   void Assign(const TPersistent* source) override;
 
-  // The indices of the checked lines, from 0, joined by commas.
-  std::string CheckedInds;
+  // The indices of the checked lines, from 0, joined by commas. A change is reported.
+  const std::string& CheckedInds() const { return FCheckedInds; }
+  void SetCheckedInds(const std::string& indices);
+
+ private:
+  std::string FCheckedInds;
 };
 
 // Lines of which one is selected.
@@ -28,7 +31,12 @@ class TSelectStrings : public TStringList {
   const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
   void Assign(const TPersistent* source) override;
 
-  std::int32_t ItemIndex = -1;  // -1: none
+  // -1: none. A change is reported.
+  std::int32_t ItemIndex() const { return FItemIndex; }
+  void SetItemIndex(std::int32_t index);
+
+ private:
+  std::int32_t FItemIndex = -1;
 };
 
 // Free text of several lines.
@@ -68,21 +76,21 @@ struct TPropTypesData : TUserData {
   static constexpr const char* BlockName = "PropTypes";
   TPropTypesData() : TUserData(BlockName) {}
 
-  std::function<void(TPersistent& value, std::string& text)> StringsToText;
-  std::function<void(TPersistent& value, std::string& text, std::string& checkedInds)>
+  TEntryPoint<void(TPersistent& value, std::string& text)> StringsToText;
+  TEntryPoint<void(TPersistent& value, std::string& text, std::string& checkedInds)>
       CheckStringsToText;
-  std::function<void(TPersistent& value, std::string& text, std::int32_t& itemIndex)>
+  TEntryPoint<void(TPersistent& value, std::string& text, std::int32_t& itemIndex)>
       SelectStringsToText;
-  std::function<void(TPersistent& value, std::string& text)> FontToText;
-  std::function<void(TPersistent& value, std::string& text)> PictureToText;
-  std::function<void(TPersistent& value, const std::string& text)> TextToStrings;
-  std::function<void(TPersistent& value, const std::string& text, const std::string& checkedInds)>
+  TEntryPoint<void(TPersistent& value, std::string& text)> FontToText;
+  TEntryPoint<void(TPersistent& value, std::string& text)> PictureToText;
+  TEntryPoint<void(TPersistent& value, const std::string& text)> TextToStrings;
+  TEntryPoint<void(TPersistent& value, const std::string& text, const std::string& checkedInds)>
       TextToCheckStrings;
-  std::function<void(TPersistent& value, const std::string& text, std::int32_t itemIndex)>
+  TEntryPoint<void(TPersistent& value, const std::string& text, std::int32_t itemIndex)>
       TextToSelectStrings;
-  std::function<void(TPersistent& value, const std::string& text)> TextToFont;
-  std::function<void(TPersistent& value, const std::string& text)> TextToPicture;
-  std::function<TPropTypeIdent(const TPersistent* value)> Classify;
+  TEntryPoint<void(TPersistent& value, const std::string& text)> TextToFont;
+  TEntryPoint<void(TPersistent& value, const std::string& text)> TextToPicture;
+  TEntryPoint<TPropTypeIdent(const TPersistent* value)> Classify;
 };
 
 // Adds the block to the installed init data, at the first of nested calls; the last Done ends it.

@@ -83,6 +83,7 @@ TEST(IdentIntfListTest, HoldsAReferenceUntilTakenOut) {
   EXPECT_EQ(alive, 2);
   EXPECT_THROW(list.Add(new TNamed("B", &alive)), EIdentListError);
   EXPECT_EQ(alive, 2) << "a refused object";
+  EXPECT_THROW(list.Add(nullptr), EIdentListError);
   list.Delete(0);
   EXPECT_EQ(alive, 1);
   EXPECT_EQ(list.Items(0)->GetIdent(), "b");

@@ -24,6 +24,7 @@ TEST(IniStringsTest, TextFormIsReadAndWrittenBack) {
   };
   const TRow rows[] = {
       {"empty", "", ""},
+      {"byte order mark", "\xEF\xBB\xBF[a]\r\nk=v\r\n", "[a]\r\nk=v\r\n\r\n"},
       {"key and value", "[a]\r\nk=v\r\n", "[a]\r\nk=v\r\n\r\n"},
       {"the second equals sign is value", "[a]\r\nk=v=w\r\n", "[a]\r\nk=v=w\r\n\r\n"},
       {"leading equals sign is key", "[a]\r\n=v\r\n", "[a]\r\n=v\r\n\r\n"},
@@ -124,6 +125,20 @@ TEST(IniStringsTest, EqualNamesSurviveInSortedLists) {
   EXPECT_EQ(list.Count(), 2);
   ini.ReadSection("a", list);
   EXPECT_EQ(list.Count(), 2);
+}
+
+TEST(IniStringsTest, KeyListTakesPlainLinesAndLinesOfAnother) {
+  TIniStrings ini;
+  TIniKeyList* keys = ini.AddSection("a");
+  TIniKeyList* copy = ini.AddSection("b");
+  TObject foreign;
+  keys->AddObject("plain", &foreign);
+  keys->AddKey("k", "v");
+  copy->Assign(keys);
+  keys->SetKeyValue(0, "now");
+  TStringList list;
+  ini.GetStrings(list);
+  EXPECT_EQ(list.CommaText(), "[a],plain=now,k=v,,[b],plain,k=v,");
 }
 
 TEST(IniStringsTest, ReportsOneChangeForAWholeText) {

@@ -23,6 +23,7 @@ class TSpecification : public TSpcObject {
   const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
 
   TSpecification() {
+    if (Fails) throw EListError("no specification");
     TStorageProc text{"Extra", {}, {}, true};
     Bind<&TSpecification::ReadExtra>(text.ReadData, this);
     Bind<&TSpecification::WriteExtra>(text.WriteData, this);
@@ -45,6 +46,7 @@ class TSpecification : public TSpcObject {
   std::string Extra = "extra";
   std::string Bytes = "bytes";
   static inline int Living = 0;
+  static inline bool Fails = false;
 
  private:
   void ReadExtra(TReader& reader) { Extra = reader.ReadString(); }
@@ -107,11 +109,17 @@ TEST_F(SpcFile, FailuresHaveTheirTextsAndLeaveTheObject) {
   Spec().Value = 5;
   EXPECT_EQ(MessageOf<ESpcMngError>([&] { LoadSpc(FSpc, "/none.sbn"); }),
             "Specification file: /none.sbn not found.");
+  const TSpcObject* before = FSpc.get();
   for (const char* bytes : {"", "TPF", "noise", "\n object T\nend\n"}) {
     SafeWriteFile(FFile, bytes);
-    EXPECT_EQ(MessageOf<ESpcMngError>([&] { LoadSpc(FSpc, FFile); }),
+    EXPECT_EQ(MessageOf<ESpcMngError>([&] { LoadSpc(FSpc, FFile, true, true); }),
               "Unknown specification format.");
+    EXPECT_EQ(FSpc.get(), before);
   }
+  TSpecification::Fails = true;
+  EXPECT_THROW(RecreateSpc(FSpc), EListError);
+  TSpecification::Fails = false;
+  EXPECT_EQ(FSpc.get(), before);
   SafeWriteFile(FFile, "object T\r\n  Value = \r\n");
   EXPECT_TRUE(MessageOf<EFitReaderError>([&] { LoadSpc(FSpc, FFile); }).starts_with(FFile));
   EXPECT_EQ(Spec().Value, 5);

@@ -107,12 +107,12 @@ TEST(DataBody, EveryFormatReadsBackWhatItWrote) {
     component.Tag = 3;
     Fill(first);
     TStringStream stream;
-    TPersistent* const all[] = {&first, &component, &second};
+    TPersistent* const all[] = {&first, nullptr, &component, &second};
     if (format == osfExtBin) SaveObjectBinaryEx(all, stream);
     else if (format == osfText) SaveObjectText(all, stream);
     else SaveObjectBinary(all, stream, format == osfResBin);
     stream.SetPosition(0);
-    SafeLoadObjects({&firstBack, &componentBack, &secondBack}, stream, format);
+    SafeLoadObjects({&firstBack, nullptr, &componentBack, &secondBack}, stream, format);
     EXPECT_EQ(stream.ReadRest(), "");
     EXPECT_EQ(GetProps({&firstBack}, osfBin), GetProps({&first}, osfBin));
     EXPECT_EQ(componentBack.Tag, 3);
@@ -275,6 +275,32 @@ TEST(PropTypes, MostSpecialClassWins) {
   for (const auto& [value, ident] : cases) EXPECT_EQ(ClassifyPropValue(value), ident);
 }
 
+TEST(PropTypes, SelectionIsReportedOnceItIsThere) {
+  struct TWatch {
+    void Changed(TObject* sender) {
+      if (const auto* check = dynamic_cast<TCheckStrings*>(sender))
+        Log += check->Text() + check->CheckedInds() + ';';
+      if (const auto* select = dynamic_cast<TSelectStrings*>(sender))
+        Log += select->Text() + std::to_string(select->ItemIndex()) + ';';
+    }
+    std::string Log;
+  } watch;
+  TCheckStrings check, checkSource;
+  checkSource.Add("a");
+  checkSource.SetCheckedInds("0");
+  Bind<&TWatch::Changed>(check.OnChange, &watch);
+  check.Assign(&checkSource);
+  check.SetCheckedInds("");
+  TSelectStrings select, selectSource;
+  selectSource.Add("b");
+  selectSource.SetItemIndex(0);
+  Bind<&TWatch::Changed>(select.OnChange, &watch);
+  select.Assign(&selectSource);
+  select.SetItemIndex(-1);
+  select.SetItemIndex(-1);
+  EXPECT_EQ(watch.Log, "a\r\n0;a\r\n;b\r\n0;b\r\n-1;");
+}
+
 TEST(PropTypes, EntryPointsConvertBothWays) {
   SetInitData({});
   InitPropTypes();
@@ -303,6 +329,10 @@ TEST(PropTypes, EntryPointsConvertBothWays) {
   EXPECT_EQ(text, "a\r\nb\r\n");
   EXPECT_EQ(index, 1);
   EXPECT_THROW(entries.CheckStringsToText(select, text, text), EDataHandlingError);
+  SetInitData({});  // of another part of the system
+  EXPECT_NE(GetUserData(GetInitData(), TPropTypesData::BlockName), nullptr);
+  EXPECT_THROW(GetInitData().RecreateSpc(*std::make_unique<std::unique_ptr<TSpcObject>>()),
+               ESpcMngError);
   DonePropTypes();
   EXPECT_EQ(GetUserData(GetInitData(), TPropTypesData::BlockName), nullptr);
   ClearInitData();

@@ -51,6 +51,55 @@ TEST(FixedCollection, StoredItemsUpdateByKeyAndNeverGrowOrShrink) {
   }
 }
 
+// An item that was written when its class had fewer properties, and one whose key stands twice.
+TEST(FixedCollection, PropertyThatIsNotStoredKeepsItsValue) {
+  TKeyedRoot root;
+  root.Fixed.AddValue("A", 5);
+  root.Fixed.AddValue("B", 6);
+  TObjectSaver saver;
+  saver.OriginalFormat = sofText;
+  saver.SetObjectProps({&root},
+                       "object T\r\n  Fixed_ = <\r\n    item\r\n      Key = 'A'\r\n    end\r\n"
+                       "    item\r\n      Key = 'B'\r\n      Value = 7\r\n      Key = 'A'\r\n"
+                       "    end>\r\nend\r\n");
+  EXPECT_EQ(root.Fixed.Describe(), "A=5 B=7");
+}
+
+// Whoever holds an item keeps it, whatever a hand wrote into the file.
+TEST(FixedCollection, PropertyThatIsNeverStoredIsNoWayToReplaceItems) {
+  TKeyedRoot root;
+  TKeyedItem& held = root.Fixed.AddValue("A", 5);
+  TObjectSaver saver;
+  saver.OriginalFormat = sofText;
+  TAnswers yes(mbYes);
+  saver.SetObjectProps({&root}, "object T\r\n  Shown = <\r\n    item\r\n    end>\r\nend\r\n");
+  EXPECT_EQ(yes.Asked.size(), 1u);
+  ASSERT_EQ(root.Fixed.Count(), 1);
+  EXPECT_EQ(root.Fixed.Item(0), &held);
+}
+
+TEST(FixedCollection, ItemThatRefusesItsKeyIsTakenAway) {
+  class TPicky : public TKeyedItem {
+   public:
+    static const TTypeInfo& ClassInfo() {
+      static const TTypeInfo info = Publish<TPicky>("TPicky", TKeyedItem::ClassInfo())
+                                        .Prop("Key", &TPicky::GetKey, &TPicky::SetKey);
+      return info;
+    }
+    const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
+    using TKeyedItem::TKeyedItem;
+    const std::string& GetKey() const { return Key; }
+    void SetKey(const std::string& key) { throw EListError(key); }
+  };
+  class TPickyItems : public TFixedCollection {
+   public:
+    TPickyItems() : TFixedCollection(nullptr, TPicky::ClassInfo()) {}
+    std::string GetUpdateName() const override { return "Key"; }
+  } items;
+  EXPECT_THROW(items.Add("A"), EListError);
+  EXPECT_EQ(items.Count(), 0);
+}
+
 TEST(FixedCollection, SecondItemOfAKeyIsRefused) {
   TKeyedItems items(nullptr);
   TSpcItem* first = items.Add("A");
@@ -122,6 +171,18 @@ TEST(FreeCollection, HeldObjectsAreFilledInPlace) {
   held.Free.Assign(&stored.Free);
   EXPECT_EQ(aHeld.Number, 100);
   EXPECT_EQ(held.Free.Count(), 3);
+}
+
+TEST(FreeCollection, HeldComponentComesBack) {
+  TKeyedRoot stored, held;
+  TComponent component, componentHeld;
+  component.SetName("Named");
+  component.Tag = 5;
+  stored.Free.Add(&component, "A");
+  held.Free.Add(&componentHeld, "A");
+  const TAnswers no(mbNo);
+  CopyStoredProps(held, stored);
+  EXPECT_EQ(componentHeld.Tag, 5);
 }
 
 TEST(FreeCollection, KeyBehindThePropertiesIsFound) {

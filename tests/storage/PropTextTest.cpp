@@ -83,6 +83,8 @@ TEST_F(PropText, RejectedTextNamesItselfAndChangesNothing) {
       {"Event", "OnClick", "Run", "Unsupported variable type."},
       {"Object", "Font", "x", "Unsupported variable type."},
       {"Int64", "Big", "1", "Unsupported variable type."},
+      {"BeyondAByte", "Small", "300", "300 is unacceptable value for type."},
+      {"BelowAByte", "Small", "-1", "-1 is unacceptable value for type."},
   };
   for (const TBadTextCase& c : cases) {
     SCOPED_TRACE(c.Name);
@@ -220,6 +222,9 @@ TEST(VariantAccess, NumbersOutsideTheTypeAreRefused) {
   EXPECT_THROW(SetPropByVariant(sample, "Number", 1e12), EDataHandlingError);
   EXPECT_THROW(SetPropByVariant(sample, "Grade", 3), EDataHandlingError);
   EXPECT_THROW(SetPropByVariant(sample, "Size", -1), EDataHandlingError);
+  EXPECT_THROW(SetPropByVariant(sample, "Small", 256), EDataHandlingError);
+  EXPECT_THROW(SetPropByPtr(sample, "Small", 256), Exception);
+  EXPECT_THROW(SetOrdProp(sample, "Grade", 3), Exception);
   EXPECT_THROW(SetPropByVariant(sample, "Font", 1), EDataHandlingError);
   TRawValue raw;
   EXPECT_THROW(GetPropAsPtr(sample, "Big", raw), EDataHandlingError);

@@ -37,6 +37,7 @@ class TSample : public TSpcObject {
                                       .Prop("Short", &TSample::Short)
                                       .Prop("Wide", &TSample::Wide)
                                       .Prop("Big", &TSample::Big)
+                                      .Prop("Small", &TSample::Small)
                                       .Prop("OnClick", &TSample::OnClick)
                                       .Prop("Font", &TSample::Font)
                                       .Prop("Inner", &TSample::Inner, nullptr);
@@ -61,6 +62,7 @@ class TSample : public TSpcObject {
   TShortString Short;
   TWideString Wide;
   std::int64_t Big = 5;
+  std::uint8_t Small = 3;
   TNotifyEvent OnClick;
   std::unique_ptr<TFont> Font = std::make_unique<TFont>();
 
@@ -112,7 +114,9 @@ class TKeyedRoot : public TSpcObject {
     static const TTypeInfo info = Publish<TKeyedRoot>("TKeyedRoot", TSpcObject::ClassInfo())
                                       .Prop("Title", &TKeyedRoot::Title)
                                       .Prop("Lines", &TKeyedRoot::Lines)
-                                      .Prop("Plain", &TKeyedRoot::Plain, nullptr);
+                                      .Prop("Plain", &TKeyedRoot::Plain, nullptr)
+                                      .Prop("Shown", &TKeyedRoot::Shown, nullptr)
+                                      .NotStored();
     return info;
   }
   const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
@@ -130,6 +134,8 @@ class TKeyedRoot : public TSpcObject {
   }
 
   TKeyedItems* Plain() const { return FPlain.get(); }
+  // Published, but stored as "Fixed_" alone.
+  TKeyedItems* Shown() const { return const_cast<TKeyedItems*>(&Fixed); }
 
   std::string Title = "untitled";
   std::unique_ptr<TStringList> Lines = std::make_unique<TStringList>();

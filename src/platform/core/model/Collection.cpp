@@ -24,8 +24,12 @@ TCollectionItem::TCollectionItem(TCollection* collection) {
   SetCollection(collection);
 }
 
+// Nobody can be told from here what a listener raises; Delete and Clear tell it.
 TCollectionItem::~TCollectionItem() {
-  SetCollection(nullptr);
+  try {
+    SetCollection(nullptr);
+  } catch (...) {
+  }
 }
 
 void TCollectionItem::SetCollection(TCollection* collection) {
@@ -87,14 +91,14 @@ TCollectionItem* TCollection::Insert(int index) {
 }
 
 void TCollection::Delete(int index) {
-  delete Item(index);
+  const std::unique_ptr<TCollectionItem> item(Item(index));
+  item->SetCollection(nullptr);
 }
 
 void TCollection::Clear() {
   if (FItems.empty()) return;
-  BeginUpdate();
-  while (!FItems.empty()) delete FItems.back();
-  EndUpdate();
+  const TUpdate update(*this);
+  while (!FItems.empty()) Delete(Count() - 1);
 }
 
 TCollectionItem* TCollection::FindItemID(int id) const {
@@ -107,10 +111,20 @@ void TCollection::Assign(const TPersistent* source) {
   const auto* other = dynamic_cast<const TCollection*>(source);
   if (other == nullptr) return TPersistent::Assign(source);
   if (other == this) return;
-  BeginUpdate();
+  // The copies are complete before an item goes.
+  std::vector<std::unique_ptr<TCollectionItem>> copies;
+  for (const TCollectionItem* item : other->FItems) {
+    copies.emplace_back(FItemClass->MakeItem(nullptr));
+    if (copies.back() == nullptr)
+      throw EListError("Items of class " + FItemClass->Name() + " cannot be made");
+    copies.back()->Assign(item);
+  }
+  const TUpdate update(*this);
   Clear();
-  for (const TCollectionItem* item : other->FItems) Add()->Assign(item);
-  EndUpdate();
+  for (std::unique_ptr<TCollectionItem>& copy : copies) {
+    copy->SetCollection(this);
+    static_cast<void>(copy.release());
+  }
 }
 
 void TCollection::EndUpdate() {
@@ -136,15 +150,32 @@ void TCollection::InsertItem(TCollectionItem* item) {
   FItems.push_back(item);
   item->FCollection = this;
   item->FID = FNextID++;
-  Notify(item, opInsert);
-  Changed(nullptr);
+  try {
+    Notify(item, opInsert);
+    Changed(nullptr);
+  } catch (...) {
+    // It may be under construction, and is nobody's then.
+    std::erase(FItems, item);
+    item->FCollection = nullptr;
+    throw;
+  }
 }
 
 void TCollection::RemoveItem(TCollectionItem* item) {
-  Notify(item, opRemove);
-  const auto found = std::find(FItems.rbegin(), FItems.rend(), item);
-  FItems.erase(std::next(found).base());
-  item->FCollection = nullptr;
+  // The item is out, whatever a listener raises.
+  struct TRemoval {
+    TCollection& Collection;
+    TCollectionItem* Item;
+    ~TRemoval() {
+      auto& items = Collection.FItems;
+      items.erase(std::next(std::find(items.rbegin(), items.rend(), Item)).base());
+      Item->FCollection = nullptr;
+    }
+  };
+  {
+    const TRemoval removal{*this, item};
+    Notify(item, opRemove);
+  }
   Changed(nullptr);
 }
 

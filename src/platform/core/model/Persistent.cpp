@@ -70,7 +70,9 @@ TComponent::TComponent(TComponent* owner) {
 
 TComponent::~TComponent() {
   SetComponentState(csDestroying, true);
-  for (TComponent* other : std::vector(FFreeNotifies)) {
+  // Who is told may take others of the list away.
+  while (!FFreeNotifies.empty()) {
+    TComponent* other = FFreeNotifies.back();
     other->ForgetNotification(this);
     other->Notification(this, opRemove);
   }

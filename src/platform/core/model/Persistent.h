@@ -1,6 +1,7 @@
 // The root classes of the object model: objects, persistent objects, components.
 #pragma once
 
+#include <exception>
 #include <functional>
 #include <memory>
 #include <string>
@@ -60,16 +61,24 @@ class TPersistent : public TObject {
   virtual void EndUpdate() {}
 };
 
-// Holds an object's update bracket open.
+// Holds an object's update bracket open. Whoever is told of the change at its end may raise: the
+// error goes on from here, unless the bracket is left by an error already, which then stands.
 class TUpdate {
  public:
   explicit TUpdate(TPersistent& object) : FObject(object) { FObject.BeginUpdate(); }
-  ~TUpdate() { FObject.EndUpdate(); }
+  ~TUpdate() noexcept(false) {
+    try {
+      FObject.EndUpdate();
+    } catch (...) {
+      if (std::uncaught_exceptions() == FErrors) throw;
+    }
+  }
   TUpdate(const TUpdate&) = delete;
   TUpdate& operator=(const TUpdate&) = delete;
 
  private:
   TPersistent& FObject;
+  int FErrors = std::uncaught_exceptions();
 };
 
 enum TOperation : std::uint8_t { opInsert, opRemove };

@@ -147,13 +147,16 @@ struct TPropInfo {
   std::optional<std::int32_t> Default = std::nullopt;
   // Whether the storage writes the property at all.
   std::function<bool(const TPersistent&)> IsStored = nullptr;
+  bool NeverStored = false;
   // The number of the text that names the property to the user; 0: none.
   int Label = 0;
 
   TTypeKind Kind() const;
   // Of an ordinal property: the range of its type, unless the property's is narrower.
   const TValueRange& Range() const;
-  bool Stored(const TPersistent& instance) const { return !IsStored || IsStored(instance); }
+  bool Stored(const TPersistent& instance) const {
+    return !NeverStored && (!IsStored || IsStored(instance));
+  }
 };
 
 // A name and the number of the text that names it to the user.
@@ -681,7 +684,7 @@ class TPublisher {
   }
   // Of the property named last: never stored, or stored when the method says so.
   TPublisher&& NotStored() && {
-    FLast->IsStored = [](const TPersistent&) { return false; };
+    FLast->NeverStored = true;
     return std::move(*this);
   }
   TPublisher&& StoredWhen(bool (Class::*predicate)() const) && {

@@ -6,6 +6,8 @@
 #include <array>
 #include <limits>
 
+#include "platform/core/text/SysUtils.h"
+
 namespace wrenfold {
 
 std::string_view ValueTypeName(TValueType type) {
@@ -230,8 +232,9 @@ void TByteWriter::WriteIdentValue(std::string_view name) {
       {"True", TValueType::vaTrue},
       {"nil", TValueType::vaNil},
       {"Null", TValueType::vaNull}};
-  for (const auto& [word, type] : words)
-    if (name == word) return WriteValueType(type);
+  if (name.size() <= 5)
+    for (const auto& [word, type] : words)
+      if (EqualText(name, word)) return WriteValueType(type);
   WriteValueType(TValueType::vaIdent);
   WriteShortString(name);
 }

@@ -40,8 +40,8 @@ struct TFormTextStyle {
   // doubles.
   bool NewerTags = false;
   // Blanks behind a class name and blank lines in front of a property, which renaming and editing
-  // tools leave behind, are kept as part of the names: the text comes back byte for byte, but an
-  // object reader would not know these names.
+  // tools leave behind, are kept as part of the names, and words such as TRUE as identifiers: the
+  // text comes back byte for byte, but an object reader would not know these names.
   bool KeepsBlanks = false;
 };
 

@@ -253,6 +253,10 @@ void TReader::SkipProperty() {
   FBytes.SkipValue();
 }
 
+void TReader::SkipProperties() {
+  FBytes.SkipProperties();
+}
+
 void TReader::SkipComponent() {
   FBytes.SkipComponent();
 }
@@ -522,6 +526,8 @@ void TReader::ReadClassValue(TPersistent& instance, const TPropInfo& property) {
       FReferences.push_back({&instance, &property, Position(), ReadIdent(), FPath});
       return;
     case TValueType::vaCollection: {
+      // Others hold its items; whatever put the value here, the class did not write it.
+      if (property.NeverStored) throw EReadError("The property is not read from a stream");
       auto* collection = dynamic_cast<TCollection*>(property.Access->GetObject(instance));
       if (collection == nullptr) throw EReadError("The property holds no collection");
       if (collection->ItemsAreHeld()) throw EReadError("Its items cannot be replaced");

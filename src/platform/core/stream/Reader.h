@@ -47,6 +47,8 @@ class TReader : public TFiler {
   std::string ReadResHeader();
   void SkipValue();
   void SkipProperty();
+  // A list of properties and its end.
+  void SkipProperties();
   // One component with its properties and children, prefix included.
   void SkipComponent();
 

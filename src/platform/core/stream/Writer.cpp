@@ -195,7 +195,11 @@ void TWriter::WriteProperty(TPersistent& instance, const TPropInfo& property) {
 }
 
 void TWriter::WriteClassProperty(const TPropInfo& property, TPersistent& value) {
-  if (const auto* component = dynamic_cast<TComponent*>(&value)) {
+  // What stands for any object and cannot be set to another one is no reference.
+  const bool isContent =
+      !property.Access->CanWrite() && !property.PropType->InheritsFrom(TComponent::ClassInfo());
+  const auto* component = dynamic_cast<TComponent*>(&value);
+  if (component != nullptr && !isContent) {
     const std::string name = ReferenceName(*component);
     if (name.empty() || name == "nil") return;  // nobody would find it
     WritePropName(property.Name);

@@ -280,7 +280,11 @@ TFormatSettings& FormatSettings() {
 std::string FloatToStr(double value, const TFormatSettings& settings) {
   if (std::isnan(value)) return "NAN";
   if (std::isinf(value)) return value < 0 ? "-INF" : "INF";
-  std::string text = fmt::format("{:.15G}", value);
+  if (value == 0) return "0";  // without a sign
+  // 0.00001 is the smallest value without an exponent.
+  const bool isSmall = std::fabs(value) < 1e-4 && std::fabs(value) >= 1e-5;
+  std::string text = isSmall ? fmt::format("{:.19f}", value) : fmt::format("{:.15G}", value);
+  if (isSmall) text.erase(text.find_last_not_of('0') + 1);
   if (const auto dot = text.find('.'); dot != text.npos) text[dot] = settings.DecimalSeparator;
   // 1E+16 is written 1E16, 1E-07 is written 1E-7.
   if (const auto mark = text.find('E'); mark != text.npos) {
