@@ -47,6 +47,27 @@ std::string NamedTrouble(const std::string& name, const Exception& error);
 
 int RunInfo(const std::vector<std::string>& names, TOutput& output);
 int RunCheck(const std::vector<std::string>& names, TOutput& output);
+// The text of a form in another form; what is no form, or text already, as it stands.
+int RunTextConv(const std::string& name, TOutput& output);
+// Three-way merge of forms; the result goes to `to`, the conflicts are the output's lines, or its
+// errors where the result goes to standard output. An empty base is none.
+struct TMergeFiles {
+  std::string Base;
+  std::string Ours;
+  std::string Theirs;
+  std::string To;
+};
+int RunMerge(const TMergeFiles& files, TOutput& output);
+// The attributes and drivers by which git shows and merges forms, for a repository that the current
+// folder is in: as lines, or written into its own configuration. `program` is how git calls this
+// one.
+int RunGitSetup(const std::string& program, bool apply, TOutput& output);
+// Changes properties, each "component.path=value", the value written as in a text form or, with
+// `asText`, as it is. Nothing is written when one of them cannot be.
+int RunSet(const std::string& name, const std::vector<std::string>& changes, bool asText,
+           TOutput& output);
+// Prints a value as a text form has it; ecFindings when the form does not store it.
+int RunGet(const std::string& name, const std::string& path, TOutput& output);
 int RunDiff(const std::string& left, const std::string& right, TOutput& output);
 
 struct TConversion {

@@ -1,6 +1,9 @@
 // wrenfold-spc: convert, inspect and check stored objects and form files.
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
 
 #include "tools/Commands.h"
 #include "tools/Terminal.h"
@@ -13,6 +16,7 @@ struct TArguments {
   std::string Form;
   std::string Style;
   bool InPlace = false;
+  bool Flag = false;  // the one of a command that has one
 };
 
 std::vector<std::string> StyleNames() {
@@ -26,6 +30,21 @@ std::string StyleHelp() {
   for (const TFormTextStyle& style : FormTextStyles())
     text.append("  ").append(style.Name).append(": ").append(style.Meaning).append("\n");
   return text;
+}
+
+// How git finds this program: by its name where that leads here, else by its place.
+std::string ProgramName() {
+  namespace fs = std::filesystem;
+  const std::string name = "wrenfold-spc";
+  std::error_code error;
+  const fs::path self = fs::canonical("/proc/self/exe", error);
+  const char* path = std::getenv("PATH");
+  for (std::string_view folders = path != nullptr ? path : ""; !folders.empty();) {
+    const std::string_view folder = folders.substr(0, folders.find(':'));
+    if (fs::equivalent(fs::path(folder) / name, self, error)) return name;
+    folders.remove_prefix(std::min(folder.size() + 1, folders.size()));
+  }
+  return "'" + self.string() + "'";
 }
 
 int Convert(const TArguments& arguments, TOutput& output) {
@@ -81,6 +100,30 @@ int Run(int argc, char** argv) {
   CLI::App* diff = app.add_subcommand("diff", "Compare two stored objects by meaning");
   diff->add_option("FILE", arguments.Files, "Two files in any forms")->required()->expected(2);
 
+  CLI::App* textConv = app.add_subcommand("textconv", "Print the text of a form, for git diff");
+  textConv->add_option("FILE", arguments.Files, "A file; - is standard input")
+      ->required()
+      ->expected(1);
+
+  CLI::App* merge = app.add_subcommand("merge", "Merge three versions of a form by meaning");
+  merge->add_option("FILE", arguments.Files, "BASE, OURS and THEIRS in any forms")
+      ->required()
+      ->expected(3);
+  merge->add_option("-o,--output", arguments.Form,
+                    "Where the result goes; standard output without");
+
+  CLI::App* gitSetup = app.add_subcommand("git-setup", "Tell how git shows and merges forms");
+  gitSetup->add_flag("--apply", arguments.Flag, "Write it into the repository's own configuration");
+
+  CLI::App* set = app.add_subcommand("set", "Change properties of a form, and nothing else in it");
+  set->add_option("FILE", arguments.Files, "The form, then PATH=VALUE for each property")
+      ->required()
+      ->expected(2, -1);
+  set->add_flag("--string", arguments.Flag, "The values are texts as they stand");
+
+  CLI::App* get = app.add_subcommand("get", "Print a property of a form");
+  get->add_option("FILE", arguments.Files, "The form and the PATH")->required()->expected(2);
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -90,7 +133,16 @@ int Run(int argc, char** argv) {
   if (info->parsed()) return RunInfo(arguments.Files, terminal);
   if (convert->parsed()) return Convert(arguments, terminal);
   if (check->parsed()) return RunCheck(arguments.Files, terminal);
-  return RunDiff(arguments.Files[0], arguments.Files[1], terminal);
+  const std::vector<std::string>& files = arguments.Files;
+  if (textConv->parsed()) return RunTextConv(files[0], terminal);
+  if (merge->parsed())
+    return RunMerge({files[0], files[1], files[2], arguments.Form.empty() ? "-" : arguments.Form},
+                    terminal);
+  if (gitSetup->parsed()) return RunGitSetup(ProgramName(), arguments.Flag, terminal);
+  if (set->parsed())
+    return RunSet(files[0], {files.begin() + 1, files.end()}, arguments.Flag, terminal);
+  if (get->parsed()) return RunGet(files[0], files[1], terminal);
+  return RunDiff(files[0], files[1], terminal);
 }
 
 }  // namespace

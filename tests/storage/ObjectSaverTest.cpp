@@ -161,7 +161,7 @@ TEST(ReaderErrors, NoEndsTheLoadWithoutASecondQuestion) {
   // The error is inside a collection, and passes the property that holds it on its way up.
   EXPECT_THROW(saver.SetObjectProps({&root},
                                     "object T\r\n  Fixed_ = <\r\n    item\r\n"
-                                    "      Wrong = 1\r\n    end>\r\nend\r\n"),
+                                    "      Key = 'A'\r\n      Wrong = 1\r\n    end>\r\nend\r\n"),
                EReadError);
   EXPECT_EQ(no.Asked.size(), 1u);
 }

@@ -6,12 +6,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
 #include <string>
 
-#include "platform/core/system/Files.h"
-#include "tools/Commands.h"
+#include "CommandsSupport.h"
 
 namespace wrenfold {
 namespace {
@@ -21,38 +18,6 @@ using testing::Contains;
 using testing::Each;
 using testing::ElementsAre;
 using testing::HasSubstr;
-namespace fs = std::filesystem;
-
-class TCollected : public TOutput {
- public:
-  std::vector<std::string> Lines;
-  std::vector<std::string> Errors;
-
- private:
-  void PutLine(const std::string& text) override { Lines.push_back(text); }
-  void PutError(const std::string& text) override { Errors.push_back(text); }
-  void PutProgress(std::size_t, std::size_t, const std::string&) override {}
-};
-
-class CommandsTest : public testing::Test {
- protected:
-  void SetUp() override {
-    std::string pattern = (fs::temp_directory_path() / "wrenfold-spc-XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    Folder = pattern;
-  }
-  void TearDown() override { fs::remove_all(Folder); }
-
-  std::string Write(const std::string& name, std::string_view bytes) {
-    const std::string path = (Folder / name).string();
-    fs::create_directories(fs::path(path).parent_path());
-    SafeWriteFile(path, bytes);
-    return path;
-  }
-
-  fs::path Folder;
-  TCollected Output;
-};
 
 const std::string Form =
     "object A: TForm1\r\n  Left = 8\r\n  object B: TButton\r\n  end\r\nend\r\n";

@@ -93,7 +93,7 @@ inline bool IsWordCharacter(char character) {
   return detail::WordTable[static_cast<std::uint8_t>(character)];
 }
 
-inline bool IsBlank(char character) {
+inline bool IsFormBlank(char character) {
   return character == ' ' || (character >= '\t' && character <= '\r');
 }
 
@@ -130,7 +130,7 @@ inline const char* SkipBlanks(const char* text, const char* end) {
     if (others != 0) return text + std::countr_zero(others);
   }
 #endif
-  while (text != end && IsBlank(*text)) ++text;
+  while (text != end && IsFormBlank(*text)) ++text;
   return text;
 }
 

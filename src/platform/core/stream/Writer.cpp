@@ -201,7 +201,7 @@ void TWriter::WriteClassProperty(const TPropInfo& property, TPersistent& value) 
   const auto* component = dynamic_cast<TComponent*>(&value);
   if (component != nullptr && !isContent) {
     const std::string name = ReferenceName(*component);
-    if (name.empty() || name == "nil") return;  // nobody would find it
+    if (name.empty() || EqualText(name, "nil")) return;  // nobody would find it
     WritePropName(property.Name);
     return WriteIdent(name);
   }
