@@ -1,8 +1,8 @@
 // wrenfold-spc: convert, inspect and check stored objects and form files.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 
 #include "tools/Commands.h"

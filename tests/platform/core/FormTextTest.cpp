@@ -230,6 +230,8 @@ INSTANTIATE_TEST_SUITE_P(
                          "offset 6 ($6): expected a class name"},
         TBinaryErrorCase{"BlankInAnIdentifier", BinaryOf("\x07\x03"s + "a b"),
                          "expected an identifier"},
+        TBinaryErrorCase{"IdentifierThatWouldEndItsList", BinaryOf("\x01\x07\x04NULL\0"s),
+                         "a value that a list can hold"},
         TBinaryErrorCase{"InvalidUtf8", BinaryOf("\x14\x02\0\0\0\xC3("s),
                          "offset 15 ($F): expected valid UTF-8"},
         TBinaryErrorCase{"UnknownTag", BinaryOf("\x63"), "expected a value tag"},

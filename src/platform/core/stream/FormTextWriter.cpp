@@ -9,6 +9,7 @@
 #include "platform/core/stream/FormText.h"
 #include "platform/core/stream/HexText.h"
 #include "platform/core/stream/TextScan.h"
+#include "platform/core/text/SysUtils.h"
 #include "platform/core/text/Unicode.h"
 
 namespace wrenfold {
@@ -120,6 +121,19 @@ class TFormTextWriter {
     const std::string_view name = ReadName("an identifier");
     if (name[0] >= '0' && name[0] <= '9') FIn.FailAt(FIn.Position() - name.size(), "an identifier");
     return name;
+  }
+
+  // An identifier that text would give back as a value of its own tag stands as that value does;
+  // empty for others.
+  std::string_view WordOf(std::string_view name) const {
+    if (name.size() > 5 || FStyle.KeepsBlanks) return {};
+    for (const std::string_view word : {"False", "True", "nil", "Null"}) {
+      if (!EqualText(name, word)) continue;
+      if (word == "Null" && FNesting[FDepth - 1] == TNesting::List)
+        FIn.FailAt(FIn.Position() - name.size(), "a value that a list can hold");
+      return word;
+    }
+    return {};
   }
 
   // The name without the blanks around it that the text reader would keep.
@@ -254,6 +268,8 @@ class TFormTextWriter {
   }
 
   void EndIdent(std::string_view name) {
+    const std::string_view word = WordOf(name);
+    if (!word.empty()) return EndWord(word);
     FOut.Reserve(LineRoom);
     FOut.SetEnd(CopyShort(FOut.End(), name.data(), name.size(), FInEnd));
     EndValue();
