@@ -1,0 +1,31 @@
+// A program to be stopped in: the tests find its lines by their comments.
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <stdexcept>
+
+struct TPoint {
+  int X;
+  int Y;
+};
+
+int Sum(const TPoint& point) {
+  const int sum = point.X + point.Y;  // the sum
+  return sum;
+}
+
+int main(int count, char** arguments) {
+  TPoint point{3, 4};
+  if (count > 1 && std::strcmp(arguments[1], "forever") == 0)
+    for (;;) usleep(1000);
+  if (count > 1 && std::strcmp(arguments[1], "crash") == 0)
+    *static_cast<volatile int*>(nullptr) = 1;
+  if (count > 1 && std::strcmp(arguments[1], "flood") == 0)
+    for (int i = 0; i < 20000; ++i)
+      std::printf("a line of output that is fifty characters long 12345\n");
+  int total = 0;
+  for (int i = 0; i < 5; ++i) total += Sum(point);  // the loop
+  std::printf("total %d\n", total);
+  return 7;
+}
