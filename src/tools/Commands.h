@@ -70,6 +70,13 @@ int RunSet(const std::string& name, const std::vector<std::string>& changes, boo
 int RunGet(const std::string& name, const std::string& path, TOutput& output);
 int RunDiff(const std::string& left, const std::string& right, TOutput& output);
 
+struct TLintOptions {
+  bool Strict = false;
+  bool Json = false;
+};
+// Files are forms, projects and folders.
+int RunLint(const std::vector<std::string>& names, const TLintOptions& options, TOutput& output);
+
 struct TConversion {
   TStoredForm Form = TStoredForm::Text;
   // Null when none was asked for: that is the default style, and what is in the form already keeps

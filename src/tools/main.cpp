@@ -17,6 +17,7 @@ struct TArguments {
   std::string Style;
   bool InPlace = false;
   bool Flag = false;  // the one of a command that has one
+  TLintOptions Lint;
 };
 
 std::vector<std::string> StyleNames() {
@@ -124,6 +125,13 @@ int Run(int argc, char** argv) {
   CLI::App* get = app.add_subcommand("get", "Print a property of a form");
   get->add_option("FILE", arguments.Files, "The form and the PATH")->required()->expected(2);
 
+  CLI::App* lint = app.add_subcommand("lint", "Tell what breaks at run time in forms");
+  lint->add_option("FILE", arguments.Files, "Forms, projects or folders")->required();
+  lint->add_flag("--strict", arguments.Lint.Strict,
+                 "Tell colliding accelerators and tab orders, too");
+  std::string format = "text";
+  lint->add_option("--format", format, "text or json")->check(CLI::IsMember({"text", "json"}));
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
@@ -132,6 +140,8 @@ int Run(int argc, char** argv) {
   TTerminal terminal("wrenfold-spc");
   if (info->parsed()) return RunInfo(arguments.Files, terminal);
   if (convert->parsed()) return Convert(arguments, terminal);
+  arguments.Lint.Json = format == "json";
+  if (lint->parsed()) return RunLint(arguments.Files, arguments.Lint, terminal);
   if (check->parsed()) return RunCheck(arguments.Files, terminal);
   const std::vector<std::string>& files = arguments.Files;
   if (textConv->parsed()) return RunTextConv(files[0], terminal);
