@@ -266,7 +266,7 @@ class TCheckStringsRow : public TPropertyRow {
     if (value == nullptr) return;
     FList->SetLines(*value);
     TStringList indices;
-    indices.SetCommaText(value->CheckedInds);
+    indices.SetCommaText(value->CheckedInds());
     std::int32_t index = 0;
     for (int i = 0; i < indices.Count(); ++i)
       if (TryStrToInt(indices[i], index)) FList->SetChecked(index, true);
@@ -275,10 +275,10 @@ class TCheckStringsRow : public TPropertyRow {
     const auto copy = CopyOfObject(Instance(), Property(), TCheckStrings::ClassInfo());
     auto& lines = dynamic_cast<TCheckStrings&>(*copy);
     FList->GetLines(lines);
-    lines.CheckedInds.clear();
+    std::string checked;
     for (int i = 0; i < FList->count(); ++i)
-      if (FList->Checked(i))
-        lines.CheckedInds += (lines.CheckedInds.empty() ? "" : ",") + IntToStr(i);
+      if (FList->Checked(i)) checked += (checked.empty() ? "" : ",") + IntToStr(i);
+    lines.SetCheckedInds(checked);
     PutObject(Instance(), Property(), lines);
   }
 
@@ -291,7 +291,7 @@ std::string CheckStringsText(const TPersistent& instance, const TPropInfo& prope
   const auto* value = dynamic_cast<const TCheckStrings*>(property.Access->GetObject(instance));
   if (value == nullptr) return {};
   TStringList indices;
-  indices.SetCommaText(value->CheckedInds);
+  indices.SetCommaText(value->CheckedInds());
   std::string text;
   std::int32_t index = 0;
   for (int i = 0; i < indices.Count(); ++i)
@@ -316,13 +316,13 @@ class TSelectStringsRow : public TPropertyRow {
         dynamic_cast<const TSelectStrings*>(Property().Access->GetObject(Instance()));
     if (value == nullptr) return;
     FBox->SetLines(*value);
-    FBox->SetItemIndex(value->ItemIndex < value->Count() ? value->ItemIndex : -1);
+    FBox->SetItemIndex(value->ItemIndex() < value->Count() ? value->ItemIndex() : -1);
   }
   void Take() override {
     const auto copy = CopyOfObject(Instance(), Property(), TSelectStrings::ClassInfo());
     auto& lines = dynamic_cast<TSelectStrings&>(*copy);
     FBox->GetLines(lines);
-    lines.ItemIndex = FBox->ItemIndex();
+    lines.SetItemIndex(FBox->ItemIndex());
     PutObject(Instance(), Property(), lines);
   }
 
@@ -333,8 +333,8 @@ class TSelectStringsRow : public TPropertyRow {
 std::string SelectStringsText(const TPersistent& instance, const TPropInfo& property,
                               const TRowContext&) {
   const auto* value = dynamic_cast<const TSelectStrings*>(property.Access->GetObject(instance));
-  if (value == nullptr || value->ItemIndex < 0 || value->ItemIndex >= value->Count()) return {};
-  return value->Get(value->ItemIndex);
+  if (value == nullptr || value->ItemIndex() < 0 || value->ItemIndex() >= value->Count()) return {};
+  return value->Get(value->ItemIndex());
 }
 
 class TStringsRow : public TPropertyRow {

@@ -48,9 +48,9 @@ class TRowSample : public TComponent {
   explicit TRowSample(TComponent* owner = nullptr) : TComponent(owner) {
     SetName("Sample");
     Checks->SetText("red\ngreen\nblue");
-    Checks->CheckedInds = "1";
+    Checks->SetCheckedInds("1");
     Choice->SetText("low\nmiddle\nhigh");
-    Choice->ItemIndex = 0;
+    Choice->SetItemIndex(0);
     Notes->SetText("first");
   }
 
