@@ -4,10 +4,10 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <variant>
 
 #include "platform/core/model/Persistent.h"
 #include "platform/core/model/StringList.h"
+#include "platform/core/stream/PropKinds.h"
 #include "platform/core/system/Exceptions.h"
 
 namespace wrenfold {
@@ -44,8 +44,7 @@ void SetPropByText(TPersistent& instance, std::string_view path, std::string_vie
                    const TGetTypeInfo& getTypeInfo = {});
 
 // Integers, characters, enumerations and sets are the ordinal; then floats, the three string kinds
-// and objects, which are not owned.
-using TRawValue = std::variant<std::int32_t, double, std::string, TPersistent*>;
+// and objects.
 void GetPropAsPtr(const TPersistent& instance, const TPropInfo& property, TRawValue& value);
 void GetPropAsPtr(const TPersistent& instance, std::string_view path, TRawValue& value,
                   const TGetTypeInfo& getTypeInfo = {});

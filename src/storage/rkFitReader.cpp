@@ -33,11 +33,6 @@ class TKeyKept {
   std::string FKey;
 };
 
-bool IsStringValue(TValueType type) {
-  return type == TValueType::vaString || type == TValueType::vaLString ||
-         type == TValueType::vaUTF8String || type == TValueType::vaWString;
-}
-
 }  // namespace
 
 // A resource header may stand in front of a record, as the form's recognition allows.
@@ -125,7 +120,7 @@ std::string TFitReader::PeekItemKey(std::string_view propertyName) {
   std::string key;
   while (!EndOfList()) {
     const std::string_view name = Bytes().ReadShortString("a property name");
-    if (EqualText(name, propertyName) && IsStringValue(NextValue())) {
+    if (EqualText(name, propertyName) && IsTextValue(NextValue())) {
       key = ReadString();
       break;
     }

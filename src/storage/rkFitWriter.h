@@ -45,8 +45,6 @@ class TFitWriter : public TWriter {
   // stand in a stream, follow those of the collection.
   void WriteCollectionEx(TCollection& collection, std::string_view furtherItems = {});
 
-  using TWriter::WritePropName;
-
  private:
   bool IsStored(TPersistent& object, const TPropInfo& property) const;
 };

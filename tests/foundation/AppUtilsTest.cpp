@@ -1,4 +1,4 @@
-// The log, texts of exceptions, message dialogs.
+// The log and the texts of exceptions.
 #include <gmock/gmock.h>
 
 #include "foundation/rkAppUtils.h"
@@ -63,22 +63,6 @@ TEST(ExceptionTextTest, NamesClassAndMessageOfEveryLevel) {
     }
   };
   EXPECT_EQ(TextOf(nested), "EFilerError: outer\r\nEReadError: inner");
-}
-
-TEST(MessageTest, AsksThroughTheInstalledProcedure) {
-  std::vector<TMsgDlgType> types;
-  const auto answer = [&types](const std::string& text, TMsgDlgType type, TMsgDlgButtons buttons) {
-    EXPECT_EQ(text, "text");
-    types.push_back(type);
-    return buttons.Contains(mbYes) ? mbYes : mbOK;
-  };
-  const TMessageDlgProc before = SetMessageDlgProc(answer);
-  EXPECT_EQ(MsgQuestion("text"), mbYes);
-  EXPECT_EQ(MsgWarning("text"), mbYes);
-  EXPECT_EQ(MsgError("text"), mbOK);
-  EXPECT_EQ(MsgInformation("text"), mbOK);
-  SetMessageDlgProc(before);
-  EXPECT_THAT(types, testing::ElementsAre(mtConfirmation, mtWarning, mtError, mtInformation));
 }
 
 }  // namespace

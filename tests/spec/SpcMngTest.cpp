@@ -1,13 +1,10 @@
 // Specification files and their versions.
 #include <gtest/gtest.h>
 
-#include "platform/core/model/Dialogs.h"
-#include "platform/core/model/Graphics.h"
 #include "platform/core/system/Files.h"
 #include "platform/core/text/SysUtils.h"
-#include "spec/rkSpcConst.h"
 #include "spec/rkSpcMng.h"
-#include "storage/rkStorage.h"
+#include "storage/TestObjects.h"
 
 namespace wrenfold {
 namespace {
@@ -55,37 +52,12 @@ class TSpecification : public TSpcObject {
   void WriteBytes(TStream& stream) { stream.WriteText(Bytes); }
 };
 
-class TAnswer {
- public:
-  explicit TAnswer(TMsgDlgBtn answer)
-      : FSaved(
-            SetMessageDlgProc([this, answer](const std::string& text, TMsgDlgType, TMsgDlgButtons) {
-              Asked.push_back(text);
-              return answer;
-            })) {}
-  ~TAnswer() { SetMessageDlgProc(FSaved); }
-  std::vector<std::string> Asked;
-
- private:
-  TMessageDlgProc FSaved;
-};
-
-template <class Error, class Call>
-std::string MessageOf(const Call& call) {
-  try {
-    call();
-  } catch (const Error& problem) {
-    return problem.Message();
-  }
-  return "no error";
-}
-
 class SpcFile : public testing::Test {
  protected:
   SpcFile() : FSpc(std::make_unique<TSpecification>()) {}
   ~SpcFile() override { DeleteFile(FFile); }
   TSpecification& Spec() { return static_cast<TSpecification&>(*FSpc); }
-  std::string FFile = testing::TempDir() + "test" + SBinExt();
+  std::string FFile = testing::TempDir() + "test.sbn";
   std::unique_ptr<TSpcObject> FSpc;
 };
 
@@ -129,7 +101,7 @@ TEST_F(SpcFile, FailuresHaveTheirTextsAndLeaveTheObject) {
 
 TEST_F(SpcFile, FirstFlagAsksAboutErrorsAndSecondRecreates) {
   SafeWriteFile(FFile, "object T\r\n  Nothing = 1\r\n  Extra = 'read'\r\nend\r\n");
-  TAnswer no(mbNo);
+  TAnswers no(mbNo);
   Spec().Value = 5;
   EXPECT_EQ(LoadSpc(FSpc, FFile, false, false), osfText);
   EXPECT_EQ(no.Asked.size(), 0u);
@@ -140,17 +112,6 @@ TEST_F(SpcFile, FirstFlagAsksAboutErrorsAndSecondRecreates) {
   EXPECT_EQ(TSpecification::Living, 1);
   EXPECT_THROW(LoadSpc(FSpc, FFile, true, false), EFitReaderError);
   EXPECT_EQ(no.Asked.size(), 1u);
-}
-
-TEST_F(SpcFile, ReplacedProcedureSavesEverySpecification) {
-  SaveSpcProc = [](TSpcObject& spc, const std::string& fileName, TObjectStorageFormat) {
-    TObjectSaver().SaveObjects({&spc}, {"ExpertData"}, fileName);
-  };
-  TInitData initData;
-  FillInitData(initData);
-  initData.SaveSpc(*FSpc, FFile, osfText);
-  SaveSpcProc = SaveSpcInner;
-  EXPECT_NE(ReadWholeFile(FFile).find("ExpertData"), std::string::npos);
 }
 
 TEST(SpcVersions, TextsDoNotDependOnTheLocale) {
@@ -186,7 +147,7 @@ TEST(SpcVersions, OnlyLaterEditorsAndOneForeignVersionAreAskedAbout) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.Text);
     for (const TMsgDlgBtn answer : {mbYes, mbNo}) {
-      TAnswer asked(answer);
+      TAnswers asked(answer);
       bool cancel = true;
       CheckVer({c.Format, false}, c.Text, cancel, {true, "a.sbn"});
       EXPECT_EQ(asked.Asked.size(), c.Questions);
@@ -196,7 +157,7 @@ TEST(SpcVersions, OnlyLaterEditorsAndOneForeignVersionAreAskedAbout) {
       EXPECT_FALSE(cancel);
     }
   }
-  TAnswer yes(mbYes);
+  TAnswers yes(mbYes);
   bool cancel = false;
   CheckVer({osfBin, false}, "1.02 4.00", cancel, {true, "a.sbn"});
   EXPECT_EQ(yes.Asked.at(0),
@@ -217,17 +178,10 @@ TEST(SpcVersions, MalformedTextIsNamed) {
   EXPECT_THROW(CheckVer({osfText, false}, "d_ver: 4.00 e_ver: 1.01", cancel, {}), EConvertError);
 }
 
-TEST(SpcHooks, DefaultsLeaveNamesToTheEditor) {
+TEST(SpcHooks, MostSpecialClassWins) {
   TSpecification spec;
   TSpcCollection collection(&spec, TSpcItem::ClassInfo());
   TSpcItem* item = collection.Insert(0);
-  for (const INodeInfo* node : std::initializer_list<const INodeInfo*>{&spec, &collection, item}) {
-    EXPECT_EQ(node->GetNodeName() + node->GetNodePropName(), "");
-    EXPECT_TRUE(node->NeedsTranslate());
-  }
-  EXPECT_TRUE(item->NeedsIterate());
-  EXPECT_EQ(collection.GetOwner(), &spec);
-  EXPECT_EQ(collection.FindItemID(item->ID()), item);
   EXPECT_THROW(TSpcCollection(&spec, TCollectionItem::ClassInfo()), ESpcMngError);
   TComponent component;
   TCollectionItem plainItem;
@@ -237,13 +191,6 @@ TEST(SpcHooks, DefaultsLeaveNamesToTheEditor) {
       {&plainItem, ciItem}, {&collection, ciCollection}, {&component, ciComponent},
       {&font, ciObject}};
   for (const auto& [instance, ident] : cases) EXPECT_EQ(ClassifyInstance(instance), ident);
-}
-
-TEST(SpcConst, FilterOffersBothForms) {
-  EXPECT_EQ(SpcFileFilter(),
-            "Binary specification files (*.sbn)|*.sbn|Text specification files(*.stx)|*.stx|"
-            "All files(*.*)|*.*");
-  EXPECT_EQ(SResBinExt() + SExBinExt(), ".sbr.sbe");
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 // Stored collections read into the items that are there, and the writer that filters properties.
 #include <gtest/gtest.h>
 
-#include <ctime>
-
 #include "TestObjects.h"
 
 namespace wrenfold {
@@ -200,22 +198,6 @@ TEST(FreeCollection, KeyBehindThePropertiesIsFound) {
   EXPECT_EQ(held.Number, 5);
   EXPECT_EQ(root.Title, "read on");
   EXPECT_EQ(no.Asked.size(), 0u);  // what is not held is not read
-}
-
-// Ten thousand items must not take the time of ten thousand walks through the list.
-TEST(FixedCollection, MatchingTakesTimeInProportionToTheItems) {
-  const auto ticks = [](int count) {
-    TKeyedRoot stored, held;
-    for (int i = 0; i < count; ++i) {
-      static_cast<TKeyedItem*>(stored.Fixed.TSpcCollection::Add())->Key = std::to_string(i);
-      static_cast<TKeyedItem*>(held.Fixed.TSpcCollection::Add())->Key = std::to_string(count - i);
-    }
-    const std::clock_t start = std::clock();  // the time of this process alone
-    CopyStoredProps(held, stored);
-    return static_cast<double>(std::clock() - start + 1);
-  };
-  ticks(1000);
-  EXPECT_LT(ticks(16000), 16 * 8 * ticks(1000));  // a walk for each would be 16 * 16
 }
 
 struct TFilterCase {

@@ -1,7 +1,7 @@
 // Property values as text and back, by name and path.
 #include <gtest/gtest.h>
 
-#include <ctime>
+#include <cmath>
 
 #include "TestObjects.h"
 #include "platform/core/text/SysUtils.h"
@@ -159,37 +159,6 @@ TEST(SetText, SubrangeListsOnlyItsOwnNames) {
   EXPECT_TRUE(ContainsIn(*subrange, "B"));
   EXPECT_FALSE(ContainsIn(*subrange, "d"));
   EXPECT_THROW(FillEnumNames(TypeInfoOf<std::int32_t>(), names), EDataHandlingError);
-}
-
-// Class and path stay the same; only the number of properties grows.
-TEST(PropLookup, TakesTheSameTimeAmongManyProperties) {
-  class TMany : public TPersistent {
-   public:
-    explicit TMany(int count) {
-      TPublisher<TMany> publisher("TMany", &TPersistent::ClassInfo());
-      for (int i = 0; i < count; ++i)
-        std::move(publisher).Prop(("Property" + std::to_string(i)).c_str(), &TMany::Value);
-      std::move(publisher).Prop("Self", &TMany::Self);
-      FInfo = std::unique_ptr<TTypeInfo>(new TTypeInfo(std::move(publisher)));
-    }
-    const TTypeInfo& GetClassInfo() const override { return *FInfo; }
-    std::int32_t Value = 0;
-    TPersistent* Self = this;
-
-   private:
-    std::unique_ptr<TTypeInfo> FInfo;
-  };
-  const auto ticks = [](int count) {
-    TMany many(count);
-    const std::clock_t start = std::clock();
-    for (int i = 0; i < 100000; ++i) {
-      const std::string path = "Self.property" + std::to_string(i % count);
-      SetPropByText(many, path, "1");
-      EXPECT_EQ(GetPropAsText(many, path), "1");
-    }
-    return static_cast<double>(std::clock() - start + 1);
-  };
-  EXPECT_LT(ticks(100000), 20 * ticks(100));  // a walk would take a thousand times as long
 }
 
 TEST(TypedAccess, MissingPropertyAndBadValueAreToldApart) {

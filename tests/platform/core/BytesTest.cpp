@@ -50,16 +50,6 @@ INSTANTIATE_TEST_SUITE_P(Values, SkipValueTest,
                                                    "\x0E\x02\x05\x01\x01P\x0E\x01\0\0\0\x01\0\0"s}),
                          [](const auto& row) { return row.param.Name; });
 
-TEST(ByteReader, MillionNestedListsDoNotOverflowTheStack) {
-  const std::string bytes(1'000'000, '\x01');
-  TByteReader open(bytes);
-  EXPECT_THROW(open.SkipValue(), EReadError);
-  const std::string all = bytes + std::string(1'000'000, '\0');
-  TByteReader closed(all);
-  closed.SkipValue();
-  EXPECT_TRUE(closed.AtEnd());
-}
-
 struct TErrorCase {
   const char* Name;
   std::string Bytes;
@@ -132,19 +122,6 @@ TEST(ByteWriter, StringsOfMoreThan255BytesAreLong) {
   writer.WriteStringValue(std::string(256, 'x'));
   EXPECT_EQ(writer.Size(), 2 + 255 + 5 + 256u);
   EXPECT_THROW(writer.WriteShortString(std::string(256, 'x')), EWriteError);
-}
-
-TEST(ByteWriter, ResourceHeaderReadsBack) {
-  TByteWriter writer;
-  const std::size_t position = writer.WriteResourceHeader("TForm1");
-  writer.PatchFixed(position, std::uint32_t{7});
-  TByteReader reader(writer.View());
-  std::string_view name;
-  std::uint32_t size = 0;
-  reader.ReadResourceHeader(name, size);
-  EXPECT_EQ(name, "TFORM1");
-  EXPECT_EQ(size, 7u);
-  EXPECT_TRUE(reader.AtEnd());
 }
 
 }  // namespace

@@ -302,15 +302,6 @@ std::string Nested(int levels) {
   return bytes + std::string(static_cast<std::size_t>(levels), '\0');
 }
 
-TEST(Filer, NestingThatNoFormHasEndsInAnError) {
-  RegisterClass(TDeck::ClassInfo());
-  TMemoryStream stream(Nested(100000));
-  TReader reader(stream);
-  TDeck deck;
-  EXPECT_THROW(reader.ReadRootComponent(&deck), EReadError);
-  UnRegisterClass(TDeck::ClassInfo());
-}
-
 TEST(DesignComponent, AnyFormComesBackByteForByte) {
   TDeck deck;
   Fill(deck);

@@ -116,24 +116,6 @@ TEST_F(FilesTest, TemporaryFileOfALivingWriterStaysThatOfAKilledOneGoes) {
   EXPECT_EQ(Entries(), 1) << "what a killed writer left stayed";
 }
 
-TEST_F(FilesTest, ReadOnlyDirectoryIsAnErrorInWords) {
-  SafeWriteFile(Path("file"), "old");
-  ::chmod(FDirectory.c_str(), 0555);
-  const bool root = ::geteuid() == 0;  // may write everywhere: become somebody else
-  ASSERT_EQ(root ? ::seteuid(65534) : 0, 0);
-  std::string message;
-  try {
-    SafeWriteFile(Path("file"), "new");
-  } catch (const EFCreateError& error) {
-    message = error.Message();
-  }
-  ASSERT_EQ(root ? ::seteuid(0) : 0, 0);
-  ::chmod(FDirectory.c_str(), 0755);
-  EXPECT_EQ(message, "Cannot write " + Path("file") +
-                         ": creating a temporary file beside it failed: Permission denied");
-  EXPECT_EQ(ReadWholeFile(Path("file")), "old");
-}
-
 TEST_F(FilesTest, SignalWaitsUntilNoTemporaryFileIsLeft) {
   class TSignalling : public TFileSystem {
     int Sync(int handle) override {

@@ -1,8 +1,6 @@
 // String lists: order, searching, texts and change events.
 #include <gmock/gmock.h>
 
-#include <chrono>
-
 #include "platform/core/model/StringList.h"
 #include "platform/core/system/Exceptions.h"
 
@@ -36,17 +34,6 @@ TEST(StringList, TextTakesEveryLineEnd) {
   TStringList list;
   list.SetText("a\n\nb");
   EXPECT_EQ(list.Text(), "a\r\n\r\nb\r\n");
-}
-
-TEST(StringList, LargeTextLoadsInLinearTime) {
-  std::string text;
-  for (int i = 0; i < 500000; ++i) text += "a line of an ordinary unit, 40 bytes\r\n";
-  TStringList list;
-  const auto start = std::chrono::steady_clock::now();
-  list.SetText(text);
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
-  EXPECT_EQ(list.Count(), 500000);
-  EXPECT_TRUE(list.Text() == text);
 }
 
 TEST(StringList, CommaTextComesBack) {

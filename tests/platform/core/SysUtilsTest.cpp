@@ -168,9 +168,7 @@ TEST(FileNames, SplitAtEitherSeparator) {
 }
 
 TEST(NamedIntegers, EveryNameLeadsToAValueWhoseNameLeadsBack) {
-  for (const char* type : {"TColor", "TCursor", "TFontCharset"}) {
-    const TIdentMap* map = FindIdentMap(type);
-    ASSERT_NE(map, nullptr) << type;
+  for (const TIdentMap* map : {&ColorMap(), &CursorMap(), &CharsetMap()}) {
     for (const TIdentMapEntry& entry : map->Entries()) {
       std::int32_t value = 0, back = 0;
       std::string name;

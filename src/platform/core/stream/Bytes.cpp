@@ -10,16 +10,6 @@
 
 namespace wrenfold {
 
-std::string_view ValueTypeName(TValueType type) {
-  static constexpr std::array<std::string_view, MaxValueType + 1> names = {
-      "vaNull",    "vaList",  "vaInt8",       "vaInt16",  "vaInt32",    "vaExtended",
-      "vaString",  "vaIdent", "vaFalse",      "vaTrue",   "vaBinary",   "vaSet",
-      "vaLString", "vaNil",   "vaCollection", "vaSingle", "vaCurrency", "vaDate",
-      "vaWString", "vaInt64", "vaUTF8String", "vaDouble"};
-  const auto index = static_cast<std::size_t>(type);
-  return index < names.size() ? names[index] : "unknown value tag";
-}
-
 TExtended TByteReader::ReadExtended() {
   Need(TExtended::ByteSize, "an extended float");
   TExtended value;
@@ -61,74 +51,37 @@ namespace {
 // What the bytes at the cursor belong to while nested values are skipped.
 enum TNesting : char { nsList, nsCollection, nsItem };
 
-// Values of a size of their own, in the order of TValueType; the others have no name here.
-struct TFixedValue {
-  const char* Name = nullptr;
-  std::uint8_t Size = 0;
-};
-constexpr TFixedValue FixedValues[] = {{"null", 0},
-                                       {},
-                                       {"an 8-bit integer", 1},
-                                       {"a 16-bit integer", 2},
-                                       {"a 32-bit integer", 4},
-                                       {"an extended float", 10},
-                                       {},
-                                       {},
-                                       {"false", 0},
-                                       {"true", 0},
-                                       {},
-                                       {},
-                                       {},
-                                       {"nil", 0},
-                                       {},
-                                       {"a single float", 4},
-                                       {"a currency value", 8},
-                                       {"a date", 8},
-                                       {},
-                                       {"a 64-bit integer", 8},
-                                       {},
-                                       {"a double float", 8}};
-static_assert(std::size(FixedValues) == MaxValueType + 1);
-
 }  // namespace
 
 // Skips what follows the tag; a container is only pushed.
 void TByteReader::SkipContent(TValueType type, std::string& nesting) {
-  const TFixedValue& fixed = FixedValues[static_cast<std::size_t>(type)];
-  if (fixed.Name != nullptr) {
-    ReadView(fixed.Size, fixed.Name);
-    return;
-  }
-  switch (type) {
-    case TValueType::vaList:
-      nesting.push_back(nsList);
+  const TValueTypeRow& row = RowOf(type);
+  switch (row.Family) {
+    case TValueFamily::Word:
+    case TValueFamily::Integer:
+    case TValueFamily::Float:
+      ReadView(row.Size, row.Content);
       break;
-    case TValueType::vaCollection:
-      nesting.push_back(nsCollection);
+    case TValueFamily::Text:
+    case TValueFamily::Identifier:
+    case TValueFamily::Binary:
+      if (row.Size == 1) ReadShortString(row.Content);
+      else ReadLongString(row.Content);
       break;
-    case TValueType::vaString:
-      ReadShortString("a string");
-      break;
-    case TValueType::vaIdent:
-      ReadShortString("an identifier");
-      break;
-    case TValueType::vaBinary:
-      ReadLongString("binary data");
-      break;
-    case TValueType::vaLString:
-    case TValueType::vaUTF8String:
-      ReadLongString("a long string");
-      break;
-    case TValueType::vaWString: {
-      const std::uint64_t units = ReadFixed<std::uint32_t>("a wide string");
-      ReadView(units * 2, "a wide string");
+    case TValueFamily::WideText: {
+      const std::uint64_t units = ReadFixed<std::uint32_t>(row.Content);
+      ReadView(units * 2, row.Content);
       break;
     }
-    case TValueType::vaSet:
-      while (!ReadShortString("an identifier of a set").empty()) {
+    case TValueFamily::Set:
+      while (!ReadShortString(row.Content).empty()) {
       }
       break;
-    default:
+    case TValueFamily::List:
+      nesting.push_back(nsList);
+      break;
+    case TValueFamily::Collection:
+      nesting.push_back(nsCollection);
       break;
   }
 }

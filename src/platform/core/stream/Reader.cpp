@@ -7,8 +7,8 @@
 
 #include "platform/core/model/ClassRegistry.h"
 #include "platform/core/model/NamePath.h"
+#include "platform/core/stream/PropKinds.h"
 #include "platform/core/system/Exceptions.h"
-#include "platform/core/text/Identifiers.h"
 #include "platform/core/text/SysUtils.h"
 
 namespace wrenfold {
@@ -23,11 +23,6 @@ std::string_view RestOf(TStream& stream, std::string& owned) {
   if (stream.ViewRest(bytes)) return bytes;
   owned = stream.ReadRest();
   return owned;
-}
-
-bool IsInteger(TValueType type) {
-  return type == TValueType::vaInt8 || type == TValueType::vaInt16 || type == TValueType::vaInt32 ||
-         type == TValueType::vaInt64;
 }
 
 double CurrencyToFloat(std::int64_t value) {
@@ -126,7 +121,7 @@ char TReader::ReadChar() {
 }
 
 std::int64_t TReader::ReadInt64() {
-  if (!IsInteger(NextValue())) RaiseInvalidValue("an integer");
+  if (!IsIntegerValue(NextValue())) RaiseInvalidValue("an integer");
   return FBytes.ReadIntegerValue();
 }
 
@@ -161,7 +156,7 @@ double TReader::ReadFloat() {
       ReadValue();
       return CurrencyToFloat(FBytes.ReadFixed<std::int64_t>("a currency value"));
     default:
-      if (!IsInteger(NextValue())) RaiseInvalidValue("a number");
+      if (!IsIntegerValue(NextValue())) RaiseInvalidValue("a number");
       return static_cast<double>(FBytes.ReadIntegerValue());
   }
 }
@@ -376,7 +371,7 @@ void TReader::ReadPropertyAt(TPersistent& instance, std::string_view path, std::
   }
   if (current != nullptr) {
     const TPropInfo* property = current->GetClassInfo().FindProperty(rest);
-    if (property != nullptr) return ReadPropertyValue(*current, *property);
+    if (property != nullptr) return RowOf(*property).Read(*this, *current, *property);
     if (ReadDefinedProperty(*current, rest)) return;
   }
   FBytes.SkipValue();
@@ -419,68 +414,6 @@ void TReader::DefineBinaryProperty(std::string_view name, const TStreamProc& rea
   FDefinedRead = true;
 }
 
-std::int32_t TReader::ReadOrdinal(const TTypeInfo& type) {
-  switch (type.Kind()) {
-    case tkChar:
-      return static_cast<unsigned char>(ReadChar());
-    case tkSet:
-      return static_cast<std::int32_t>(ReadSet(*type.ElementType()));
-    case tkEnumeration: {
-      const std::string name = ReadIdent();
-      const auto value = type.FindEnumValue(name);
-      if (!value) throw EReadError(name + " is no value of " + type.Name());
-      return *value;
-    }
-    default:
-      break;
-  }
-  if (NextValue() != TValueType::vaIdent) {
-    const std::int64_t number = ReadInt64();
-    // A colour may stand without its sign.
-    const bool isNamed = type.PropKind() != TPropKind::Integer;
-    if (!type.Range().Contains(number) && !(isNamed && number >= 0 && number <= UINT32_MAX))
-      detail::RaiseOutOfRange(number, type, type.Range());
-    return static_cast<std::int32_t>(number);
-  }
-  const std::string name = ReadIdent();
-  const TIdentMap* names = FindIdentMap(type.Name());
-  std::int32_t value = 0;
-  if (names == nullptr || !names->IdentToInt(name, value))
-    throw EReadError(name + " is no value of " + type.Name());
-  return value;
-}
-
-void TReader::ReadPropertyValue(TPersistent& instance, const TPropInfo& property) {
-  const TPropAccess& access = *property.Access;
-  switch (property.Kind()) {
-    case tkInteger:
-    case tkChar:
-    case tkEnumeration:
-    case tkSet:
-      return access.SetOrd(instance, ReadOrdinal(*property.PropType));
-    case tkWChar: {
-      const std::u16string text = Utf16FromUtf8(ReadString());
-      return access.SetOrd(instance, text.empty() ? 0 : text[0]);
-    }
-    case tkFloat:
-      return access.SetFloat(instance, ReadFloat());
-    case tkString:
-    case tkLString:
-    case tkWString:
-      return access.SetStr(instance, ReadString());
-    case tkInt64:
-      return access.SetInt64(instance, ReadInt64());
-    case tkClass:
-      return ReadClassValue(instance, property);
-    case tkMethod:
-      return access.SetMethod(instance, ReadMethod());
-    case tkVariant:
-      return access.SetVariant(instance, ReadVariant());
-    default:
-      throw EReadError("A property of type " + property.PropType->Name() + " cannot be stored");
-  }
-}
-
 TMethod TReader::ReadMethod() {
   if (NextValue() == TValueType::vaNil) return ReadValue(), TMethod{};
   const std::string name = ReadIdent();
@@ -490,30 +423,25 @@ TMethod TReader::ReadMethod() {
 }
 
 TVariant TReader::ReadVariant() {
-  switch (NextValue()) {
+  const TValueType type = NextValue();
+  switch (type) {
     case TValueType::vaNull:
     case TValueType::vaNil:
       return ReadValue(), TVariant();
     case TValueType::vaTrue:
     case TValueType::vaFalse:
       return ReadBoolean();
-    case TValueType::vaInt8:
-    case TValueType::vaInt16:
-    case TValueType::vaInt32:
-      return ReadInteger();
     case TValueType::vaInt64:
       return ReadInt64();
-    case TValueType::vaString:
-    case TValueType::vaLString:
-    case TValueType::vaUTF8String:
-    case TValueType::vaWString:
-      return ReadString();
     default:
-      return ReadFloat();
+      break;
   }
+  if (IsIntegerValue(type)) return ReadInteger();
+  if (IsTextValue(type)) return ReadString();
+  return ReadFloat();
 }
 
-void TReader::ReadClassValue(TPersistent& instance, const TPropInfo& property) {
+void TReader::ReadObjectValue(TPersistent& instance, const TPropInfo& property) {
   switch (NextValue()) {
     case TValueType::vaNil:
       ReadValue();

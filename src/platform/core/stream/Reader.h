@@ -38,6 +38,12 @@ class TReader : public TFiler {
   std::uint32_t ReadSet(const TTypeInfo& elementType);
   // A value of the binary kind; the view is valid as long as the reader.
   std::string_view ReadBinary();
+  // The method of the root that the name stands for; an unknown one raises EReadError.
+  TMethod ReadMethod();
+  TVariant ReadVariant();
+  // A component's name, which is settled when all are read, nil, or a collection, into an object
+  // property.
+  void ReadObjectValue(TPersistent& instance, const TPropInfo& property);
   void ReadListBegin();
   void ReadListEnd();
   bool EndOfList() const;
@@ -99,11 +105,6 @@ class TReader : public TFiler {
   struct TPropertyScope;
   struct TDepthScope;
   void ReadPropertyAt(TPersistent& instance, std::string_view path, std::size_t start);
-  void ReadPropertyValue(TPersistent& instance, const TPropInfo& property);
-  std::int32_t ReadOrdinal(const TTypeInfo& type);
-  TMethod ReadMethod();
-  TVariant ReadVariant();
-  void ReadClassValue(TPersistent& instance, const TPropInfo& property);
   bool ReadDefinedProperty(TPersistent& instance, std::string_view name);
   void ReadDataInner(TComponent& component);
   void ReadComponent(TComponent& parent);

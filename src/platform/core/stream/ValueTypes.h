@@ -1,6 +1,8 @@
 // The bytes that give the component stream its structure: signature, prefixes, value tags.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -37,8 +39,75 @@ enum class TValueType : std::uint8_t {
 };
 inline constexpr std::uint8_t MaxValueType = static_cast<std::uint8_t>(TValueType::vaDouble);
 
+// What follows a tag. Words have nothing; integers and floats are bytes; texts, identifiers and
+// binary data are counted, wide texts in units of two bytes; sets are short strings up to an empty
+// one; lists and collections go on up to a zero byte.
+enum class TValueFamily : std::uint8_t {
+  Word,
+  Integer,
+  Float,
+  Text,
+  WideText,
+  Identifier,
+  Binary,
+  Set,
+  List,
+  Collection
+};
+
+struct TValueTypeRow {
+  TValueType Type;
+  std::string_view Name;
+  TValueFamily Family;
+  std::uint8_t Size;    // of the bytes, or of the count in front of them
+  const char* Content;  // as messages call it
+};
+inline constexpr std::array<TValueTypeRow, MaxValueType + 1> ValueTypes = {{
+    {TValueType::vaNull, "vaNull", TValueFamily::Word, 0, "null"},
+    {TValueType::vaList, "vaList", TValueFamily::List, 0, "a list"},
+    {TValueType::vaInt8, "vaInt8", TValueFamily::Integer, 1, "an 8-bit integer"},
+    {TValueType::vaInt16, "vaInt16", TValueFamily::Integer, 2, "a 16-bit integer"},
+    {TValueType::vaInt32, "vaInt32", TValueFamily::Integer, 4, "a 32-bit integer"},
+    {TValueType::vaExtended, "vaExtended", TValueFamily::Float, 10, "an extended float"},
+    {TValueType::vaString, "vaString", TValueFamily::Text, 1, "a string"},
+    {TValueType::vaIdent, "vaIdent", TValueFamily::Identifier, 1, "an identifier"},
+    {TValueType::vaFalse, "vaFalse", TValueFamily::Word, 0, "false"},
+    {TValueType::vaTrue, "vaTrue", TValueFamily::Word, 0, "true"},
+    {TValueType::vaBinary, "vaBinary", TValueFamily::Binary, 4, "binary data"},
+    {TValueType::vaSet, "vaSet", TValueFamily::Set, 1, "an identifier of a set"},
+    {TValueType::vaLString, "vaLString", TValueFamily::Text, 4, "a long string"},
+    {TValueType::vaNil, "vaNil", TValueFamily::Word, 0, "nil"},
+    {TValueType::vaCollection, "vaCollection", TValueFamily::Collection, 0, "a collection"},
+    {TValueType::vaSingle, "vaSingle", TValueFamily::Float, 4, "a single float"},
+    {TValueType::vaCurrency, "vaCurrency", TValueFamily::Float, 8, "a currency value"},
+    {TValueType::vaDate, "vaDate", TValueFamily::Float, 8, "a date"},
+    {TValueType::vaWString, "vaWString", TValueFamily::WideText, 4, "a wide string"},
+    {TValueType::vaInt64, "vaInt64", TValueFamily::Integer, 8, "a 64-bit integer"},
+    {TValueType::vaUTF8String, "vaUTF8String", TValueFamily::Text, 4, "a long string"},
+    {TValueType::vaDouble, "vaDouble", TValueFamily::Float, 8, "a double float"},
+}};
+static_assert([] {
+  for (std::size_t i = 0; i < ValueTypes.size(); ++i)
+    if (ValueTypes[i].Type != static_cast<TValueType>(i) || ValueTypes[i].Content == nullptr)
+      return false;
+  return true;
+}());
+
+// The type must be one of the tags.
+constexpr const TValueTypeRow& RowOf(TValueType type) {
+  return ValueTypes[static_cast<std::size_t>(type)];
+}
+constexpr bool IsIntegerValue(TValueType type) {
+  return RowOf(type).Family == TValueFamily::Integer;
+}
+constexpr bool IsTextValue(TValueType type) {
+  return RowOf(type).Family == TValueFamily::Text || RowOf(type).Family == TValueFamily::WideText;
+}
 // "vaInt8" and so on; "unknown value tag" for a byte that is no tag.
-std::string_view ValueTypeName(TValueType type);
+constexpr std::string_view ValueTypeName(TValueType type) {
+  return static_cast<std::size_t>(type) < ValueTypes.size() ? RowOf(type).Name
+                                                            : "unknown value tag";
+}
 
 // A byte of $F0 and above in front of a class name carries these flags.
 inline constexpr std::uint8_t FilerPrefixMark = 0xF0;

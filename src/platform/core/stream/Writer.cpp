@@ -6,8 +6,8 @@
 #include <cmath>
 
 #include "platform/core/model/NamePath.h"
+#include "platform/core/stream/PropKinds.h"
 #include "platform/core/system/Exceptions.h"
-#include "platform/core/text/Identifiers.h"
 #include "platform/core/text/SysUtils.h"
 
 namespace wrenfold {
@@ -146,30 +146,9 @@ void TWriter::WriteProperties(TPersistent& instance) {
 }
 
 bool TWriter::MustWrite(TPersistent& instance, const TPropInfo& property) const {
-  const TPropAccess& access = *property.Access;
   if (!property.Stored(instance)) return false;
-  if (property.Kind() == tkClass) return access.GetObject(instance) != nullptr;
-  if (!access.CanWrite()) return false;
-  switch (property.Kind()) {
-    case tkInteger:
-    case tkChar:
-    case tkWChar:
-    case tkEnumeration:
-    case tkSet:
-      return !property.Default || access.GetOrd(instance) != *property.Default;
-    case tkFloat:
-      return access.GetFloat(instance) != 0;
-    case tkInt64:
-      return access.GetInt64(instance) != 0;
-    case tkString:
-    case tkLString:
-    case tkWString:
-      return !access.GetStr(instance).empty();
-    case tkMethod:
-      return static_cast<bool>(access.GetMethod(instance));
-    default:
-      return true;
-  }
+  if (property.Kind() != tkClass && !property.Access->CanWrite()) return false;
+  return !RowOf(property).IsDefault(instance, property);
 }
 
 void TWriter::WritePropName(std::string_view name) {
@@ -177,24 +156,10 @@ void TWriter::WritePropName(std::string_view name) {
 }
 
 void TWriter::WriteProperty(TPersistent& instance, const TPropInfo& property) {
-  if (property.Kind() == tkClass) {
-    TPersistent* value = property.Access->GetObject(instance);
-    if (value != nullptr) return WriteClassProperty(property, *value);
-    WritePropName(property.Name);
-    return WriteValue(TValueType::vaNil);
-  }
-  if (property.Kind() == tkMethod) {
-    const TMethod method = property.Access->GetMethod(instance);
-    const std::string name = OnMethodName && method ? OnMethodName(*this, method) : std::string();
-    if (name.empty()) return;
-    WritePropName(property.Name);
-    return WriteIdent(name);
-  }
-  WritePropName(property.Name);
-  WritePropertyValue(instance, property);
+  RowOf(property).Write(*this, instance, property);
 }
 
-void TWriter::WriteClassProperty(const TPropInfo& property, TPersistent& value) {
+void TWriter::WriteObjectValue(const TPropInfo& property, TPersistent& value) {
   // What stands for any object and cannot be set to another one is no reference.
   const bool isContent =
       !property.Access->CanWrite() && !property.PropType->InheritsFrom(TComponent::ClassInfo());
@@ -225,53 +190,6 @@ std::string TWriter::ReferenceName(const TComponent& component) const {
   const TComponent* owner = component.Owner();
   if (owner == nullptr || owner == Root || owner->Name().empty()) return component.Name();
   return owner->Name() + '.' + component.Name();
-}
-
-void TWriter::WriteOrdinal(std::int32_t value, const TTypeInfo& type) {
-  switch (type.Kind()) {
-    case tkChar:
-      return WriteChar(static_cast<char>(value));
-    case tkWChar:
-      return WriteWideString(Utf8FromUtf16(std::u16string(1, static_cast<char16_t>(value))));
-    case tkSet:
-      return WriteSet(static_cast<std::uint32_t>(value), *type.ElementType());
-    case tkEnumeration:
-      if (value < 0 || value >= static_cast<int>(type.EnumNames().size()))
-        throw EWriteError(fmt::format("{} is no value of {}", value, type.Name()));
-      return WriteIdent(type.EnumNames()[static_cast<std::size_t>(value)]);
-    default:
-      break;
-  }
-  std::string ident;
-  const TIdentMap* names = FindIdentMap(type.Name());
-  if (names != nullptr && names->IntToIdent(value, ident)) WriteIdent(ident);
-  else if (type.Name() == "Cardinal") WriteInteger(static_cast<std::uint32_t>(value));
-  else WriteInteger(value);
-}
-
-void TWriter::WritePropertyValue(TPersistent& instance, const TPropInfo& property) {
-  const TPropAccess& access = *property.Access;
-  switch (property.Kind()) {
-    case tkInteger:
-    case tkChar:
-    case tkWChar:
-    case tkEnumeration:
-    case tkSet:
-      return WriteOrdinal(access.GetOrd(instance), *property.PropType);
-    case tkFloat:
-      return WriteFloat(access.GetFloat(instance));
-    case tkInt64:
-      return WriteInteger(access.GetInt64(instance));
-    case tkString:
-    case tkLString:
-      return WriteString(access.GetStr(instance));
-    case tkWString:
-      return WriteWideString(access.GetStr(instance));
-    case tkVariant:
-      return WriteVariant(access.GetVariant(instance));
-    default:
-      throw EWriteError("A property of type " + property.PropType->Name() + " cannot be stored");
-  }
 }
 
 void TWriter::WriteVariant(const TVariant& value) {

@@ -52,6 +52,13 @@ class TWriter : public TFiler {
   void DefineBinaryProperty(std::string_view name, const TStreamProc& readData,
                             const TStreamProc& writeData, bool hasData) override;
 
+  void WriteVariant(const TVariant& value);
+  // The name of a property, behind the path.
+  void WritePropName(std::string_view name);
+  // What an object property holds, with its name: a component by its name, a collection as one, the
+  // properties of any other object under the dotted prefix.
+  void WriteObjectValue(const TPropInfo& property, TPersistent& value);
+
   void FlushBuffer();
   std::int64_t Position() const;
   // The dotted prefix of nested property names, such as "Font.".
@@ -65,17 +72,10 @@ class TWriter : public TFiler {
  protected:
   // The platform's rule: a stored property whose value differs from the default.
   virtual bool MustWrite(TPersistent& instance, const TPropInfo& property) const;
-  void WritePropName(std::string_view name);
-  // The value alone, without the name. Class properties with parts of their own write their
-  // properties under the dotted prefix instead.
-  void WritePropertyValue(TPersistent& instance, const TPropInfo& property);
   // What is written but not flushed, for records that only a descendant knows.
   TByteWriter& Bytes() { return FBytes; }
 
  private:
-  void WriteClassProperty(const TPropInfo& property, TPersistent& value);
-  void WriteOrdinal(std::int32_t value, const TTypeInfo& type);
-  void WriteVariant(const TVariant& value);
   std::string ReferenceName(const TComponent& component) const;
 
   TStream& FStream;

@@ -10,6 +10,8 @@ constexpr std::int32_t SystemColor(std::int32_t index) {
   return INT32_MIN + index;
 }
 
+}  // namespace
+
 const TIdentMap& ColorMap() {
   static const TIdentMap map({
       {0x000000, "clBlack"},
@@ -91,8 +93,6 @@ const TIdentMap& CharsetMap() {
   return map;
 }
 
-}  // namespace
-
 TIdentMap::TIdentMap(std::vector<TIdentMapEntry> entries) : FEntries(std::move(entries)) {
   for (const TIdentMapEntry& entry : FEntries) {
     FNames.try_emplace(entry.Value, entry.Name);
@@ -112,13 +112,6 @@ bool TIdentMap::IdentToInt(std::string_view name, std::int32_t& value) const {
   if (found == FValues.end()) return false;
   value = found->second;
   return true;
-}
-
-const TIdentMap* FindIdentMap(std::string_view typeName) {
-  if (EqualText(typeName, "TColor")) return &ColorMap();
-  if (EqualText(typeName, "TCursor")) return &CursorMap();
-  if (EqualText(typeName, "TFontCharset")) return &CharsetMap();
-  return nullptr;
 }
 
 bool ColorToIdent(TColor color, std::string& name) {

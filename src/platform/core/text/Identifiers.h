@@ -31,8 +31,10 @@ class TIdentMap {
   std::unordered_map<std::string, std::int32_t> FValues;  // by folded name
 };
 
-// The names of an integer type by the type's name ("TColor"), or null.
-const TIdentMap* FindIdentMap(std::string_view typeName);
+// clRed, crHandPoint, ANSI_CHARSET.
+const TIdentMap& ColorMap();
+const TIdentMap& CursorMap();
+const TIdentMap& CharsetMap();
 
 // Colours by their identifiers (clRed, clWindow).
 bool ColorToIdent(TColor color, std::string& name);
