@@ -68,20 +68,28 @@ class TCppUnitReader {
     if (FToken.Kind != TTokenKind::End) FEndBefore = FToken.End();
     for (;;) {
       FToken = FScanner.Next();
-      if (FToken.Kind == TTokenKind::Directive) ReadInclude(FToken);
+      if (FToken.Kind == TTokenKind::Directive) ReadDirective(FToken);
       else if (FToken.Kind == TTokenKind::Note) TakeNote(FToken.Text);
       else return;
     }
   }
 
+  void ReadDirective(const TSourceToken& directive) {
+    constexpr std::string_view resource = "pragma resource";
+    if (directive.Text.starts_with("include")) return ReadInclude(directive);
+    if (!directive.Text.starts_with(resource)) return;
+    std::string_view name = Trim(directive.Text.substr(resource.size()));
+    if (name.starts_with('"')) name = name.substr(1, name.find('"', 1) - 1);
+    FUnit.Resources.emplace_back(name);
+  }
+
   void ReadInclude(const TSourceToken& directive) {
-    if (!directive.Text.starts_with("include")) return;
     const size_t open = directive.Text.find('"');
     if (open == std::string_view::npos) return;
     const size_t close = directive.Text.find('"', open + 1);
     const std::string_view path = directive.Text.substr(open + 1, close - open - 1);
     FUnit.Uses.push_back(
-        {ExtractFileNameEx(path), std::string(path), {}, FPlaces.At(directive.Offset)});
+        {ExtractFileNameEx(path), std::string(path), {}, FPlaces.At(directive.Offset), {}, {}});
   }
 
   void TakeNote(std::string_view text) {
@@ -115,7 +123,8 @@ class TCppUnitReader {
     TTokens tokens;
     const size_t begin = FToken.Offset;
     int brackets = 0;
-    bool initialises = false;  // behind '=' or in the list of a constructor
+    bool initialises = false;  // behind '='
+    bool closed = false;       // a bracket was closed
     while (!AtEnd()) {
       if (brackets <= 0 && At('}')) return Declare(owner, tokens, begin, visibility);
       if (brackets <= 0 && At(';')) {
@@ -123,7 +132,7 @@ class TCppUnitReader {
         return Declare(owner, tokens, begin, visibility);
       }
       if (At('{')) {
-        if (brackets > 0 || initialises || BracesBelongToMember(tokens)) {
+        if (brackets > 0 || initialises || (closed && BracesBelongToMember(tokens))) {
           tokens.push_back(FToken);
           SkipBraces();
           continue;
@@ -132,6 +141,7 @@ class TCppUnitReader {
       }
       if (At('(') || At('[')) ++brackets;
       if (At(')') || At(']')) --brackets;
+      closed |= At(')');
       if (At('=') && brackets <= 0 && !IsOperator(tokens)) initialises = true;
       if (tokens.size() < MaxStatement) tokens.push_back(FToken);
       Advance();
@@ -148,9 +158,7 @@ class TCppUnitReader {
     if (ClassNameOf(tokens) != None) return false;
     if (tokens.size() < 2 || tokens.back().Kind != TTokenKind::Identifier) return false;
     const TSourceToken& before = tokens[tokens.size() - 2];
-    if (!before.IsSymbol(',') && !before.IsSymbol(':')) return false;
-    return std::any_of(tokens.begin(), tokens.end(),
-                       [](const TSourceToken& token) { return token.IsSymbol(')'); });
+    return before.IsSymbol(',') || before.IsSymbol(':');
   }
 
   // Stands at '{' and stops behind the '}' that closes it.
@@ -159,8 +167,15 @@ class TCppUnitReader {
     do {
       if (At('{')) ++depth;
       if (At('}')) --depth;
-      Advance();
+      if (IsCreateForm(FToken)) ReadCreatedNames();
+      else Advance();
     } while (depth > 0 && !AtEnd());
+  }
+
+  // Stands at "CreateForm" and stops at the end of the statement.
+  void ReadCreatedNames() {
+    for (Advance(); !AtEnd() && !At(';') && !At('}'); Advance())
+      if (FToken.Kind == TTokenKind::Identifier) FUnit.CreatedNames.emplace_back(FToken.Text);
   }
 
   void ReadBraces(size_t owner, const TTokens& tokens, size_t begin, TVisibility visibility,
@@ -505,6 +520,7 @@ class TCppUnitReader {
     TMacroCall macro;
     macro.Name = FToken.Text;
     macro.Place = FPlaces.At(FToken.Offset);
+    macro.Text.Begin = FToken.Offset;
     FBehindMacro = false;
     Advance();
     if (At('(')) ReadArguments(macro);
@@ -513,6 +529,7 @@ class TCppUnitReader {
     if (At(')')) Advance();
     if (At(';')) Advance();
     FBehindMacro = false;
+    FUnit.Macros.back().Text.End = FEndBefore;
     return true;
   }
 
@@ -526,6 +543,8 @@ class TCppUnitReader {
   void ReadArguments(TMacroCall& macro) {
     do {
       Advance();
+      if (macro.Arguments.empty() && FToken.Kind == TTokenKind::Text)
+        macro.PathText = {FToken.Offset, FToken.End()};
       std::string argument;
       while (!AtEnd() && !At(',') && !At(')') && !At(';')) {
         AppendToType(argument, FToken.Text);

@@ -9,11 +9,11 @@
 #include <filesystem>
 #include <fstream>
 
+#include "platform/core/stream/TextScan.h"
 #include "platform/core/system/Files.h"
 #include "platform/core/text/SysUtils.h"
-#include "project/CppScanner.h"
 #include "project/FileLookup.h"
-#include "project/PascalScanner.h"
+#include "project/UnitSource.h"
 
 namespace wrenfold {
 
@@ -40,38 +40,17 @@ std::string BinaryStream(std::string bytes, TFormFormat format) {
                                  place.Line, place.Column));
 }
 
-// The extension of the file that a resource directive names ("R *.dfm", "pragma resource
-// \"*.dfm\""), where that is a form.
-std::string FormExtensionIn(std::string_view directive, std::string_view keyword) {
-  if (directive.size() < keyword.size() || !EqualText(directive.substr(0, keyword.size()), keyword))
-    return {};
-  std::string_view name = Trim(directive.substr(keyword.size()));
-  name = name.substr(0, name.find_first_of(" \t"));
-  while (!name.empty() && (name.back() == '"' || name.back() == '\'')) name.remove_suffix(1);
-  return IsFormFileName(name) ? ExtractFileExt(std::string(name)) : std::string();
-}
-
-// The last one that counts, as a compiler would end up with.
-template <class Scanner>
-std::string LastFormExtension(Scanner scanner, std::initializer_list<std::string_view> keywords) {
-  std::string named;
-  for (TSourceToken token = scanner.Next(); token.Kind != TTokenKind::End; token = scanner.Next())
-    if (token.Kind == TTokenKind::Directive)
-      for (const std::string_view keyword : keywords)
-        if (std::string found = FormExtensionIn(token.Text, keyword); !found.empty())
-          named = std::move(found);
-  return named;
-}
-
+// The extension of the form file that the source names, of the last one that counts, as a compiler
+// would end up with.
 std::string NamedFormExtension(const std::string& unitFile, const TDefinedSymbols& symbols) {
   try {
-    const std::string source = ReadWholeFile(unitFile);
-    return LanguageOfFile(unitFile) == TSourceLanguage::Cpp
-               ? LastFormExtension(TCppScanner(source, symbols), {"pragma resource "})
-               : LastFormExtension(TPascalScanner(source, symbols), {"R ", "RESOURCE "});
+    const TUnitSource unit = ParseUnitSource(ReadWholeFile(unitFile), unitFile, symbols);
+    for (auto name = unit.Resources.rbegin(); name != unit.Resources.rend(); ++name)
+      if (IsFormFileName(*name)) return ExtractFileExt(*name);
   } catch (const Exception&) {
-    return {};  // a unit that is not there decides nothing
+    // A unit that is not there decides nothing.
   }
+  return {};
 }
 
 // The place that stands at the beginning of what a parser says.
@@ -116,15 +95,21 @@ TFormHeader ReadFormHeader(const std::string& fileName) {
   if (text.starts_with(Utf8Mark)) text.remove_prefix(Utf8Mark.size());
   if (TestFormFormat(text) != TFormFormat::Text) return {};
 
-  TPascalScanner scanner(text);
-  scanner.NextCode();
-  const TSourceToken name = scanner.NextCode();
-  const TSourceToken colon = scanner.NextCode();
-  const TSourceToken className = scanner.NextCode();
-  if (name.Kind != TTokenKind::Identifier || !colon.IsSymbol(':') ||
-      className.Kind != TTokenKind::Identifier)
-    return {};
-  return {std::string(name.Text), std::string(className.Text)};
+  const char* const end = text.data() + text.size();
+  const char* next = SkipBlanks(SkipWord(SkipBlanks(text.data(), end), end), end);
+  const auto word = [&] {
+    const char* const begin = next;
+    next = SkipWord(next, end);
+    const std::string_view taken(begin, static_cast<size_t>(next - begin));
+    next = SkipBlanks(next, end);
+    return std::string(taken);
+  };
+  TFormHeader header;
+  header.FormName = word();
+  if (header.FormName.empty() || next == end || *next != ':') return {};
+  next = SkipBlanks(next + 1, end);
+  header.ClassName = word();
+  return header.ClassName.empty() ? TFormHeader{} : header;
 }
 
 TFormFile LoadFormFile(const std::string& fileName) {

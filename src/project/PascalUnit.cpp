@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 #include "platform/core/text/SysUtils.h"
@@ -16,6 +17,8 @@ using enum TPascalWord;
 
 // Classes within classes and routines within routines that are deeper are noise.
 constexpr int MaxNesting = 50;
+// No class overloads a method more often; a noisy source shall not take the square of its size.
+constexpr size_t MaxOverloads = 64;
 
 struct TVisibilityWord {
   TPascalWord Word;
@@ -122,7 +125,9 @@ class TPascalUnitReader {
     for (const THeadWord& head : words) {
       if (!FTokens.Take(head.Word)) continue;
       FUnit.Kind = head.Kind;
+      const size_t begin = FTokens.Offset();
       FUnit.Name = ReadDotted();
+      if (!FUnit.Name.empty()) FUnit.NameText = SpanFrom(begin);
       // Parameters such as (Input, Output) may follow the name, or words on the platform.
       while (!FTokens.AtEnd() && !At(';') && !AtClause() && !At(Interface)) Advance();
       if (!FTokens.Take(';')) Problem("expected ';' after the name of the project");
@@ -137,12 +142,15 @@ class TPascalUnitReader {
     std::vector<TUsedUnit>& list = At(Requires)        ? FUnit.Requires
                                    : FInImplementation ? FUnit.ImplementationUses
                                                        : FUnit.Uses;
+    const bool first = !At(Requires) && !FInImplementation && FUnit.UsesText.Empty();
+    const size_t begin = FTokens.Offset();
     const std::string_view wanted =
         At(Requires) ? "expected the name of a package" : "expected the name of a unit";
     Advance();
     for (;;) {
       ReadUsedUnit(list, wanted);
       if (FTokens.Take(',')) continue;
+      if (At(';') && first && !FTokens.InInclude()) FUnit.UsesText = {begin, FTokens.Offset()};
       if (FTokens.Take(';') || !SkipBadEntry()) return true;
     }
   }
@@ -150,12 +158,15 @@ class TPascalUnitReader {
   void ReadUsedUnit(std::vector<TUsedUnit>& list, std::string_view wanted) {
     TUsedUnit used;
     used.Place = FTokens.Place();
+    const size_t begin = FTokens.Offset();
     used.Name = ReadDotted();
     if (used.Name.empty()) return Problem(wanted);
+    used.NameText = SpanFrom(begin);
     if (FTokens.Take(In)) {
       if (FTokens.Token().Kind != TTokenKind::Text)
         return Problem("expected the file name of the unit in single quotes");
       used.Path = UnquotePascal(Text());
+      if (!FTokens.InInclude()) used.PathText = {FTokens.Offset(), FTokens.Token().End()};
       FTokens.CollectNotes(&used.Notes);
       Advance();
       FTokens.CollectNotes(nullptr);
@@ -789,11 +800,21 @@ class TPascalUnitReader {
         case Finalization:
           return false;
         default:
+          if (IsCreateForm(FTokens.Token())) {
+            ReadCreatedNames();
+            continue;
+          }
           break;
       }
       Advance();
     }
     return false;
+  }
+
+  // Stands at "CreateForm" and stops at the end of the statement.
+  void ReadCreatedNames() {
+    for (Advance(); !FTokens.AtEnd() && !At(';') && !At(End); Advance())
+      if (FTokens.AtName()) FUnit.CreatedNames.emplace_back(Text());
   }
 
   // Statements of the initialization, up to its "finalization" or "end".
@@ -836,6 +857,12 @@ class TPascalUnitReader {
   // Bodies.
 
   void LinkBodies() {
+    for (std::vector<TClassDeclaration>* classes : {&FUnit.Classes, &FUnit.HiddenClasses})
+      for (TClassDeclaration& declared : *classes) {
+        const std::string path = declared.Outer.empty() ? "" : declared.Outer + ".";
+        for (TMethodDeclaration& method : declared.Methods)
+          FMethods[LowerCase(path + declared.Name + "." + method.Name)].push_back(&method);
+      }
     std::vector<TMethodDeclaration> rest;
     for (TMethodDeclaration& routine : FUnit.Routines)
       if (routine.Class.empty() || !LinkBody(routine)) rest.push_back(std::move(routine));
@@ -843,32 +870,27 @@ class TPascalUnitReader {
   }
 
   bool LinkBody(const TMethodDeclaration& body) {
-    for (std::vector<TClassDeclaration>* classes : {&FUnit.Classes, &FUnit.HiddenClasses})
-      for (TClassDeclaration& declared : *classes) {
-        if (!IsNamed(declared, body.Class)) continue;
-        TMethodDeclaration* method = FindOpen(declared, body);
-        if (method == nullptr) continue;
-        method->Body = body.Body;
-        return true;
-      }
-    return false;
-  }
-
-  static bool IsNamed(const TClassDeclaration& declared, std::string_view path) {
-    if (declared.Outer.empty()) return EqualText(declared.Name, path);
-    return EqualText(declared.Outer + "." + declared.Name, path);
+    const auto found = FMethods.find(LowerCase(body.Class + "." + body.Name));
+    if (found == FMethods.end()) return false;
+    TMethodDeclaration* method = FindOpen(found->second, body);
+    if (method != nullptr) method->Body = body.Body;
+    return method != nullptr;
   }
 
   // The method that has no body yet: with the same parameters, else the first one; a body may leave
   // them out.
-  static TMethodDeclaration* FindOpen(TClassDeclaration& declared, const TMethodDeclaration& body) {
-    TMethodDeclaration* found = nullptr;
-    for (TMethodDeclaration& method : declared.Methods) {
-      if (!method.Body.Empty() || !EqualText(method.Name, body.Name)) continue;
-      if (HasSameTypes(method.Parameters, body.Parameters)) return &method;
-      if (found == nullptr) found = &method;
-    }
-    return found;
+  static TMethodDeclaration* FindOpen(std::vector<TMethodDeclaration*>& methods,
+                                      const TMethodDeclaration& body) {
+    const size_t looked = std::min(methods.size(), MaxOverloads);
+    auto found = methods.end();
+    for (size_t i = looked; i-- > 0;)
+      if (found == methods.end() || !HasSameTypes((*found)->Parameters, body.Parameters) ||
+          HasSameTypes(methods[i]->Parameters, body.Parameters))
+        found = methods.begin() + static_cast<std::ptrdiff_t>(i);
+    if (found == methods.end()) return nullptr;
+    TMethodDeclaration* method = *found;
+    methods.erase(found);
+    return method;
   }
 
   static bool HasSameTypes(const std::vector<TParameter>& left,
@@ -889,6 +911,7 @@ class TPascalUnitReader {
   TMemberPart FPart = TMemberPart::Fields;
   bool FIsObject = false;
   std::optional<TName> FPending;
+  std::unordered_map<std::string, std::vector<TMethodDeclaration*>> FMethods;  // without a body
 };
 
 }  // namespace

@@ -132,7 +132,8 @@ const TUnitSource* TProject::UnitSource(const TProjectModule& module) {
   if (module.State == TModuleState::Missing || fileName.empty()) return nullptr;
   try {
     const TTextFile text = TTextFile::Load(fileName);
-    unit = std::make_unique<TUnitSource>(ParseUnitSource(text.Text(), fileName, FSymbols));
+    unit = std::make_unique<TUnitSource>(
+        ParseUnitSource(text.Text(), fileName, FSymbols, IncludesBeside(fileName)));
   } catch (const EFOpenError&) {
     return nullptr;
   }
@@ -140,8 +141,8 @@ const TUnitSource* TProject::UnitSource(const TProjectModule& module) {
 }
 
 void TProject::TakeUnitText(const TProjectModule& module, std::string_view text) {
-  FUnits[IndexOf(module)] =
-      std::make_unique<TUnitSource>(ParseUnitSource(text, module.FileName, FSymbols));
+  FUnits[IndexOf(module)] = std::make_unique<TUnitSource>(
+      ParseUnitSource(text, module.FileName, FSymbols, IncludesBeside(module.FileName)));
 }
 
 void TProject::ForgetUnit(const TProjectModule& module) {
@@ -192,6 +193,19 @@ TFormFile TProject::LoadForm(const TProjectModule& module) {
     chain.push_back(module.DesignClass.empty() ? std::string(RootClasses[0]) : module.DesignClass);
   form.Root->SetDesignClass(FClasses.Record(chain));
   return form;
+}
+
+TIncludeReader IncludesBeside(const std::string& fileName) {
+  const std::string folder = std::filesystem::path(fileName).parent_path().string();
+  return [folder](std::string_view name) -> std::optional<std::string> {
+    const std::string found = TFileLookup().Find(folder, name);
+    if (found.empty()) return std::nullopt;
+    try {
+      return TTextFile::Load(found).Text();
+    } catch (const Exception&) {
+      return std::nullopt;
+    }
+  };
 }
 
 std::string FindHeader(const std::string& unitFile) {

@@ -61,6 +61,8 @@ class TProject {
   // Places of the source that could not be read.
   const std::vector<TSourceProblem>& Problems() const { return FSource.Problems; }
   const std::vector<std::string>& Requires() const { return FSource.Requires; }
+  // The names in the calls of CreateForm, in the order of the source.
+  const std::vector<std::string>& CreatedNames() const { return FSource.CreatedNames; }
   // Absolute names of the resource files, on disk or not.
   std::vector<std::string> ResourceFiles() const;
   TProjectStatistics Statistics() const;
@@ -110,6 +112,9 @@ class TProject {
   std::vector<TProjectModule> FModules;
   std::vector<std::unique_ptr<TUnitSource>> FUnits;  // one for each module, null when not read
 };
+
+// Reads the include files that a source names, from its own folder.
+TIncludeReader IncludesBeside(const std::string& fileName);
 
 // The header of a C++ unit: beside it, with the extension .h or .hpp. Empty when there is none.
 std::string FindHeader(const std::string& unitFile);

@@ -70,6 +70,7 @@ TProjectSource ReadPascalProject(TUnitSource unit, const std::string& fileName) 
   }
   for (TUsedUnit& package : unit.Requires) project.Requires.push_back(std::move(package.Name));
   project.Resources = std::move(unit.Resources);
+  project.CreatedNames = std::move(unit.CreatedNames);
   project.Problems = std::move(unit.Problems);
   return project;
 }
@@ -153,6 +154,7 @@ TProjectSource ReadCppProject(const TUnitSource& unit, const std::string& fileNa
                         "found the end of the file");
   for (const TMethodDeclaration& routine : unit.Routines)
     if (routine.Name == "DllEntryPoint") project.Kind = TProjectKind::Library;
+  project.CreatedNames = unit.CreatedNames;
   return project;
 }
 

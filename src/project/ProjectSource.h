@@ -36,11 +36,12 @@ struct TProjectSource {
   TSourceLanguage Language = TSourceLanguage::Pascal;
   TProjectKind Kind = TProjectKind::Program;
   std::string Name;
-  std::vector<TProjectEntry> Entries;    // in the order of the source
-  std::vector<std::string> Resources;    // as written; "*" stands for the project's name
-  std::vector<std::string> Requires;     // packages
-  std::vector<std::string> Libraries;    // object and library files of a C++ project
-  std::vector<TSourceProblem> Problems;  // places that were skipped
+  std::vector<TProjectEntry> Entries;     // in the order of the source
+  std::vector<std::string> Resources;     // as written; "*" stands for the project's name
+  std::vector<std::string> Requires;      // packages
+  std::vector<std::string> Libraries;     // object and library files of a C++ project
+  std::vector<std::string> CreatedNames;  // as TUnitSource has them
+  std::vector<TSourceProblem> Problems;   // places that were skipped
 };
 
 // Reads a project source held in memory, in UTF-8 or an 8-bit encoding. The file name tells the

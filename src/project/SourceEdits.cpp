@@ -1,4 +1,4 @@
-// Finds the places by the scanners, so that comments and branches left out stay as they are.
+// Finds the places by the declarations, so that comments and branches left out stay as they are.
 #include "project/SourceEdits.h"
 
 #include <fmt/format.h>
@@ -8,26 +8,11 @@
 
 #include "platform/core/text/SysUtils.h"
 #include "project/CppScanner.h"
-#include "project/PascalScanner.h"
+#include "project/UnitSource.h"
 
 namespace wrenfold {
 
 namespace {
-
-// A stretch of a source.
-struct TSpan {
-  size_t Begin = 0;
-  size_t End = 0;
-  size_t Size() const { return End - Begin; }
-};
-
-size_t EndOf(const TSourceToken& token) {
-  return token.Offset + token.Text.size();
-}
-
-bool IsWord(const TSourceToken& token, std::string_view word) {
-  return token.Kind == TTokenKind::Identifier && EqualText(token.Text, word);
-}
 
 bool IsUnitName(std::string_view name) {
   while (true) {
@@ -38,53 +23,9 @@ bool IsUnitName(std::string_view name) {
   }
 }
 
-// Reads a dotted name from the token on, which then is the one behind it.
-TSpan TakeName(TPascalScanner& scanner, TSourceToken& token) {
-  TSpan span{token.Offset, token.Offset};
-  while (token.Kind == TTokenKind::Identifier) {
-    span.End = EndOf(token);
-    token = scanner.NextCode();
-    if (!token.IsSymbol('.')) break;
-    token = scanner.NextCode();
-  }
-  return span;
-}
-
-// An entry of a clause; the path is empty where the source gives none.
-struct TEntrySpans {
-  TSpan Name;
-  TSpan Path;  // with its quotes
-};
-
-// The first clause of units: "uses" of a program, "contains" of a package.
-struct TClause {
-  std::vector<TEntrySpans> Entries;
-  size_t LastEnd = 0;  // behind what the last entry says
-  bool Found = false;
-};
-
-TClause ReadClause(std::string_view source, const TDefinedSymbols& symbols) {
-  TPascalScanner scanner(source, symbols);
-  TClause clause;
-  TSourceToken token = scanner.NextCode();
-  while (token.Kind != TTokenKind::End && !IsWord(token, "uses") && !IsWord(token, "contains"))
-    token = scanner.NextCode();
-  if (token.Kind == TTokenKind::End) return clause;
-  do {
-    token = scanner.NextCode();
-    TEntrySpans entry;
-    entry.Name = TakeName(scanner, token);
-    if (IsWord(token, "in")) {
-      token = scanner.NextCode();
-      if (token.Kind != TTokenKind::Text) return clause;
-      entry.Path = {token.Offset, EndOf(token)};
-      token = scanner.NextCode();
-    }
-    if (entry.Name.Size() != 0) clause.Entries.push_back(entry);
-  } while (token.IsSymbol(','));
-  clause.LastEnd = token.Offset;
-  clause.Found = token.IsSymbol(';') && !clause.Entries.empty();
-  return clause;
+// Takes the place of a part of the source.
+TSourceEdit Replacing(TSourceSpan span, std::string text) {
+  return {span.Begin, span.End - span.Begin, std::move(text)};
 }
 
 std::string PascalPath(const TNamedUnit& unit) {
@@ -94,13 +35,12 @@ std::string PascalPath(const TNamedUnit& unit) {
   return quoted + "'";
 }
 
-std::vector<TSourceEdit> RenameInPascal(std::string_view source, std::string_view oldName,
-                                        const TNamedUnit& unit, const TDefinedSymbols& symbols) {
-  for (const TEntrySpans& entry : ReadClause(source, symbols).Entries) {
-    if (!EqualText(source.substr(entry.Name.Begin, entry.Name.Size()), oldName)) continue;
-    std::vector<TSourceEdit> edits{{entry.Name.Begin, entry.Name.Size(), unit.Name}};
-    if (entry.Path.Size() != 0)
-      edits.push_back({entry.Path.Begin, entry.Path.Size(), PascalPath(unit)});
+std::vector<TSourceEdit> RenameInPascal(const TUnitSource& project, std::string_view oldName,
+                                        const TNamedUnit& unit) {
+  for (const TUsedUnit& used : project.Uses) {
+    if (!EqualText(used.Name, oldName) || used.NameText.Empty()) continue;
+    std::vector<TSourceEdit> edits{Replacing(used.NameText, unit.Name)};
+    if (!used.PathText.Empty()) edits.push_back(Replacing(used.PathText, PascalPath(unit)));
     return edits;
   }
   return {};
@@ -120,42 +60,23 @@ std::string_view IndentOf(std::string_view source, size_t offset) {
   return indent.find_first_not_of(" \t") == std::string_view::npos ? indent : "  ";
 }
 
-std::vector<TSourceEdit> AddToPascal(std::string_view source, const TNamedUnit& unit,
-                                     const TDefinedSymbols& symbols) {
-  const TClause clause = ReadClause(source, symbols);
-  if (!clause.Found) return {};
+std::vector<TSourceEdit> AddToPascal(std::string_view source, const TUnitSource& project,
+                                     const TNamedUnit& unit) {
+  const TUsedUnit* last = nullptr;
+  for (const TUsedUnit& used : project.Uses)
+    if (used.NameText.Begin < project.UsesText.End && !used.NameText.Empty()) last = &used;
+  if (last == nullptr) return {};
   const std::string form = unit.FormName.empty() ? "" : fmt::format(" {{{}}}", unit.FormName);
-  return {{clause.LastEnd, 0,
-           fmt::format(",{}{}{} in {}{}", LineEndOf(source),
-                       IndentOf(source, clause.Entries.back().Name.Begin), unit.Name,
-                       PascalPath(unit), form)}};
+  return {{project.UsesText.End, 0,
+           fmt::format(",{}{}{} in {}{}", LineEndOf(source), IndentOf(source, last->NameText.Begin),
+                       unit.Name, PascalPath(unit), form)}};
 }
 
-struct TMacroUse {
-  TSpan Path;   // with its quotes
-  TSpan Whole;  // up to the semicolon
-};
-
-// The macros that name units: USEUNIT, USEFORM and so on.
-std::vector<TMacroUse> ReadMacros(std::string_view source, const TDefinedSymbols& symbols) {
-  constexpr std::string_view UnitMacros[] = {"USEUNIT", "USEFORM", "USEFORMNS", "USEDATAMODULE"};
-  TCppScanner scanner(source, symbols);
-  std::vector<TMacroUse> uses;
-  for (TSourceToken token = scanner.NextCode(); token.Kind != TTokenKind::End;
-       token = scanner.NextCode()) {
-    if (token.Kind != TTokenKind::Identifier ||
-        std::find(std::begin(UnitMacros), std::end(UnitMacros), token.Text) == std::end(UnitMacros))
-      continue;
-    const size_t begin = token.Offset;
-    if (!scanner.NextCode().IsSymbol('(')) continue;
-    const TSourceToken path = scanner.NextCode();
-    if (path.Kind != TTokenKind::Text) continue;
-    while (token.Kind != TTokenKind::End && !token.IsSymbol(')')) token = scanner.NextCode();
-    uses.push_back({{path.Offset, EndOf(path)}, {begin, EndOf(token)}});
-    if (uses.back().Whole.End < source.size() && source[uses.back().Whole.End] == ';')
-      ++uses.back().Whole.End;
-  }
-  return uses;
+// Whether the macro names a unit: USEUNIT, USEFORM and so on.
+bool NamesUnit(const TMacroCall& macro) {
+  constexpr std::string_view names[] = {"USEUNIT", "USEFORM", "USEFORMNS", "USEDATAMODULE"};
+  return !macro.PathText.Empty() &&
+         std::find(std::begin(names), std::end(names), macro.Name) != std::end(names);
 }
 
 std::string CppPath(const TNamedUnit& unit) {
@@ -165,50 +86,51 @@ std::string CppPath(const TNamedUnit& unit) {
   return quoted + '"';
 }
 
-std::vector<TSourceEdit> RenameInCpp(std::string_view source, std::string_view oldName,
-                                     const TNamedUnit& unit, const TDefinedSymbols& symbols) {
-  for (const TMacroUse& use : ReadMacros(source, symbols)) {
-    std::string path = UnquoteCppPath(source.substr(use.Path.Begin, use.Path.Size()));
+std::vector<TSourceEdit> RenameInCpp(const TUnitSource& project, std::string_view oldName,
+                                     const TNamedUnit& unit) {
+  for (const TMacroCall& macro : project.Macros) {
+    if (!NamesUnit(macro)) continue;
+    std::string path = UnquoteCppPath(macro.Arguments[0]);
     std::replace(path.begin(), path.end(), '\\', '/');
     if (EqualText(ExtractFileNameEx(path), oldName))
-      return {{use.Path.Begin, use.Path.Size(), CppPath(unit)}};
+      return {Replacing(macro.PathText, CppPath(unit))};
   }
   return {};
 }
 
-std::vector<TSourceEdit> AddToCpp(std::string_view source, const TNamedUnit& unit,
-                                  const TDefinedSymbols& symbols) {
-  const std::vector<TMacroUse> uses = ReadMacros(source, symbols);
-  if (uses.empty()) return {};
+std::vector<TSourceEdit> AddToCpp(std::string_view source, const TUnitSource& project,
+                                  const TNamedUnit& unit) {
+  const auto last = std::find_if(project.Macros.rbegin(), project.Macros.rend(), NamesUnit);
+  if (last == project.Macros.rend()) return {};
   const std::string macro = unit.FormName.empty()
                                 ? fmt::format("USEUNIT({});", CppPath(unit))
                                 : fmt::format("USEFORM({}, {});", CppPath(unit), unit.FormName);
-  return {{uses.back().Whole.End, 0, std::string(LineEndOf(source)) + macro}};
+  return {{last->Text.End, 0, std::string(LineEndOf(source)) + macro}};
 }
 
 }  // namespace
 
 std::optional<TSourceEdit> RenameUnitEdit(std::string_view source, std::string_view name) {
-  TPascalScanner scanner(source);
-  if (!IsUnitName(name) || !IsWord(scanner.NextCode(), "unit")) return std::nullopt;
-  TSourceToken token = scanner.NextCode();
-  const TSpan span = TakeName(scanner, token);
-  if (span.Size() == 0 || source.substr(span.Begin, span.Size()) == name) return std::nullopt;
-  return TSourceEdit{span.Begin, span.Size(), std::string(name)};
+  const TUnitSource unit = ParseUnitSource(source, "a.pas");
+  if (!IsUnitName(name) || unit.Kind != TSourceKind::Unit || unit.NameText.Empty() ||
+      unit.NameText.In(source) == name)
+    return std::nullopt;
+  return Replacing(unit.NameText, std::string(name));
 }
 
 std::vector<TSourceEdit> RenameInProjectEdits(std::string_view source, std::string_view fileName,
                                               std::string_view oldName, const TNamedUnit& unit,
                                               const TDefinedSymbols& symbols) {
-  return LanguageOfFile(fileName) == TSourceLanguage::Cpp
-             ? RenameInCpp(source, oldName, unit, symbols)
-             : RenameInPascal(source, oldName, unit, symbols);
+  const TUnitSource project = ParseUnitSource(source, fileName, symbols);
+  return project.Kind == TSourceKind::Cpp ? RenameInCpp(project, oldName, unit)
+                                          : RenameInPascal(project, oldName, unit);
 }
 
 std::vector<TSourceEdit> AddToProjectEdits(std::string_view source, std::string_view fileName,
                                            const TNamedUnit& unit, const TDefinedSymbols& symbols) {
-  return LanguageOfFile(fileName) == TSourceLanguage::Cpp ? AddToCpp(source, unit, symbols)
-                                                          : AddToPascal(source, unit, symbols);
+  const TUnitSource project = ParseUnitSource(source, fileName, symbols);
+  return project.Kind == TSourceKind::Cpp ? AddToCpp(source, project, unit)
+                                          : AddToPascal(source, project, unit);
 }
 
 std::string ProjectPath(const std::string& folder, const std::string& fileName) {

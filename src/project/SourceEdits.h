@@ -11,13 +11,6 @@
 
 namespace wrenfold {
 
-// Bytes of a source that others take the place of.
-struct TSourceEdit {
-  size_t Offset = 0;
-  size_t Length = 0;
-  std::string Text;
-};
-
 // Puts the name of a Pascal unit in place of the one behind "unit". None when the source is no
 // unit, has the name already, or the name is no unit's name.
 std::optional<TSourceEdit> RenameUnitEdit(std::string_view source, std::string_view name);

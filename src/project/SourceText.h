@@ -57,6 +57,13 @@ struct TSourceSpan {
   std::string_view In(std::string_view source) const { return source.substr(Begin, End - Begin); }
 };
 
+// Bytes of a source that others take the place of.
+struct TSourceEdit {
+  size_t Offset = 0;
+  size_t Length = 0;
+  std::string Text;
+};
+
 // Something wrong in a source that leaves the rest of it readable.
 struct TSourceProblem {
   TSourcePlace Place;

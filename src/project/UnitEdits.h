@@ -10,13 +10,6 @@
 
 namespace wrenfold {
 
-// Bytes of a source that others take the place of.
-struct TSourceEdit {
-  size_t Offset = 0;
-  size_t Length = 0;
-  std::string Text;
-};
-
 // All functions take a source as it was parsed, and that text; what they give changes this text and
 // follows its line ends and indents. Names are compared without regard to letter case. None find
 // anything in an include file.

@@ -53,6 +53,11 @@ void AppendToType(std::string& type, std::string_view token) {
   type += token;
 }
 
+bool IsCreateForm(const TSourceToken& token) {
+  constexpr std::string_view name = "CreateForm";
+  return token.Text.size() == name.size() && EqualText(token.Text, name);
+}
+
 std::string DescribeToken(const TSourceToken& token) {
   if (token.Kind == TTokenKind::End) return "the end of the file";
   return fmt::format("'{}'", token.Text);

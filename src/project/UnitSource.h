@@ -28,6 +28,8 @@ struct TUsedUnit {
   std::string Path;  // as it stands in the source, quotes removed; empty when none is given
   std::vector<std::string> Notes;  // comments between a path and what follows
   TSourcePlace Place;
+  TSourceSpan NameText;
+  TSourceSpan PathText;  // with its quotes; empty when none is given
 };
 
 struct TFieldDeclaration {
@@ -103,6 +105,8 @@ struct TMacroCall {
   std::vector<std::string> Arguments;  // texts with their quotes
   std::vector<std::string> Notes;      // comments between it and what follows
   TSourcePlace Place;
+  TSourceSpan Text;      // with its semicolon
+  TSourceSpan PathText;  // the first argument, when it is a text
 };
 
 // The source of a unit, of a project, or a C++ file.
@@ -112,17 +116,22 @@ struct TUnitSource {
   std::vector<TUsedUnit> Uses;  // of the interface, a program or a package
   std::vector<TUsedUnit> ImplementationUses;
   std::vector<TUsedUnit> Requires;               // packages
-  std::vector<std::string> Resources;            // {$R name} and {$RESOURCE name}, as written
+  std::vector<std::string> Resources;            // {$R name}, #pragma resource "name", as written
   std::vector<TClassDeclaration> Classes;        // of the interface; forward declarations left out
   std::vector<TClassDeclaration> HiddenClasses;  // of the implementation
   // Routines of the unit, and bodies whose class is declared elsewhere.
   std::vector<TMethodDeclaration> Routines;
-  std::vector<TMacroCall> Macros;        // of C++
+  std::vector<TMacroCall> Macros;  // of C++
+  // What stands in statements that call "CreateForm", in order: classes and forms, and the like.
+  std::vector<std::string> CreatedNames;
   std::vector<TSourceProblem> Problems;  // in the clauses and of the source as a whole
 
   // Where the implementation's declarations begin and end; the end is in front of "initialization",
   // "finalization" or the last "end". Empty where there is none.
   TSourceSpan Implementation;
+  TSourceSpan NameText;  // of the name in the head
+  TSourceSpan
+      UsesText;  // the first clause of units up to its semicolon; empty when that is missing
   bool HasClauses = false;  // behind the head, with mistakes perhaps
   // The first word of the source, and the first one behind head and clauses.
   TSourcePlace FirstPlace;

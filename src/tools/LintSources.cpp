@@ -160,15 +160,10 @@ const TLintUnit* TLintSources::Unit(const std::string& fileName) {
   } catch (const Exception&) {
     read->IsComplete = false;
   }
-  const std::string folder = fs::path(fileName).parent_path().string();
-  const auto includes = [&](std::string_view name) -> std::optional<std::string> {
-    try {
-      const std::string found = TFileLookup().Find(folder, name);
-      if (!found.empty()) return TTextFile::Load(found).Text();
-    } catch (const Exception&) {
-    }
-    read->IsComplete = false;
-    return std::nullopt;
+  const auto includes = [&, beside = IncludesBeside(fileName)](std::string_view name) {
+    std::optional<std::string> text = beside(name);
+    if (!text) read->IsComplete = false;
+    return text;
   };
   TDefinedSymbols symbols = DefaultSymbols();
   // A unit with a form file of the free Pascal environment is compiled by its compiler.

@@ -8,8 +8,6 @@
 
 #include "platform/core/system/Files.h"
 #include "platform/core/text/SysUtils.h"
-#include "project/CppScanner.h"
-#include "project/PascalScanner.h"
 
 namespace wrenfold {
 
@@ -60,30 +58,12 @@ bool IsPlainForm(const TProjectModule& module) {
   return module.State == TModuleState::Ok && !module.FormName.empty() && module.DesignClass.empty();
 }
 
-// The first name in a call of "CreateForm" that is the name of a form.
-template <class Scanner>
-const TProjectModule* FindCreatedForm(Scanner scanner, const TProject& project) {
-  bool inCall = false;
-  while (true) {
-    const TSourceToken token = scanner.NextCode();
-    if (token.Kind == TTokenKind::End) return nullptr;
-    if (token.IsSymbol(';')) inCall = false;
-    if (token.Kind != TTokenKind::Identifier) continue;
-    if (EqualText(token.Text, "CreateForm")) inCall = true;
-    else if (inCall)
-      for (const TProjectModule& module : project.Modules())
-        if (IsPlainForm(module) && EqualText(module.FormName, token.Text)) return &module;
-  }
-}
-
 }  // namespace
 
 const TProjectModule* FindMainForm(TProject& project) {
-  const std::string& text = project.Source().Text();
-  const TProjectModule* created = project.Language() == TSourceLanguage::Cpp
-                                      ? FindCreatedForm(TCppScanner(text), project)
-                                      : FindCreatedForm(TPascalScanner(text), project);
-  if (created != nullptr) return created;
+  for (const std::string& name : project.CreatedNames())
+    for (const TProjectModule& module : project.Modules())
+      if (IsPlainForm(module) && EqualText(module.FormName, name)) return &module;
   const auto& modules = project.Modules();
   const auto first = std::find_if(modules.begin(), modules.end(), IsPlainForm);
   return first != modules.end() ? &*first : nullptr;
