@@ -148,33 +148,5 @@ TEST_F(ToolsApi, HeldNotifiersHearOfSavesAndOfTheEnd) {
   EXPECT_EQ(heard, "modified before after end ");
 }
 
-class Inspector : public HostTest {
- protected:
-  QTreeWidgetItem* Row(const char* property) {
-    return Workbench->Inspector().Grid().findItems(property, Qt::MatchExactly).value(0);
-  }
-};
-
-TEST_F(Inspector, EditedValueChangesItsLineOfTheFormFileAlone) {
-  ASSERT_TRUE(Workbench->Documents().OpenProject(WriteProject()));
-  const std::string file = Folder.Path() + "/Main.dfm";
-  std::string expected = Folder.Read(file);
-  expected.replace(expected.find("'Main'"), 6, "'It'#39's new'");
-  ASSERT_NE(Row("Caption"), nullptr);
-  Row("Caption")->setText(1, "'It''s new'");
-  EXPECT_TRUE(Workbench->Documents().SaveAll());
-  EXPECT_EQ(Folder.Read(file), expected);
-}
-
-TEST_F(Inspector, WhatIsNoValueIsRefusedAndTheOldOneStays) {
-  ASSERT_TRUE(Workbench->Documents().OpenProject(WriteProject()));
-  for (const char* text : {"'open", "10 Top = 5", "", "end"}) {
-    Answers = {mbOK};
-    Row("Left")->setText(1, text);
-    EXPECT_EQ(Row("Left")->text(1).toStdString(), "10") << text;
-  }
-  EXPECT_FALSE(Workbench->Documents().Modified());
-}
-
 }  // namespace
 }  // namespace wrenfold

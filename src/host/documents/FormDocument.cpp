@@ -11,6 +11,7 @@ TFormDocument::TFormDocument(const std::string& fileName) {
   FFile.FileName = fileName;
   FStamp = StampOf();
   FFile = LoadFormFile(fileName, FSource);
+  FEdits.emplace(*FFile.Root);
 }
 
 TFormDocument::TStamp TFormDocument::StampOf() const {
@@ -33,6 +34,29 @@ void TFormDocument::SetModified(bool modified) {
   if (OnChange) OnChange();
 }
 
+void TFormDocument::Change(std::vector<TFormChange> changes) {
+  FEdits->Do(std::move(changes));
+  Edited();
+}
+
+const std::vector<TFormChange>& TFormDocument::Undo() {
+  const std::vector<TFormChange>& changes = FEdits->Undo();
+  Edited();
+  return changes;
+}
+
+const std::vector<TFormChange>& TFormDocument::Redo() {
+  const std::vector<TFormChange>& changes = FEdits->Redo();
+  Edited();
+  return changes;
+}
+
+// The form differs from its file, unless all changes since saving were taken back.
+void TFormDocument::Edited() {
+  FModified = !FEdits->IsSaved();
+  if (OnChange) OnChange();
+}
+
 std::string TFormDocument::Text(std::vector<TFormSpans::TPlace>* places) const {
   return FSource->RenderText(*FFile.Root, places);
 }
@@ -41,6 +65,7 @@ void TFormDocument::SaveAs(const std::string& fileName) {
   SafeWriteFile(fileName, FSource->Render(*FFile.Root));
   FFile.FileName = fileName;
   FStamp = StampOf();
+  FEdits->Saved();
   SetModified(false);
 }
 

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "host/documents/FormEdits.h"
 #include "platform/core/stream/FormSource.h"
 #include "project/FormFile.h"
 
@@ -25,6 +26,13 @@ class TFormDocument {
   bool ReadOnly() const;
   bool Modified() const { return FModified; }
   void SetModified(bool modified);
+
+  // One stroke of changes, its taking back, its making again. Answer what was changed. Raises
+  // EComponentError for a name that cannot be; the form then is as it was.
+  void Change(std::vector<TFormChange> changes);
+  const std::vector<TFormChange>& Undo();
+  const std::vector<TFormChange>& Redo();
+  const TFormEdits& Edits() const { return *FEdits; }
 
   // True when another program changed the file since it was read, saved or accepted.
   bool ChangedOnDisk() const;
@@ -48,10 +56,12 @@ class TFormDocument {
     friend bool operator==(const TStamp&, const TStamp&) = default;
   };
   TStamp StampOf() const;
+  void Edited();
 
   TFormFile FFile;
   TStamp FStamp;
   std::optional<TFormSource> FSource;  // what the file held when it was read
+  std::optional<TFormEdits> FEdits;
   bool FModified = false;
 };
 

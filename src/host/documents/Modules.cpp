@@ -189,10 +189,29 @@ void TFormEditor::Activated() {
   Notifiers.CallForm([](IOTAFormNotifier& notifier) { notifier.FormActivated(); });
 }
 
-void TFormEditor::Renamed(TComponent& component, const std::string& oldName) {
-  Notifiers.CallForm([&](IOTAFormNotifier& notifier) {
-    notifier.ComponentRenamed(&component, oldName, component.Name());
-  });
+void TFormEditor::Change(std::vector<TFormChange> changes) {
+  const std::vector<TFormChange> made = changes;
+  Document()->Change(std::move(changes));
+  TellRenamed(made, true);
+}
+
+void TFormEditor::Undo() {
+  if (FDocument != nullptr) TellRenamed(FDocument->Undo(), false);
+}
+
+void TFormEditor::Redo() {
+  if (FDocument != nullptr) TellRenamed(FDocument->Redo(), true);
+}
+
+void TFormEditor::TellRenamed(const std::vector<TFormChange>& changes, bool forward) {
+  for (const TFormChange& change : changes) {
+    if (change.Path != NameOfComponent) continue;
+    const std::string& before = forward ? *change.Before : *change.After;
+    TComponent* component = FDocument->Edits().Find(forward ? *change.After : *change.Before);
+    Notifiers.CallForm([&](IOTAFormNotifier& notifier) {
+      notifier.ComponentRenamed(component, before, component->Name());
+    });
+  }
 }
 
 void TFormEditor::Forget() {

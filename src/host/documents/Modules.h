@@ -167,9 +167,12 @@ class TFormEditor final : public TEditorOf<IOTAFormEditor, INTAFormEditor> {
   TFormDocument* LoadedDocument() const { return FDocument.get(); }
   const TSourcePlace& TroublePlace() const { return FTroublePlace; }
   TDesigner& Designer() { return *FDesigner; }
-  // The designer became the active one, a component has another name.
+  // The designer became the active one.
   void Activated();
-  void Renamed(TComponent& component, const std::string& oldName);
+  // One stroke of changes, which Undo takes back. Raises EComponentError for a name that cannot be.
+  void Change(std::vector<TFormChange> changes);
+  void Undo();
+  void Redo();
   // Reads the file again at the next use; what was changed is gone.
   void Forget();
   TModuleHost& Host() { return FHost; }
@@ -187,6 +190,8 @@ class TFormEditor final : public TEditorOf<IOTAFormEditor, INTAFormEditor> {
   IDesigner* GetFormDesigner() override;
 
  private:
+  void TellRenamed(const std::vector<TFormChange>& changes, bool forward);
+
   TDesignClasses FClasses;
   std::unique_ptr<TFormDocument> FDocument;
   TIntf<TDesigner> FDesigner;

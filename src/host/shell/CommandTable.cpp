@@ -10,6 +10,7 @@
 #include "host/shell/Workbench.h"
 #include "platform/core/model/Dialogs.h"
 #include "platform/core/text/SysUtils.h"
+#include "platform/widgets/Application.h"
 
 namespace wrenfold {
 
@@ -71,6 +72,28 @@ void CloseCurrent(W& w) {
 
 QLineEdit* TypingField() {
   return qobject_cast<QLineEdit*>(QApplication::focusWidget());
+}
+
+// The form whose changes Undo takes back: that of the designer or inspector that the user is in.
+TFormEditor* EditedForm(W& w) {
+  const TForm* active = Screen().ActiveForm();
+  if (active == &w.Inspector()) return w.Inspector().Editor();
+  const auto* designer = dynamic_cast<const TDesignerForm*>(active);
+  return designer != nullptr ? &designer->Editor() : nullptr;
+}
+
+void Undo(W& w) {
+  TFormEditor* form = EditedForm(w);
+  if (QLineEdit* field = TypingField()) field->undo();
+  else if (form != nullptr) form->Undo();
+  else w.EditWindow().Editor().undo();
+}
+
+void Redo(W& w) {
+  TFormEditor* form = EditedForm(w);
+  if (QLineEdit* field = TypingField()) field->redo();
+  else if (form != nullptr) form->Redo();
+  else w.EditWindow().Editor().redo();
 }
 
 template <auto InField, auto InEditor>
@@ -194,11 +217,17 @@ bool CanToggleForm(W& w) {
 }
 
 bool CanUndo(W& w) {
-  return TypingField() != nullptr || w.EditWindow().Editor().isUndoAvailable();
+  if (TypingField() != nullptr) return true;
+  if (const TFormEditor* form = EditedForm(w))
+    return form->LoadedDocument() != nullptr && form->LoadedDocument()->Edits().CanUndo();
+  return w.EditWindow().Editor().isUndoAvailable();
 }
 
 bool CanRedo(W& w) {
-  return TypingField() != nullptr || w.EditWindow().Editor().isRedoAvailable();
+  if (TypingField() != nullptr) return true;
+  if (const TFormEditor* form = EditedForm(w))
+    return form->LoadedDocument() != nullptr && form->LoadedDocument()->Edits().CanRedo();
+  return w.EditWindow().Editor().isRedoAvailable();
 }
 
 template <auto Method>
@@ -236,10 +265,10 @@ constexpr TCommand Table[] = {
      [](W& w) { w.Close(); }},
 
     {EditMenu, 5, "EditUndoCommand", "&Undo", "Ctrl+Z", "undo", "Take the last edit back",
-     Edit<&QLineEdit::undo, InEditor<&TEditControl::undo>>, CanUndo, Standard},
+     Undo, CanUndo, Standard},
     {EditMenu, 5, "EditRedoCommand", "&Redo", "Ctrl+Shift+Z", "redo",
      "Do again what was taken back",
-     Edit<&QLineEdit::redo, InEditor<&TEditControl::redo>>, CanRedo, Standard},
+     Redo, CanRedo, Standard},
     {EditMenu, 6, "EditCutCommand", "Cu&t", "Ctrl+X", "cut", "Cut to the clipboard",
      Edit<&QLineEdit::cut, InEditor<&TEditControl::cut>>},
     {EditMenu, 6, "EditCopyCommand", "&Copy", "Ctrl+C", "copy", "Copy to the clipboard",

@@ -132,8 +132,10 @@ void TDocumentWindows::SelectionChanged(TFormEditor& editor) {
 
 void TDocumentWindows::EditorChanged(TModule& module) {
   for (const TIntf<TSourceEditor>& source : module.Sources()) F.Editor.UpdatePage(*source);
-  if (TFormEditor* form = module.FormEditor())
+  if (TFormEditor* form = module.FormEditor()) {
     if (TDesignerForm* designer = F.Designers.Find(*form)) designer->Update();
+    if (F.Inspector.Editor() == form) F.Inspector.Refresh();
+  }
   F.Project.ShowModified(module.FileName(), module.Modified());
   TitleChanged();
 }

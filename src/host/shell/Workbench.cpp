@@ -71,6 +71,7 @@ TWorkbench::TWorkbench()
       FViews(std::make_unique<TDocumentWindows>(TDocumentWindows::TPlaces{
           *FEditWindow, *FDesigners, Inspector(), ProjectPanel(), Messages(), *FStatus})),
       FDocuments(std::make_unique<TDocuments>(*FViews)),
+      FEventHandlers(std::make_unique<TEventHandlers>(*FDocuments, *FViews)),
       FDiskWatch(std::make_unique<TDiskWatch>(*FDocuments, *FViews)),
       FSessions(std::make_unique<TSessions>(*FDocuments, *FEditWindow)),
       FCommands(std::make_unique<TCommands>(*this, *FWindow)),
@@ -83,6 +84,13 @@ TWorkbench::TWorkbench()
   FileDialogs() = SystemDialogs(this);
   FEditWindow->layout()->addWidget(FFindBar);
   FEditWindow->OnBuildMenu = [this](TPopupMenu& menu) { BuildEditorMenu(*this, menu); };
+  Inspector().MethodsFor = [this](TFormEditor& form, const TInspectedRow& event) {
+    return FEventHandlers->Fitting(form, event.Type);
+  };
+  Inspector().OpenMethod = [this](TFormEditor& form, const TInspectedRow& event,
+                                  const std::string& method) {
+    return FEventHandlers->Open(form, event.Caption, event.Type, method);
+  };
   Messages().OnTrouble = [this] { TPanels::Open(Messages()); };
   FWindow->setWindowFlags(Qt::Widget);
   FWindow->setCentralWidget(FEditWindow);

@@ -7,6 +7,7 @@
 
 #include "host/documents/DiskWatch.h"
 #include "host/documents/Documents.h"
+#include "host/documents/EventHandlers.h"
 #include "host/forms/Designers.h"
 #include "host/panels/EditWindow.h"
 #include "host/panels/FindBar.h"
@@ -79,6 +80,7 @@ class TWorkbench : public TForm {
   std::unique_ptr<TDesigners> FDesigners;
   std::unique_ptr<TDocumentWindows> FViews;
   std::unique_ptr<TDocuments> FDocuments;
+  std::unique_ptr<TEventHandlers> FEventHandlers;
   std::unique_ptr<TDiskWatch> FDiskWatch;
   std::unique_ptr<TSessions> FSessions;
   std::unique_ptr<TCommands> FCommands;

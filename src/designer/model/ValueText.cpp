@@ -1,5 +1,5 @@
 // Converts single values by way of a component that has just this one property.
-#include "host/panels/FormValues.h"
+#include "designer/model/ValueText.h"
 
 #include <fmt/format.h>
 
@@ -96,7 +96,7 @@ std::string FormValueFromText(const std::string& text, std::string_view replaced
   if (!named || !binary.SkipEndOfList("end") || !binary.SkipEndOfList("end") ||
       !AtTextEnd(whole, position))
     throw EConvertError(fmt::format("'{}' is no single value of a property", text));
-  if (!Fits(value, replaced))
+  if (!replaced.empty() && !Fits(value, replaced))
     throw EConvertError(fmt::format("'{}' does not fit the property: expected {}, as in {}", text,
                                     KindOf(replaced), FormValueText(replaced)));
   return value;

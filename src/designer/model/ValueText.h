@@ -11,7 +11,8 @@ namespace wrenfold {
 std::string FormValueText(std::string_view value);
 
 // The value that a text stands for, to take the place of another one: of its kind (a number for a
-// number, a text for a text). Raises EConvertError saying what is wrong and what was expected.
+// number, a text for a text), of any kind where none is replaced. Raises EConvertError saying what
+// is wrong and what was expected.
 std::string FormValueFromText(const std::string& text, std::string_view replaced);
 
 }  // namespace wrenfold

@@ -1,0 +1,605 @@
+// Reads values for rows and writes them back, kind by kind.
+#include "designer/model/PropertyRows.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+
+#include "designer/model/ValueText.h"
+#include "platform/core/stream/Bytes.h"
+#include "platform/core/system/Exceptions.h"
+#include "platform/core/text/SysUtils.h"
+
+namespace wrenfold {
+
+namespace {
+
+using enum TPropertyKind;
+
+constexpr char NamePath[] = "Name";
+
+void AppendUtf8(std::string& text, std::uint32_t code) {
+  if (code < 0x80) {
+    text += static_cast<char>(code);
+  } else if (code < 0x800) {
+    text += static_cast<char>(0xC0 | code >> 6);
+    text += static_cast<char>(0x80 | (code & 0x3F));
+  } else if (code < 0x10000) {
+    text += static_cast<char>(0xE0 | code >> 12);
+    text += static_cast<char>(0x80 | (code >> 6 & 0x3F));
+    text += static_cast<char>(0x80 | (code & 0x3F));
+  } else {
+    text += static_cast<char>(0xF0 | code >> 18);
+    text += static_cast<char>(0x80 | (code >> 12 & 0x3F));
+    text += static_cast<char>(0x80 | (code >> 6 & 0x3F));
+    text += static_cast<char>(0x80 | (code & 0x3F));
+  }
+}
+
+// The next code point; bytes that are no UTF-8 stand for themselves.
+std::uint32_t TakeCodePoint(std::string_view& text) {
+  const auto lead = static_cast<unsigned char>(text[0]);
+  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+  std::uint32_t code = length == 1 ? lead : lead & (0xFF >> (length + 1));
+  const bool whole = text.size() >= length;
+  for (std::size_t i = 1; whole && i < length; ++i)
+    code = code << 6 | (static_cast<unsigned char>(text[i]) & 0x3F);
+  text.remove_prefix(whole ? length : 1);
+  return whole ? code : lead;
+}
+
+// --- values as texts
+
+std::string ColorText(const std::string& notation) {
+  std::int64_t number = 0;
+  const auto [end, error] =
+      std::from_chars(notation.data(), notation.data() + notation.size(), number);
+  if (error != std::errc() || end != notation.data() + notation.size()) return notation;
+  return fmt::format("${:08X}", static_cast<std::uint32_t>(number));
+}
+
+std::string LinesText(const std::string& notation) {
+  std::string text;
+  std::string_view rest = notation;
+  if (!rest.empty() && rest.front() == '(') rest = rest.substr(1, rest.size() - 2);
+  // A line that goes on ends in a plus sign.
+  std::string entry;
+  while (!rest.empty()) {
+    const std::size_t end = rest.find('\n');
+    const std::string_view line = Trim(rest.substr(0, end));
+    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+    if (line.empty()) continue;
+    entry += line;
+    if (line.back() == '+') continue;
+    text += TextOfNotation(entry) + '\n';
+    entry.clear();
+  }
+  if (!text.empty()) text.pop_back();
+  return text;
+}
+
+std::string UserText(TPropertyKind kind, const std::string& notation) {
+  switch (kind) {
+    case Text:
+      return TextOfNotation(notation);
+    case Color:
+      return ColorText(notation);
+    case Strings:
+      return LinesText(notation);
+    default:
+      return notation;
+  }
+}
+
+// What a value that the table does not know is, by its tag.
+TPropertyKind KindOfValue(std::string_view value) {
+  using enum TValueType;
+  switch (static_cast<TValueType>(value.empty() ? 0 : value[0])) {
+    case vaInt8:
+    case vaInt16:
+    case vaInt32:
+    case vaInt64:
+      return Integer;
+    case vaExtended:
+    case vaSingle:
+    case vaCurrency:
+    case vaDate:
+    case vaDouble:
+      return Float;
+    case vaString:
+    case vaLString:
+    case vaWString:
+    case vaUTF8String:
+      return Text;
+    case vaFalse:
+    case vaTrue:
+      return Boolean;
+    case vaSet:
+      return Set;
+    case vaBinary:
+      return Picture;
+    case vaCollection:
+      return Collection;
+    default:
+      return Other;
+  }
+}
+
+bool IsStringsList(std::string_view path, std::string_view value) {
+  return path.ends_with(".Strings") && !value.empty() &&
+         static_cast<TValueType>(value[0]) == TValueType::vaList;
+}
+
+std::vector<std::string> SetElements(std::string_view notation) {
+  std::vector<std::string> elements;
+  if (notation.size() < 2) return elements;
+  std::string_view rest = notation.substr(1, notation.size() - 2);
+  while (!rest.empty()) {
+    const std::size_t comma = rest.find(',');
+    const std::string_view element = Trim(rest.substr(0, comma));
+    if (!element.empty()) elements.emplace_back(element);
+    rest.remove_prefix(comma == std::string_view::npos ? rest.size() : comma + 1);
+  }
+  return elements;
+}
+
+bool Has(const std::vector<std::string>& elements, std::string_view element) {
+  return std::any_of(elements.begin(), elements.end(),
+                     [&](const std::string& e) { return EqualText(e, element); });
+}
+
+// --- the parts of a collection's value
+
+struct TItemPart {
+  std::string_view Path;
+  std::string_view Value;  // a view into the collection's value
+};
+std::vector<std::vector<TItemPart>> ItemsOf(std::string_view collection) {
+  std::vector<std::vector<TItemPart>> items;
+  TByteReader reader(collection);
+  if (collection.empty() || reader.ReadValueType() != TValueType::vaCollection) return items;
+  while (!reader.SkipEndOfList("the end of the collection")) {
+    if (reader.PeekValueType() != TValueType::vaList) reader.ReadIntegerValue();
+    reader.ReadValueType();
+    std::vector<TItemPart>& item = items.emplace_back();
+    while (!reader.SkipEndOfList("the end of the item")) {
+      const std::string_view path = reader.ReadShortString("a property's name");
+      const std::size_t start = reader.Position();
+      reader.SkipValue();
+      item.push_back({path, reader.Since(start)});
+    }
+  }
+  return items;
+}
+
+// The collection with another value, or none, for a part of an item.
+std::string WithPart(std::string_view collection, const TItemPart& part,
+                     const std::optional<std::string>& value) {
+  // In front of a value stands its path, with the byte for its length.
+  const std::size_t at = static_cast<std::size_t>(part.Value.data() - collection.data());
+  const std::size_t begin = value ? at : at - part.Path.size() - 1;
+  std::string changed(collection.substr(0, begin));
+  if (value) changed += *value;
+  return changed += collection.substr(at + part.Value.size());
+}
+
+// --- from texts to values
+
+bool TakeInteger(const std::string& text, std::int64_t& number) {
+  const bool hex = text.size() > 1 && text[0] == '$';
+  const char* end = text.data() + text.size();
+  const auto result = std::from_chars(text.data() + (hex ? 1 : 0), end, number, hex ? 16 : 10);
+  return result.ec == std::errc() && result.ptr == end;
+}
+
+std::string IntegerNotation(const std::string& text, const TInspectedRow& row) {
+  std::int64_t number = 0;
+  if (!TakeInteger(text, number))
+    throw EConvertError(
+        fmt::format("'{}' does not fit {}: expected a whole number", text, row.Caption));
+  return fmt::format("{}", number);
+}
+
+std::string FromList(const std::string& text, const std::vector<std::string_view>& values,
+                     const TInspectedRow& row) {
+  for (const std::string_view value : values)
+    if (EqualText(value, text)) return std::string(value);
+  std::string names;
+  for (const std::string_view value : values) names.append(names.empty() ? "" : ", ").append(value);
+  throw EConvertError(
+      fmt::format("'{}' does not fit {}: expected one of {}", text, row.Caption, names));
+}
+
+std::string Identifier(const std::string& text, const TInspectedRow& row) {
+  const bool dotted = std::all_of(text.begin(), text.end(), [](char c) {
+    return c == '.' || c == '_' || (c >= '0' && c <= '9') || ((c | 32) >= 'a' && (c | 32) <= 'z');
+  });
+  if (text.empty() || !dotted || (text[0] >= '0' && text[0] <= '9'))
+    throw EConvertError(fmt::format("'{}' does not fit {}: expected a name", text, row.Caption));
+  return text;
+}
+
+std::string ColorNotation(const std::string& text, const TInspectedRow& row) {
+  std::uint32_t value = 0;
+  for (const std::string_view name : ColorNames())
+    if (EqualText(name, text)) return std::string(name);
+  const bool html = text.size() == 7 && text[0] == '#';
+  const bool hex = html || (text.size() > 1 && text[0] == '$');
+  const char* end = text.data() + text.size();
+  const auto result = std::from_chars(text.data() + (hex ? 1 : 0), end, value, hex ? 16 : 10);
+  if (result.ec != std::errc() || result.ptr != end)
+    throw EConvertError(
+        fmt::format("'{}' does not fit {}: expected a colour, as clRed, $00BBGGRR or #RRGGBB", text,
+                    row.Caption));
+  if (html) value = (value & 0xFF) << 16 | (value & 0xFF00) | value >> 16;
+  return fmt::format("{}", static_cast<std::int32_t>(value));
+}
+
+std::string SetNotation(const std::string& text, const TInspectedRow& row) {
+  const bool bracketed = text.size() >= 2 && text.front() == '[' && text.back() == ']';
+  if (!bracketed)
+    throw EConvertError(
+        fmt::format("'{}' does not fit {}: expected names in square brackets", text, row.Caption));
+  const std::vector<std::string_view> known = ValuesOfType(row.Type);
+  std::string notation;
+  for (const std::string& element : SetElements(text))
+    notation.append(notation.empty() ? "" : ", ")
+        .append(known.empty() ? Identifier(element, row) : FromList(element, known, row));
+  return "[" + notation + "]";
+}
+
+std::string StringsNotation(const std::string& text) {
+  std::string notation = "(";
+  std::string_view rest = text;
+  while (!rest.empty()) {
+    const std::size_t end = rest.find('\n');
+    notation += "\r\n" + NotationOfText(rest.substr(0, end));
+    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
+  }
+  return notation + ")";
+}
+
+// The text as a form file would write the value; raises what does not fit the kind.
+std::string Notation(const TInspectedRow& row, const std::string& text) {
+  switch (row.Kind) {
+    case Text:
+      return NotationOfText(text);
+    case Integer:
+      return IntegerNotation(text, row);
+    case Boolean:
+      return FromList(text, {"False", "True"}, row);
+    case Enumeration: {
+      const auto values = ValuesOfType(row.Type);
+      return values.empty() ? Identifier(text, row) : FromList(text, values, row);
+    }
+    case Set:
+      return SetNotation(text, row);
+    case Color:
+      return ColorNotation(text, row);
+    case Reference:
+    case Event:
+      return Identifier(text, row);
+    case Strings:
+      return StringsNotation(text);
+    default:
+      return text;
+  }
+}
+
+// Empty where nothing is stored.
+std::string_view StoredPart(const TDesignComponent& component, const TInspectedRow& row) {
+  const std::string_view value = component.FindValue(row.Path);
+  if (row.Item < 0) return value;
+  const auto items = ItemsOf(value);
+  if (static_cast<std::size_t>(row.Item) >= items.size()) return {};
+  for (const TItemPart& part : items[static_cast<std::size_t>(row.Item)])
+    if (EqualText(part.Path, row.Inner)) return part.Value;
+  return {};
+}
+
+std::string ElementsWith(const TDesignComponent& component, const TInspectedRow& row, bool on) {
+  const std::string_view stored = StoredPart(component, row);
+  std::vector<std::string> elements =
+      SetElements(stored.empty() ? row.Default : FormValueText(stored));
+  std::erase_if(elements, [&](const std::string& e) { return EqualText(e, row.Element); });
+  if (on) elements.push_back(row.Element);
+  // The order of the type is that in which compilers write.
+  std::string notation;
+  const auto known = ValuesOfType(row.Type);
+  const auto add = [&](std::string_view element) {
+    notation.append(notation.empty() ? "" : ", ").append(element);
+  };
+  for (const std::string_view value : known)
+    if (Has(elements, value)) add(value);
+  for (const std::string& element : elements)
+    if (std::none_of(known.begin(), known.end(),
+                     [&](std::string_view v) { return EqualText(v, element); }))
+      add(element);
+  return "[" + notation + "]";
+}
+
+bool IsInherited(const TDesignComponent& component) {
+  std::int32_t position = 0;
+  return (component.FilerFlags(position) & (ffInherited | ffInline)) != 0;
+}
+
+}  // namespace
+
+std::string TextOfNotation(std::string_view notation) {
+  std::string text;
+  for (std::size_t at = 0; at < notation.size();) {
+    if (notation[at] == '\'') {
+      for (++at; at < notation.size(); ++at) {
+        if (notation[at] != '\'') text += notation[at];
+        else if (at + 1 < notation.size() && notation[at + 1] == '\'') text += notation[at++];
+        else break;
+      }
+      ++at;
+    } else if (notation[at] == '#') {
+      std::uint32_t code = 0;
+      const auto result =
+          std::from_chars(notation.data() + at + 1, notation.data() + notation.size(), code);
+      at = static_cast<std::size_t>(result.ptr - notation.data());
+      if (code != 13) AppendUtf8(text, code);  // CR LF between lines becomes LF
+    } else {
+      ++at;
+    }
+  }
+  return text;
+}
+
+std::string NotationOfText(std::string_view text) {
+  std::string notation;
+  bool quoted = false;
+  const auto quote = [&](bool wanted) {
+    if (quoted != wanted) notation += '\'';
+    quoted = wanted;
+  };
+  while (!text.empty()) {
+    const std::uint32_t code = TakeCodePoint(text);
+    if (code >= ' ' && code < 0x7F) {
+      quote(true);
+      notation += static_cast<char>(code);
+      if (code == '\'') notation += '\'';
+    } else {
+      quote(false);
+      notation += code == '\n' ? "#13#10" : fmt::format("#{}", code);
+    }
+  }
+  quote(false);
+  return notation.empty() ? "''" : notation;
+}
+
+std::vector<std::string> ClassChainOf(const TDesignComponent& component) {
+  std::vector<std::string> chain{std::string(component.StoredClassName())};
+  for (const TTypeInfo* info = &component.GetClassInfo();
+       info != nullptr && info != &TDesignComponent::ClassInfo(); info = info->Parent())
+    if (!EqualText(info->Name(), chain.back())) chain.emplace_back(info->Name());
+  return chain;
+}
+
+std::optional<std::string> ValueWithText(const TDesignComponent& component,
+                                         const TInspectedRow& row, const std::string& text) {
+  const std::string_view stored = StoredPart(component, row);
+  // Clearing a reference or a handler takes it away; so does the default, where nothing inherits.
+  if (text.empty() && (row.Kind == Event || row.Kind == Reference))
+    return ValueReset(component, row);
+  std::string notation = row.Element.empty()
+                             ? Notation(row, text)
+                             : ElementsWith(component, row, EqualText(text, "True"));
+  if (row.Element.empty() && row.Item < 0 && !row.Default.empty() && !IsInherited(component) &&
+      UserText(row.Kind, notation) == row.Default)
+    return std::nullopt;
+  // Where the table knows the kind, it was checked above: a colour may be a name or a number.
+  const bool checked = row.Kind != Other && row.Kind != Float;
+  std::string value = FormValueFromText(notation, checked ? std::string_view() : stored);
+  if (row.Item < 0) return value;
+  const std::string_view collection = component.FindValue(row.Path);
+  const auto items = ItemsOf(collection);
+  for (const TItemPart& part : items.at(static_cast<std::size_t>(row.Item)))
+    if (EqualText(part.Path, row.Inner)) return WithPart(collection, part, value);
+  return std::string(collection);
+}
+
+std::optional<std::string> ValueReset(const TDesignComponent& component, const TInspectedRow& row) {
+  if (row.Item < 0) return std::nullopt;
+  const std::string_view collection = component.FindValue(row.Path);
+  const auto items = ItemsOf(collection);
+  for (const TItemPart& part : items.at(static_cast<std::size_t>(row.Item)))
+    if (EqualText(part.Path, row.Inner)) return WithPart(collection, part, std::nullopt);
+  return std::string(collection);
+}
+
+// --- rows
+
+namespace {
+
+class TRowCollector {
+ public:
+  explicit TRowCollector(const TDesignComponent& component)
+      : FComponent(component), FKnown(PropertiesOf(ClassChainOf(component))) {}
+
+  std::vector<TInspectedRow> Collect() {
+    TInspectedRow name;
+    name.Path = name.Caption = NamePath;
+    name.Kind = Text;
+    name.Text = FComponent.Name();
+    name.Stored = true;
+    FRows.push_back(name);
+    for (const TPropertyRow& known : Merged()) Add(known);
+    return std::move(FRows);
+  }
+
+ private:
+  // Known and stored properties, by name.
+  std::vector<TPropertyRow> Merged() const {
+    std::vector<TPropertyRow> rows = FKnown;
+    for (const TDesignProperty& property : FComponent.Properties()) {
+      const bool known = std::any_of(FKnown.begin(), FKnown.end(), [&](const TPropertyRow& row) {
+        return EqualText(row.Name, property.Path);
+      });
+      if (known) continue;
+      TPropertyRow row{property.Path, KindOfValue(property.Value)};
+      if (IsStringsList(property.Path, property.Value)) row.Kind = Strings;
+      if (const TPropertyRow* other = FindPropertyAnywhere(property.Path)) {
+        row.Kind = other->Kind;
+        row.Type = other->Type;
+      } else if (row.Kind == Other && property.Path.starts_with("On")) {
+        row.Kind = Event;
+      }
+      rows.push_back(row);
+    }
+    std::stable_sort(rows.begin(), rows.end(), [](const TPropertyRow& a, const TPropertyRow& b) {
+      return UpperCase(a.Name) < UpperCase(b.Name);
+    });
+    return rows;
+  }
+
+  // The row that "Font" of "Font.Name" is, made where it is not there yet.
+  std::size_t GroupOf(std::string_view name) {
+    for (std::size_t i = 0; i < FRows.size(); ++i)
+      if (FRows[i].Parent == TInspectedRow::npos && EqualText(FRows[i].Caption, name)) return i;
+    TInspectedRow group;
+    group.Path = group.Caption = name;
+    group.Group = true;
+    FRows.push_back(group);
+    return FRows.size() - 1;
+  }
+
+  void Add(const TPropertyRow& known) {
+    TInspectedRow row;
+    row.Path = row.Caption = known.Name;
+    row.Kind = known.Kind;
+    row.Type = known.Type;
+    row.Default = UserText(known.Kind, std::string(known.Default));
+    if (known.Kind == Font) {
+      row.Group = true;
+      row.Text = "(font)";
+      FRows.push_back(row);
+      return;
+    }
+    const std::size_t dot = known.Name.find('.');
+    // "Items.Strings", "Picture.Data" have one part alone and stand for the whole.
+    if (dot != std::string_view::npos) {
+      const bool whole = known.Kind == Strings || known.Kind == Picture;
+      row.Caption = whole ? known.Name.substr(0, dot) : known.Name.substr(dot + 1);
+      if (!whole) row.Parent = GroupOf(known.Name.substr(0, dot));
+    }
+    Read(row, FComponent.FindValue(known.Name));
+    FRows.push_back(row);
+    Unfold(FRows.size() - 1);
+  }
+
+  static void Read(TInspectedRow& row, std::string_view value) {
+    row.Stored = !value.empty();
+    row.Text = row.Stored ? UserText(row.Kind, FormValueText(value)) : row.Default;
+    if (row.Kind == Picture) row.Text = row.Stored ? fmt::format("({} bytes)", value.size()) : "";
+    if (row.Kind == Collection)
+      row.Text = row.Stored ? fmt::format("({} items)", ItemsOf(value).size()) : "(0 items)";
+  }
+
+  void Unfold(std::size_t index) {
+    const TInspectedRow row = FRows[index];
+    if (row.Kind == Set) UnfoldSet(row, index);
+    if (row.Kind == Collection && row.Stored && row.Item < 0) UnfoldItems(row, index);
+  }
+
+  void UnfoldSet(const TInspectedRow& set, std::size_t parent) {
+    const std::vector<std::string> elements = SetElements(set.Text);
+    const std::vector<std::string> defaults = SetElements(set.Default);
+    std::vector<std::string> all;
+    for (const std::string_view value : ValuesOfType(set.Type)) all.emplace_back(value);
+    for (const std::string& element : elements)
+      if (!Has(all, element)) all.push_back(element);
+    for (const std::string& element : all) {
+      TInspectedRow row = set;
+      row.Element = row.Caption = element;
+      row.Kind = Boolean;
+      row.Parent = parent;
+      row.Text = Has(elements, element) ? "True" : "False";
+      FRows.push_back(row);
+    }
+  }
+
+  void UnfoldItems(const TInspectedRow& collection, std::size_t parent) {
+    const auto items = ItemsOf(FComponent.FindValue(collection.Path));
+    for (std::size_t i = 0; i < items.size(); ++i) {
+      TInspectedRow item;
+      item.Path = collection.Path;
+      item.Item = static_cast<int>(i);
+      item.Caption = fmt::format("[{}]", i);
+      item.Parent = parent;
+      item.Group = true;
+      FRows.push_back(item);
+      const std::size_t itemRow = FRows.size() - 1;
+      for (const TItemPart& part : items[i]) {
+        TInspectedRow row;
+        row.Path = collection.Path;
+        row.Item = item.Item;
+        row.Inner = row.Caption = part.Path;
+        row.Kind = KindOfValue(part.Value);
+        row.Parent = itemRow;
+        if (const TPropertyRow* known = FindPropertyAnywhere(part.Path);
+            known != nullptr && (row.Kind == Other || known->Kind == Color)) {
+          row.Kind = known->Kind;
+          row.Type = known->Type;
+        }
+        Read(row, part.Value);
+        // A default that the class of the component has is none of its items.
+        row.Default.clear();
+        FRows.push_back(row);
+        if (row.Kind == Set) UnfoldSet(row, FRows.size() - 1);
+      }
+    }
+  }
+
+  const TDesignComponent& FComponent;
+  const std::vector<TPropertyRow>& FKnown;
+  std::vector<TInspectedRow> FRows;
+};
+
+// Components of one class have the same rows at the same places: there is looked first.
+const TInspectedRow* FindRow(const std::vector<TInspectedRow>& rows, const TInspectedRow& wanted,
+                             std::size_t place) {
+  if (place < rows.size() && rows[place].Kind == wanted.Kind && rows[place].SamePlace(wanted))
+    return &rows[place];
+  const auto found = std::find_if(rows.begin(), rows.end(), [&](const TInspectedRow& row) {
+    return row.Kind == wanted.Kind && row.SamePlace(wanted);
+  });
+  return found != rows.end() ? &*found : nullptr;
+}
+
+// Leaves the rows that the other component has, too.
+std::vector<TInspectedRow> InCommon(const std::vector<TInspectedRow>& rows,
+                                    const std::vector<TInspectedRow>& others) {
+  std::vector<TInspectedRow> common;
+  std::vector<std::size_t> places(rows.size(), TInspectedRow::npos);
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const TInspectedRow* other = FindRow(others, rows[i], i);
+    const std::size_t parent = rows[i].Parent;
+    if (other == nullptr || rows[i].Path == NamePath || rows[i].Item >= 0) continue;
+    if (parent != TInspectedRow::npos && places[parent] == TInspectedRow::npos) continue;
+    TInspectedRow row = rows[i];
+    row.Stored = row.Stored || other->Stored;
+    row.Mixed = row.Mixed || row.Text != other->Text;
+    if (row.Mixed) row.Text.clear();
+    if (row.Default != other->Default) row.Default.clear();
+    if (parent != TInspectedRow::npos) row.Parent = places[parent];
+    places[i] = common.size();
+    common.push_back(std::move(row));
+  }
+  return common;
+}
+
+}  // namespace
+
+std::vector<TInspectedRow> InspectRows(const std::vector<const TDesignComponent*>& components) {
+  if (components.empty()) return {};
+  std::vector<TInspectedRow> rows = TRowCollector(*components[0]).Collect();
+  for (std::size_t i = 1; i < components.size(); ++i)
+    rows = InCommon(rows, TRowCollector(*components[i]).Collect());
+  return rows;
+}
+
+}  // namespace wrenfold
