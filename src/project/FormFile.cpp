@@ -19,7 +19,7 @@ namespace wrenfold {
 
 namespace {
 
-constexpr std::string_view FormExtensions[] = {".dfm", ".xfm", ".fmx", ".lfm"};
+constexpr std::string_view FormExtensions[] = {".dfm", ".xfm", ".nfm", ".fmx", ".lfm"};
 constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
 
 std::string BinaryStream(std::string bytes, TFormFormat format) {

@@ -28,12 +28,12 @@ class EFormFileError : public Exception {
   TSourcePlace FPlace;
 };
 
-// .dfm, .xfm, .fmx, .lfm, in any letter case.
+// .dfm, .xfm, .nfm, .fmx, .lfm, in any letter case.
 bool IsFormFileName(std::string_view fileName);
 
 // The form file beside a unit. Where there are several, it is the one that the unit's own resource
 // directives name ({$R *.lfm}, #pragma resource "*.dfm") with these symbols defined, else the first
-// of .dfm, .xfm, .fmx, .lfm. Empty when there is none.
+// of them in this order. Empty when there is none.
 std::string FindFormFile(const std::string& unitFile,
                          const TDefinedSymbols& symbols = DefaultSymbols());
 

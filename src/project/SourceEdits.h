@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "project/Conditionals.h"
-#include "project/SourceText.h"
+#include "project/UnitEdits.h"
 
 namespace wrenfold {
 

@@ -6,12 +6,6 @@
 namespace wrenfold {
 namespace {
 
-std::string Apply(std::string source, const std::vector<TSourceEdit>& edits) {
-  for (auto edit = edits.rbegin(); edit != edits.rend(); ++edit)
-    source.replace(edit->Offset, edit->Length, edit->Text);
-  return source;
-}
-
 TEST(SourceEdits, UnitIsRenamedBehindItsWordAlone) {
   struct TRow {
     const char* Source;
@@ -32,7 +26,7 @@ TEST(SourceEdits, UnitIsRenamedBehindItsWordAlone) {
     const auto edit = RenameUnitEdit(row.Source, row.Name);
     ASSERT_EQ(edit.has_value(), row.Expected != nullptr) << row.Source;
     if (edit) {
-      EXPECT_EQ(Apply(row.Source, {*edit}), row.Expected);
+      EXPECT_EQ(ApplyEdits(row.Source, {*edit}), row.Expected);
     }
   }
 }
@@ -62,9 +56,9 @@ TEST(SourceEdits, ProjectNamesTheRenamedAndTheNewUnit) {
   };
   const TNamedUnit unit{"New", "y\\New.pas", "NewForm"};
   for (const TRow& row : rows) {
-    EXPECT_EQ(Apply(row.Source, RenameInProjectEdits(row.Source, row.FileName, "old", unit)),
+    EXPECT_EQ(ApplyEdits(row.Source, RenameInProjectEdits(row.Source, row.FileName, "old", unit)),
               row.Renamed);
-    EXPECT_EQ(Apply(row.Source, AddToProjectEdits(row.Source, row.FileName, unit)), row.Added);
+    EXPECT_EQ(ApplyEdits(row.Source, AddToProjectEdits(row.Source, row.FileName, unit)), row.Added);
   }
   EXPECT_EQ(ProjectPath("/a/b", "/a/c/New.pas"), "..\\c\\New.pas");
 }

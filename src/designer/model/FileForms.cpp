@@ -12,7 +12,6 @@ namespace wrenfold {
 
 namespace {
 
-constexpr std::string_view FormExtensions[] = {".dfm", ".xfm", ".nfm", ".lfm", ".fmx"};
 constexpr std::string_view UnitExtensions[] = {".pas", ".pp", ".h", ".hpp"};
 
 template <class Extensions>
@@ -39,10 +38,6 @@ std::string RootClassOf(const std::string& fileName) {
 
 }  // namespace
 
-bool IsFormFileName(std::string_view fileName) {
-  return HasExtension(fileName, FormExtensions);
-}
-
 TFileForms::TFileForms(const std::vector<std::string>& files) {
   for (const std::string& file : files) {
     if (IsFormFileName(file)) {
@@ -63,7 +58,7 @@ std::unique_ptr<TFileForms> TFileForms::OfFolder(const std::string& folder) {
   for (std::filesystem::directory_iterator at(folder, error), end; !error && at != end;
        at.increment(error)) {
     std::string name = at->path().string();
-    if (HasExtension(name, FormExtensions) || HasExtension(name, UnitExtensions))
+    if (IsFormFileName(name) || HasExtension(name, UnitExtensions))
       files.push_back(std::move(name));
   }
   std::ranges::sort(files);

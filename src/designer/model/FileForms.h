@@ -47,7 +47,4 @@ class TFileForms final : public TFormCatalog {
   std::unordered_map<std::string, TKnownForm> FKnown;  // by the folded class of the root
 };
 
-// The extensions of form files that are drawn.
-bool IsFormFileName(std::string_view fileName);
-
 }  // namespace wrenfold

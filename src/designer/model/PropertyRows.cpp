@@ -376,6 +376,8 @@ std::vector<std::string> ClassChainOf(const TDesignComponent& component) {
   for (const TTypeInfo* info = &component.GetClassInfo();
        info != nullptr && info != &TDesignComponent::ClassInfo(); info = info->Parent())
     if (!EqualText(info->Name(), chain.back())) chain.emplace_back(info->Name());
+  // A root whose unit is not known is most likely a form.
+  if (component.Owner() == nullptr && chain.size() == 1) chain.emplace_back("TForm");
   return chain;
 }
 
@@ -388,7 +390,7 @@ std::optional<std::string> ValueWithText(const TDesignComponent& component,
   std::string notation = row.Element.empty()
                              ? Notation(row, text)
                              : ElementsWith(component, row, EqualText(text, "True"));
-  if (row.Element.empty() && row.Item < 0 && !row.Default.empty() && !IsInherited(component) &&
+  if (row.Element.empty() && row.Item < 0 && row.HasDefault && !IsInherited(component) &&
       UserText(row.Kind, notation) == row.Default)
     return std::nullopt;
   // Where the table knows the kind, it was checked above: a colour may be a name or a number.
@@ -473,6 +475,7 @@ class TRowCollector {
     row.Kind = known.Kind;
     row.Type = known.Type;
     row.Default = UserText(known.Kind, std::string(known.Default));
+    row.HasDefault = !known.Default.empty();
     if (known.Kind == Font) {
       row.Group = true;
       row.Text = "(font)";
@@ -548,6 +551,7 @@ class TRowCollector {
         Read(row, part.Value);
         // A default that the class of the component has is none of its items.
         row.Default.clear();
+        row.HasDefault = false;
         FRows.push_back(row);
         if (row.Kind == Set) UnfoldSet(row, FRows.size() - 1);
       }
@@ -584,7 +588,7 @@ std::vector<TInspectedRow> InCommon(const std::vector<TInspectedRow>& rows,
     row.Stored = row.Stored || other->Stored;
     row.Mixed = row.Mixed || row.Text != other->Text;
     if (row.Mixed) row.Text.clear();
-    if (row.Default != other->Default) row.Default.clear();
+    if (row.Default != other->Default) row.Default.clear(), row.HasDefault = false;
     if (parent != TInspectedRow::npos) row.Parent = places[parent];
     places[i] = common.size();
     common.push_back(std::move(row));

@@ -22,10 +22,11 @@ struct TInspectedRow {
   TPropertyKind Kind = TPropertyKind::Other;
   std::string Type;     // of the enumeration, set, event or reference
   std::string Text;     // the value as a user reads it, that of the class where none is stored
-  std::string Default;  // the class's, as a user reads it; empty: unknown
-  bool Stored = false;  // by one of the components at least
-  bool Mixed = false;   // the components have different values; Text is empty then
-  bool Group = false;   // has no value of its own
+  std::string Default;  // the class's, as a user reads it
+  bool HasDefault = false;
+  bool Stored = false;        // by one of the components at least
+  bool Mixed = false;         // the components have different values; Text is empty then
+  bool Group = false;         // has no value of its own
   std::size_t Parent = npos;  // the row that this one is unfolded from
 
   static constexpr std::size_t npos = static_cast<std::size_t>(-1);

@@ -18,10 +18,12 @@ class TEventHandlers {
   std::vector<std::string> Fitting(TFormEditor& form, const std::string& eventType) const;
   // Shows the method, which is declared and gets an empty body where there is none. False, the user
   // told why, when there is no such method and it cannot be written.
-  bool Open(TFormEditor& form, const std::string& event, const std::string& eventType,
-            const std::string& method);
+  bool Open(TFormEditor& form, const std::string& eventType, const std::string& method);
 
  private:
+  static std::string Write(TUnitDocument& document, const std::string& className,
+                           const std::string& method, const std::string& eventType);
+
   TDocuments& FDocuments;
   TDocumentViews& FViews;
 };

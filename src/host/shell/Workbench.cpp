@@ -89,7 +89,7 @@ TWorkbench::TWorkbench()
   };
   Inspector().OpenMethod = [this](TFormEditor& form, const TInspectedRow& event,
                                   const std::string& method) {
-    return FEventHandlers->Open(form, event.Caption, event.Type, method);
+    return FEventHandlers->Open(form, event.Type, method);
   };
   Messages().OnTrouble = [this] { TPanels::Open(Messages()); };
   FWindow->setWindowFlags(Qt::Widget);

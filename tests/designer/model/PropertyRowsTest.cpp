@@ -56,7 +56,7 @@ TEST(PropertyRows, TextsTypedIntoRowsBecomeTheStoredValues) {
       {form.get(), at("Left"), "10", "$1F", "31"},
       {form.get(), at("Left"), "10", "x", "!"},
       {form.get(), at("Left"), "10", "10 Top = 5", "!"},
-      {form.get(), at("Caption"), "It's\ntwo", "n\xC3\xBC'\n", "'n'#252''''#13#10"},
+      {form.get(), at("Caption"), "It's\ntwo", "n\xC3\xBC'\n", "'n'#252#39#13#10"},
       {form.get(), at("Caption"), "It's\ntwo", "", nullptr},
       {form.get(), at("Color"), "clRed", "#010203", "197121"},
       {form.get(), at("Color"), "clRed", "CLBLUE", "clBlue"},
