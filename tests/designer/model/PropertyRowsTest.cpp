@@ -73,7 +73,7 @@ TEST(PropertyRows, TextsTypedIntoRowsBecomeTheStoredValues) {
       {form.get(), at("OnShow"), "", "FormShow", "FormShow"},
       {form.get(), at("OnShow"), "", "Form Show", "!"},
       {form.get(), at("Menu"), "", "MainMenu1", "MainMenu1"},
-      {lines, at("Lines.Strings"), "one\nt\xC3\xBC", "a\n\nb", "(\r\n  'a'\r\n  ''\r\n  'b')"},
+      {lines, at("Lines.Strings"), "one\nt\xC3\xBC", "a\n\nb", "(\r\n    'a'\r\n    ''\r\n    'b')"},
       {list, at("Columns", "", 0, "Width"), "5", "7",
        "<\r\n    item\r\n      Caption = 'A'\r\n      Width = 7\r\n    end\r\n    item\r\n"
        "      Width = 6\r\n    end>"},
@@ -105,8 +105,8 @@ TEST(PropertyRows, UnknownPropertiesAreShownByTheirValuesAndDefaultsAreTold) {
   EXPECT_FALSE(Row(rows, "Visible").Stored);
   EXPECT_TRUE(Row(rows, "Left").Stored);
   // A class that nobody knows is taken for what its name ends like.
-  const auto other = Read("object B: TRxSpeedButton\r\n  Flat = True\r\nend\r\n");
-  EXPECT_EQ(Row(InspectRows({other.get()}), "GroupIndex").Default, "0");
+  const auto other = Read("object F: TF\r\n  object B: TRxSpeedButton\r\n  end\r\nend\r\n");
+  EXPECT_EQ(Row(InspectRows({other->Children()[0]}), "GroupIndex").Default, "0");
 }
 
 TEST(PropertyRows, OnlyWhatAllComponentsHaveIsShownAndDifferencesAreMixed) {
