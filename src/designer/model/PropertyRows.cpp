@@ -452,6 +452,7 @@ class TRowCollector {
       }
       rows.push_back(row);
     }
+    if (rows.size() == FKnown.size()) return rows;  // in their order already
     std::stable_sort(rows.begin(), rows.end(), [](const TPropertyRow& a, const TPropertyRow& b) {
       return UpperCase(a.Name) < UpperCase(b.Name);
     });

@@ -43,7 +43,11 @@ void TDesigners::Show(TFormEditor& editor) {
 // The desktop keeps a window that belongs to another one in front of it.
 void TDesigners::KeepInFront(TDesignerForm& window) {
   QWidget* owner = FOwner.window();
-  if (!window.isWindow() || !owner->isVisible()) return;
+  if (!window.isWindow() || window.isVisible() || !owner->isVisible()) return;
+  // Of plain windows the desktop is not told whom they belong to.
+  window.setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                        Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
+                        Qt::WindowCloseButtonHint);
   window.winId();  // makes the desktop's window
   window.windowHandle()->setTransientParent(owner->windowHandle());
 }

@@ -36,7 +36,9 @@ TMessagePanel::TMessagePanel(TComponent* owner, QWidget* parent)
   FList->setFrameShape(QFrame::NoFrame);
   FList->setColumnCount(2);
   FList->setHeaderHidden(true);
-  FList->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+  // What is wider than the panel is scrolled to, not cut.
+  FList->header()->setStretchLastSection(false);
+  FList->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->addWidget(FList);

@@ -2,6 +2,7 @@
 #include "host/panels/ProjectPanel.h"
 
 #include <QApplication>
+#include <QHeaderView>
 #include <QVBoxLayout>
 
 #include "host/documents/Icons.h"
@@ -72,6 +73,9 @@ TProjectPanel::TProjectPanel(TComponent* owner, QWidget* parent)
   FTree->setToolTip(tr("The project's units and files; Enter or a double click opens"));
   FTree->setHeaderHidden(true);
   FTree->setUniformRowHeights(true);
+  // What is wider than the panel is scrolled to, not cut.
+  FTree->header()->setStretchLastSection(false);
+  FTree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   FTree->setFrameShape(QFrame::NoFrame);
   FTree->setSelectionMode(QAbstractItemView::ExtendedSelection);
   auto* column = new QVBoxLayout(this);

@@ -23,6 +23,7 @@ namespace {
 enum TPage { pgProperties, pgEvents };
 constexpr int RowRole = Qt::UserRole;
 constexpr int LongestTip = 2000;
+constexpr float DefaultInk = 0.55F;  // of the colour of texts, for values that are not stored
 
 // What a value of several lines shows in its row.
 QString OneLine(const std::string& text) {
@@ -94,7 +95,6 @@ void TPropertyInspector::LayOut() {
   FChangedOnly->setAccessibleName(tr("Changed only"));
   FChangedOnly->setToolTip(tr("Shows only what differs from the defaults of the class"));
   FChangedOnly->setCheckable(true);
-  FChangedOnly->setAutoRaise(true);
   FPages->setObjectName("InspectorPages");
   FPages->setAccessibleName(tr("Properties or events"));
   FPages->setToolTip(tr("Properties or events"));
@@ -255,9 +255,9 @@ void TPropertyInspector::FillGrid() {
 
 // A default is dimmed, what is stored stands out in its full colour.
 void TPropertyInspector::ShowRow(QTreeWidgetItem& item, const TInspectedRow& row) {
-  const QPalette::ColorGroup group =
-      row.Stored || row.Group ? QPalette::Active : QPalette::Disabled;
-  item.setForeground(1, QApplication::palette().brush(group, QPalette::Text));
+  QColor ink = QApplication::palette().color(QPalette::Text);
+  if (!row.Stored && !row.Group) ink.setAlphaF(DefaultInk);
+  item.setForeground(1, ink);
   item.setText(1, OneLine(row.Text));
   item.setToolTip(1, ToQString(row.Text).left(LongestTip));
   if (row.Mixed) item.setToolTip(1, tr("The components have different values"));
@@ -423,7 +423,10 @@ void TPropertyInspector::OpenEvent(QTreeWidgetItem* item) {
              (row.Caption.starts_with("On") ? row.Caption.substr(2) : row.Caption);
   }
   TFormEditor& editor = *FEditor;
-  if (OpenMethod(editor, row, method) && row.Text.empty() && FEditor == &editor) Put(item, method);
+  if (!OpenMethod(editor, row, method) || !row.Text.empty() || FEditor != &editor) return;
+  // Showing the source may have made the rows anew.
+  for (std::size_t i = 0; i < FRows.size() && i < FItems.size(); ++i)
+    if (FRows[i].SamePlace(row)) return Put(FItems[i], method);
 }
 
 void TPropertyInspector::MenuPopup(TObject*) {

@@ -24,8 +24,8 @@ struct TPanel {
 };
 // In the order in which those of one side stand below each other.
 constexpr TPanel Table[] = {
-    {Make<TProjectPanel>, Qt::LeftDockWidgetArea, 250, 360},
-    {Make<TPropertyInspector>, Qt::LeftDockWidgetArea, 250, 240},
+    {Make<TProjectPanel>, Qt::LeftDockWidgetArea, 250, 210},
+    {Make<TPropertyInspector>, Qt::LeftDockWidgetArea, 250, 390},
     {Make<TMessagePanel>, Qt::BottomDockWidgetArea, 600, 110},
 };
 

@@ -18,8 +18,8 @@ namespace wrenfold {
 
 namespace {
 
-constexpr Qt::WindowFlags TitleBar =
-    Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
+constexpr Qt::WindowFlags TitleBar = Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                     Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
 
 struct TBorder {
   TFormBorderStyle Style;
