@@ -5,6 +5,7 @@
 #include <QTemporaryDir>
 #include <cstdio>
 
+#include "AccessibleNames.h"
 #include "platform/widgets/Application.h"
 
 namespace {
@@ -23,5 +24,10 @@ int main(int argc, char** argv) {
   for (const auto format : {QSettings::NativeFormat, QSettings::IniFormat})
     QSettings::setPath(format, QSettings::UserScope, settings.path());
   wrenfold::TApplication application(argc, argv);
-  return RUN_ALL_TESTS();
+  // Owned by the test program, which ends before the application.
+  auto* names = new wrenfold::test::TAccessibleNames;
+  testing::UnitTest::GetInstance()->listeners().Append(names);
+  const int result = RUN_ALL_TESTS();
+  application.removeEventFilter(names);
+  return result;
 }

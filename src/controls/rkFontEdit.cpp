@@ -56,6 +56,20 @@ bool Keeps(TFontDevice device, TFontListOptions options, const QString& family) 
   });
 }
 
+// The name that the family has for the font's style. Without it the dialog begins with the family's
+// first style, whatever that is.
+QString StyleNameOf(const QFont& font) {
+  const QString family = font.family();
+  QString found;
+  for (const QString& style : QFontDatabase::styles(family)) {
+    const bool fits = QFontDatabase::bold(family, style) == font.bold() &&
+                      QFontDatabase::italic(family, style) == font.italic();
+    // The plain one has the shortest name: no "Condensed", no "Light".
+    if (fits && (found.isEmpty() || style.size() < found.size())) found = style;
+  }
+  return found;
+}
+
 // Two letters for a font of outlines, a page for one of the device.
 const QIcon& FontMark(const QString& family) {
   static const QIcon trueType =
@@ -194,7 +208,9 @@ void TFontEdit::DrawPicture(QPainter& painter, const QRect& place, int index) co
 void TFontEdit::CustomQuery() {
   const QPointer<TFontEdit> life(this);
   bool chosen = false;
-  const QFont font = QFontDialog::getFont(&chosen, ToQFont(*FSelFont), this);
+  QFont before = ToQFont(*FSelFont);
+  before.setStyleName(StyleNameOf(before));
+  const QFont font = QFontDialog::getFont(&chosen, before, this);
   if (life == nullptr || !chosen) return;
   TFont taken;
   taken.Assign(FSelFont.get());

@@ -105,7 +105,7 @@ TSpcEditor::TSpcEditor(TComponent* owner)
 
 TSpcEditor::~TSpcEditor() {
   FClosing = true;
-  FRows.Clear();
+  ClearRows();
   delete FForm;
 }
 
