@@ -9,6 +9,7 @@
 #include <QTextDocument>
 #include <QValidator>
 #include <algorithm>
+#include <limits>
 
 #include "controls/rkWheelGuard.h"
 #include "platform/widgets/Guard.h"
@@ -40,6 +41,8 @@ constexpr QKeySequence::StandardKey EditingKeys[] = {
     QKeySequence::SelectStartOfDocument,
     QKeySequence::SelectEndOfDocument,
 };
+
+constexpr int NoMaxLength = std::numeric_limits<int>::max();
 
 QString JoinedLines(const TStrings& lines) {
   QString text;
@@ -94,6 +97,8 @@ const TTypeInfo& TEdit::ClassInfo() {
 }
 
 TEdit::TEdit(TComponent* owner, QWidget* parent) : TControlOf(owner, parent) {
+  // The toolkit would cut a long text without a word, and the next edit would store what is left.
+  SetMaxLength(0);
   connect(this, &QLineEdit::textChanged, this,
           [this] { Guarded(this, [this] { OnChange(this); }); });
 }
@@ -108,11 +113,11 @@ void TEdit::SetText(const std::string& text) {
 }
 
 std::int32_t TEdit::MaxLength() const {
-  return maxLength() == 32767 ? 0 : maxLength();
+  return maxLength() == NoMaxLength ? 0 : maxLength();
 }
 
 void TEdit::SetMaxLength(std::int32_t length) {
-  setMaxLength(length <= 0 ? 32767 : length);
+  setMaxLength(length <= 0 ? NoMaxLength : length);
 }
 
 void TEdit::SetKeyFilter(const QString& characters) {

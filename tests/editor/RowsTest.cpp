@@ -273,6 +273,17 @@ TEST(Rows, TheWheelChangesOnlyTheFieldWithTheFocus) {
   }
 }
 
+TEST(Rows, ALongTextOfSeveralLinesIsKeptWholeWhenItsEndIsEdited) {
+  TRowWindow window("Title");
+  const std::string text = std::string(40000, 'x') + "\nsecond";
+  window.Sample.Title = text;
+  window.Row->ShowValue();
+  QTest::keyClick(window.Widget, Qt::Key_End);
+  QTest::keyClicks(window.Widget, "!");
+  window.Leave();
+  EXPECT_EQ(window.Sample.Title, text + '!');
+}
+
 TEST(Rows, APasteWithAForeignCharacterIsRefusedWhole) {
   TRowWindow window("Number");
   QGuiApplication::clipboard()->setText("12a");
