@@ -243,6 +243,29 @@ void TUnitForm::SetFormData() {
   UpdateFilterControl(FManager->FilterPanelVisible);
 }
 
+TUnitFormState TUnitForm::State() {
+  TakeSelection();
+  return {.Placement = PlacementToText(GetPlacement()),
+          .Filter = FUnits.Filtered ? FFilter : std::string(),
+          .Typed = FromQString(FFilterBox->currentText()),
+          .FilterPanelShown = FilterPanelShown(),
+          .Selected = FUnits.GetSelectedUnits(),
+          .Current = FUnits.GetSelectedUnit()};
+}
+
+void TUnitForm::Restore(const TUnitFormState& state) {
+  TWindowPlacement placement;
+  if (TextToPlacement(state.Placement, placement)) SetPlacement(placement);
+  UpdateFilterControl(state.FilterPanelShown);
+  if (!state.Filter.empty()) NarrowUnits(state.Filter);
+  FFilterBox->setEditText(ToQString(state.Typed));
+  TSelUnits selected = state.Selected;
+  std::erase_if(selected, [this](int index) { return index >= FUnits.Count(); });
+  FUnits.SetSelected(std::move(selected));
+  if (state.Current < FUnits.Count()) FUnits.SetCurrent(state.Current);
+  ShowUnitsInList();
+}
+
 void TUnitForm::UpdateCaption() {
   const std::string caption = LocaleStr(sUnitFormCaption);
   SetCaption(FUnits.Filtered ? LocaleFormat(sFilteredCaption, caption, FFilter) : caption);

@@ -25,6 +25,14 @@ struct TUnitMarks;
 // The row of page tabs of the code editor window, or null.
 TTabControl* FindEditorTabControl();
 
+// How a window stands, to open another one like it.
+struct TUnitFormState {
+  std::string Placement, Filter, Typed;
+  bool FilterPanelShown = false;
+  TSelUnits Selected;
+  int Current = -1;
+};
+
 // While the window is open, the other forms of the application are disabled, although it is no
 // modal window: the list mirrors the editor's tabs, which nobody else may change meanwhile.
 class TUnitForm : public TSharedForm, private TPageClosing::ISteps {
@@ -54,6 +62,10 @@ class TUnitForm : public TSharedForm, private TPageClosing::ISteps {
   bool FilterPanelShown() const { return !FFilterPanel->isHidden(); }
 
   void SetProperties() override;
+
+  TUnitFormState State();
+  // Selection and current unit count as long as the list has them.
+  void Restore(const TUnitFormState& state);
 
  protected:
   void DoCreate() override;

@@ -8,6 +8,15 @@
 
 namespace wrenfold {
 
+namespace {
+
+class TOpenUnitForms : public TObject {
+ public:
+  std::vector<TUnitFormState> States;
+};
+
+}  // namespace
+
 const TTypeInfo& TUnitManager::ClassInfo() {
   static const TTypeInfo info =
       Publish<TUnitManager>("TUnitManager", TSharedManager::ClassInfo())
@@ -57,10 +66,31 @@ void TUnitManager::Init(const TGetMenuItemData& getMenuItemData) {
 }
 
 void TUnitManager::ShowUnits(TObject*) {
+  ShowNewForm();
+}
+
+TUnitForm* TUnitManager::ShowNewForm() {
   std::erase_if(FForms, [](const QPointer<QWidget>& form) { return form.isNull(); });
   auto* form = NewForm<TUnitForm>(&Application(), this);
   FForms.emplace_back(form);
   form->Show();
+  return form;
+}
+
+std::unique_ptr<TObject> TUnitManager::CloseWindows() {
+  auto windows = std::make_unique<TOpenUnitForms>();
+  for (const QPointer<QWidget>& widget : std::vector(FForms)) {
+    auto* form = dynamic_cast<TUnitForm*>(widget.data());
+    if (form == nullptr || !form->isVisible()) continue;
+    windows->States.push_back(form->State());
+    if (form->Close()) delete widget.data();
+  }
+  return windows->States.empty() ? nullptr : std::move(windows);
+}
+
+void TUnitManager::ReopenWindows(const TObject& windows) {
+  for (const TUnitFormState& state : dynamic_cast<const TOpenUnitForms&>(windows).States)
+    ShowNewForm()->Restore(state);
 }
 
 void TUnitManager::CheckShownState(TObject* sender) {

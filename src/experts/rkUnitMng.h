@@ -24,6 +24,8 @@ class TUnitManager : public TSharedManager {
   ~TUnitManager() override;
 
   void Init(const TGetMenuItemData& getMenuItemData) override;
+  std::unique_ptr<TObject> CloseWindows() override;
+  void ReopenWindows(const TObject& windows) override;
 
   // Shows a new window.
   void ShowUnits(TObject* sender);
@@ -44,6 +46,7 @@ class TUnitManager : public TSharedManager {
   TShortCutString SortUnitsShortCut = "Alt+R";
 
  private:
+  TUnitForm* ShowNewForm();
   std::vector<QPointer<QWidget>> FForms;
 };
 

@@ -22,16 +22,13 @@ enum TStringId : int {
   sSelectWorkDirectory = 50512,
   sLocalizationSetting = 50513,
   sLanguageNames = 50514,
-  // 50515 to 50519, 50521 and 50522 are numbers of our own.
+  // 50515 to 50518 are numbers of our own.
   sLanguageExists = 50515,
   sLanguageNameUnusable = 50516,
   sNoLanguageModule = 50517,
-  sLanguageName = 50518,
-  sSelectLibrary = 50519,
+  sNoLibraryThere = 50518,
   // Object storage and foundation classes.
   sPropertyNotFound = 50520,
-  sLibraryFilter = 50521,
-  sLibraryOutside = 50522,
   sUnsupportedType = 50523,
   sContinueLoading = 50535,
   sCollectionItemExists = 50537,

@@ -40,12 +40,6 @@ constexpr TDialogCaption DialogCaptions[] = {
     {"Confirm", sConfirm},
 };
 
-std::string DialogText(std::string_view caption) {
-  for (const TDialogCaption& known : DialogCaptions)
-    if (known.Caption == caption) return LocaleStr(known.TextId);
-  return {};
-}
-
 std::string PackageText(int id) {
   const TStringEntry* entry = FindPackageString(id);
   return entry != nullptr ? std::string(entry->Text) : std::string();
@@ -107,10 +101,16 @@ std::string LocaleFormatArgs(int id, std::span<const TFormatArg> args) {
   }
 }
 
+std::string LocaleDialogText(std::string_view caption) {
+  for (const TDialogCaption& known : DialogCaptions)
+    if (known.Caption == caption) return LocaleStr(known.TextId);
+  return {};
+}
+
 TMsgDlgBtn LocaleMessageDlg(const std::string& text, TMsgDlgType type, TMsgDlgButtons buttons) {
   // Whoever answers without a dialog leaves the texts: they are not meant for the next one.
   struct TTexts {
-    TTexts() { SetDialogTexts(&DialogText); }
+    TTexts() { SetDialogTexts(&LocaleDialogText); }
     ~TTexts() { SetDialogTexts({}); }
   } const texts;
   return MessageDlg(text, type, buttons);

@@ -66,6 +66,9 @@ std::string LocaleFormat(int id, const Args&... args) {
   return LocaleFormatArgs(id, {list.begin(), list.size()});
 }
 
+// What a message dialog shows in the language in force for one of its captions ("&Yes", "Confirm");
+// empty for what is none.
+std::string LocaleDialogText(std::string_view caption);
 // Asks as MessageDlg does, and shows the dialog's own captions in the language in force as well.
 TMsgDlgBtn LocaleMessageDlg(const std::string& text, TMsgDlgType type, TMsgDlgButtons buttons);
 

@@ -41,6 +41,11 @@ class TCustomExpert : public TPersistent, public ICustomExpert {
   int _AddRef() override { return -1; }
   int _Release() override { return -1; }
 
+  // The experts are about to be made anew. Closes the expert's windows and answers what the new
+  // expert of that name needs to open them again as they are; null when none is open.
+  virtual std::unique_ptr<TObject> CloseWindows() { return nullptr; }
+  virtual void ReopenWindows(const TObject&) {}
+
   void Init(const TGetMenuItemData&) override {}
   void Load(bool) override {}
   void MenuNotification(TMenuItem*, TExpMenuItemData*) override {}

@@ -6,6 +6,7 @@
 #include "foundation/rkAppUtils.h"
 #include "locale/rkLocale.h"
 #include "manager/rkErrorLog.h"
+#include "manager/rkLocaleSet.h"
 #include "platform/core/system/Files.h"
 #include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Desktop.h"
@@ -474,9 +475,27 @@ void TExpManager::DoRecreateExperts() {
 
 void TExpManager::RecreateFromFile() {
   const TWaitCursor wait;
+  CloseExpertWindows();
   RecreateExperts();
   LoadSettings(true);
   DoApplySettings();
+}
+
+// Also before settings are saved: a window may keep its place in them when it closes.
+void TExpManager::CloseExpertWindows() {
+  for (int i = 0; i < FExperts.Count(); ++i) {
+    const TExpObjectList::TEntry entry = FExperts.Get(i);
+    if (std::unique_ptr<TObject> windows = entry.Expert->CloseWindows())
+      FWindowsToReopen.emplace_back(entry.Name, std::move(windows));
+  }
+}
+
+void TExpManager::ReopenExpertWindows() {
+  const std::weak_ptr<int> life = FLife;
+  for (const auto& [name, windows] : std::exchange(FWindowsToReopen, {})) {
+    const int index = life.expired() ? -1 : FExperts.IndexOf(name);
+    if (index >= 0) FExperts.Get(index).Expert->ReopenWindows(*windows);
+  }
 }
 
 TExpManager::TRecreationHold::TRecreationHold(TExpManager& manager)
@@ -551,6 +570,7 @@ void TExpManager::ApplySettings() {
 void TExpManager::MenuIsBuilt() {
   FWindow->PostMessage(MsgRestoreLayout);
   if (!FNotices.empty()) FWindow->PostMessage(MsgTellNotices);
+  ReopenExpertWindows();
 }
 
 void TExpManager::TellNotices() {
@@ -618,7 +638,7 @@ void TExpManager::CreateSettingSubMenu(TMenuItem* item) {
   CreateLangSubMenu(FMenu, add(sLanguage, {}), FLanguages, PackageDirectory(),
                     {TNotifyEvent::Bind<&TExpManager::SelectDefaultLanguage>(this),
                      TNotifyEvent::Bind<&TExpManager::SelectLanguage>(this),
-                     {}});
+                     TNotifyEvent::Bind<&TExpManager::EditLangModules>(this)});
 }
 
 void TExpManager::LoadDefaultClick(TObject*) {
@@ -642,10 +662,25 @@ void TExpManager::SelectDefaultLanguage(TObject* sender) {
   if (action != nullptr && !action->Checked()) TakeLanguage({});
 }
 
+// The submenu is rebuilt with the whole menu, later: the command that runs here is one of it.
+void TExpManager::EditLangModules(TObject*) {
+  const std::weak_ptr<int> life = FLife;
+  const std::unique_ptr<TLocaleForm> form(
+      NewForm<TLocaleForm>(nullptr, FLanguages, PackageDirectory()));
+  form->ShowModal();
+  if (life.expired()) return;
+  const bool wasListed = FLanguages.ListsCurrent();
+  FLanguages = form->Settings();
+  FLanguages.Write();
+  if (wasListed && !FLanguages.ListsCurrent()) TakeLanguage({});
+  else DoApplySettings();
+}
+
 // The experts are made anew from the settings file: what the user changed since it was read must
 // be in it.
 void TExpManager::TakeLanguage(const std::string& fileName) {
   const std::weak_ptr<int> life = FLife;
+  if (FHolds == 0) CloseExpertWindows();
   if (FData->AutoSaveSettings) SaveSettings();
   if (life.expired()) return;
   FLanguages.Current = fileName;

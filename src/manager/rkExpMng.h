@@ -95,8 +95,8 @@ class TExpManager : public TCustomExpert, public IOTAWizard {
   void DeleteExpObjects();
   // Makes everything anew from the settings file, experts included; the menu is left as it is.
   void RecreateExperts();
-  // The same, tells the experts and has the menu rebuilt. What the settings editor keeps of its own
-  // window stays as it is.
+  // The same, tells the experts and has the menu rebuilt; then the windows of the experts that were
+  // open are open again. What the settings editor keeps of its own window stays as it is.
   void DoRecreateExperts();
   // While one lives, DoRecreateExperts waits; the end of the last one makes up for it.
   class TRecreationHold {
@@ -128,6 +128,9 @@ class TExpManager : public TCustomExpert, public IOTAWizard {
 
   void SelectLanguage(TObject* sender);
   void SelectDefaultLanguage(TObject* sender);
+  // Lets the user add and delete languages and choose their directory. Without the active language
+  // the texts are the package's own again.
+  void EditLangModules(TObject* sender);
 
   // Writes the exception to the log, then shows it as it would be shown without the log. The
   // application's exception handler while logging is on.
@@ -168,6 +171,8 @@ class TExpManager : public TCustomExpert, public IOTAWizard {
 
   void LoadSettings(bool ask);
   void RecreateFromFile();
+  void CloseExpertWindows();
+  void ReopenExpertWindows();
   void TakeLanguage(const std::string& fileName);
 
   void WndProc(TMessage& message);
@@ -190,6 +195,8 @@ class TExpManager : public TCustomExpert, public IOTAWizard {
   int FHolds = 0;
   bool FRecreationWaits = false;
   std::vector<std::string> FNotices;  // what the user is told when there is a menu
+  // By the names of their experts, what is to be open again.
+  std::vector<std::pair<std::string, std::unique_ptr<TObject>>> FWindowsToReopen;
   TLanguageSettings FLanguages;
   std::unique_ptr<TExpManagerData> FData;
   std::unique_ptr<TMessageWindow> FWindow;

@@ -3,6 +3,7 @@
 
 #include <QSettings>
 #include <QStringList>
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -39,10 +40,8 @@ constexpr TStoredValue StoredValues[] = {{"ExpLocaleDir", &TLanguageSettings::Di
                                          {"ExpLocaleModules", &TLanguageSettings::Modules},
                                          {"ExpCurrentLocale", &TLanguageSettings::Current}};
 
-using TPairs = std::vector<std::pair<std::string, std::string>>;
-
-TPairs PairsOf(const TStrings& lines) {
-  TPairs pairs;
+TLanguageModules PairsOf(const TStrings& lines) {
+  TLanguageModules pairs;
   for (int i = 0; i < lines.Count(); ++i) {
     const auto equals = lines[i].find('=');
     if (equals != std::string::npos)
@@ -51,13 +50,7 @@ TPairs PairsOf(const TStrings& lines) {
   return pairs;
 }
 
-TPairs ModulePairs(const TLanguageSettings& settings) {
-  TStringList lines;
-  lines.SetCommaText(settings.Modules);
-  return PairsOf(lines);
-}
-
-TPairs DisplayNames() {
+TLanguageModules DisplayNames() {
   TStringList lines;
   lines.SetText(LocaleStr(sLanguageNames));
   return PairsOf(lines);
@@ -66,7 +59,7 @@ TPairs DisplayNames() {
 // The display name of the language in force, empty for the package's own texts.
 std::string ActiveDisplayName(const TLanguageSettings& settings) {
   const std::string file = ExtractFileName(settings.Current);
-  for (const auto& [language, module] : ModulePairs(settings))
+  for (const auto& [language, module] : settings.ModuleList())
     if (!file.empty() && EqualText(module, file)) return TranslateLangName(language);
   return {};
 }
@@ -104,6 +97,43 @@ std::string TLanguageSettings::FullName(const std::string& moduleFile,
   return (Directory.empty() ? packageDirectory : Directory) + moduleFile;
 }
 
+TLanguageModules TLanguageSettings::ModuleList() const {
+  TStringList lines;
+  lines.SetCommaText(Modules);
+  return PairsOf(lines);
+}
+
+void TLanguageSettings::SetModuleList(const TLanguageModules& modules) {
+  TStringList lines;
+  for (const auto& [language, module] : modules) lines.Add(language + "=" + module);
+  Modules = lines.CommaText();
+}
+
+bool TLanguageSettings::ListsCurrent() const {
+  const TLanguageModules modules = ModuleList();
+  return std::ranges::any_of(modules, [file = ExtractFileName(Current)](const auto& pair) {
+    return EqualText(pair.second, file);
+  });
+}
+
+std::string RefusalOfName(const TLanguageModules& modules, const std::string& name) {
+  if (name.empty() || name.find_first_of(",=\"'") != std::string::npos)
+    return LocaleFormat(sLanguageNameUnusable, name);
+  for (const auto& [language, module] : modules)
+    if (EqualText(language, name) || EqualText(TranslateLangName(language), name))
+      return LocaleFormat(sLanguageExists, name);
+  return {};
+}
+
+std::string RefusalOfModule(const std::string& fileName) {
+  try {
+    const TResourceLibrary module(fileName);
+    return {};
+  } catch (const std::exception& error) {
+    return LocaleFormat(sNoLanguageModule, std::string(error.what()));
+  }
+}
+
 std::string TranslateLangName(const std::string& name) {
   for (const auto& [language, display] : DisplayNames())
     if (EqualText(language, name)) return display;
@@ -127,7 +157,7 @@ void CreateLangSubMenu(TExpertsMenu& menu, TMenuItem* parent, const TLanguageSet
   add(LocaleStr(sDefaultLanguage) + " (" + TranslateLangName(LocaleStr(sOwnLanguage)) + ")",
       handlers.SelectDefault);
   menu.CreateLine(parent);
-  for (const auto& [language, module] : ModulePairs(settings))
+  for (const auto& [language, module] : settings.ModuleList())
     if (FileExists(settings.FullName(module, packageDirectory)))
       add(TranslateLangName(language), handlers.Select);
   menu.CreateLine(parent);
@@ -138,7 +168,7 @@ void CreateLangSubMenu(TExpertsMenu& menu, TMenuItem* parent, const TLanguageSet
 
 std::string ModuleOfCaption(const TLanguageSettings& settings, const std::string& caption) {
   const std::string name = RetranslateLangName(StripHotkey(caption));
-  for (const auto& [language, module] : ModulePairs(settings))
+  for (const auto& [language, module] : settings.ModuleList())
     if (EqualText(language, name)) return module;
   return {};
 }

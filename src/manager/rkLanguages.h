@@ -2,10 +2,15 @@
 #pragma once
 
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "manager/rkExpMenu.h"
 
 namespace wrenfold {
+
+// Languages and the files of their modules, in their order.
+using TLanguageModules = std::vector<std::pair<std::string, std::string>>;
 
 // The language settings under the user's registry key.
 struct TLanguageSettings {
@@ -19,7 +24,17 @@ struct TLanguageSettings {
   void Write() const;
   // The directory as it stands and the file name behind it; nothing is put between them.
   std::string FullName(const std::string& moduleFile, const std::string& packageDirectory) const;
+
+  TLanguageModules ModuleList() const;
+  void SetModuleList(const TLanguageModules& modules);
+  // The active module is that of a listed language.
+  bool ListsCurrent() const;
 };
+
+// Why a language cannot be added, in the user's words; empty when it can. A name must be new, also
+// in the language in force, and must fit into the stored list; a module must be one.
+std::string RefusalOfName(const TLanguageModules& modules, const std::string& name);
+std::string RefusalOfModule(const std::string& fileName);
 
 // The name of a language in the language in force, and back. Unknown names stay as they are.
 std::string TranslateLangName(const std::string& name);

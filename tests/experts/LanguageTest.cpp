@@ -1,0 +1,176 @@
+// Tests the suite's windows in every language: no text is cut, and open ones follow a switch.
+#include <gmock/gmock.h>
+
+#include <QAbstractButton>
+#include <QHeaderView>
+#include <QLabel>
+#include <QSettings>
+#include <QTabBar>
+#include <QTemporaryDir>
+
+#include "FakeEnvironment.h"
+#include "controls/rkInfoForm.h"
+#include "editor/rkSpcEditor.h"
+#include "editor/rkSpcForm.h"
+#include "experts/rkUnitForm.h"
+#include "locale/rkLocale.h"
+#include "manager/rkExpMng.h"
+#include "manager/rkLocaleSet.h"
+#include "platform/core/system/Files.h"
+#include "platform/widgets/MessageDialogs.h"
+#include "platform/widgets/Text.h"
+
+namespace wrenfold {
+namespace {
+
+class Language : public testing::Test {
+ protected:
+  Language() {
+    QSettings(QSettings::IniFormat, QSettings::UserScope, "Wrenfold", "Registry").clear();
+    for (const char* name : {"wren_ger.dll", "wren_rus.dll"})
+      SafeWriteFile(Path(name), ReadWholeFile(std::string(WRENFOLD_BIN_DIR "/") + name));
+    InitExpManager(Path(""));
+    RegisterUnitManager();
+    RegisterExpManager();
+    Settle();
+    for (const char* unit : {"Alpha", "Beta", "Gamma", "Alphabet"}) Environment.AddPage(unit);
+  }
+  ~Language() override {
+    TFakeEnvironment::Wizard = nullptr;
+    DoneExpManager();
+    FreeLocale();
+  }
+  std::string Path(const char* name) const { return FDirectory.path().toStdString() + "/" + name; }
+  static void Settle() {
+    for (int round = 0; round < 4; ++round) Application().ProcessMessages();
+  }
+  TUnitForm& OpenUnits() {
+    auto* expert = dynamic_cast<TUnitManager*>(CurrentManager()->Experts().Get(0).Expert);
+    expert->ShowUnits(nullptr);
+    Settle();
+    return *FindUnits();
+  }
+  static TUnitForm* FindUnits() {
+    for (TForm* form : Screen().Forms())
+      if (auto* units = dynamic_cast<TUnitForm*>(form)) return units;
+    return nullptr;
+  }
+
+  QTemporaryDir FDirectory;
+  TFakeEnvironment Environment;
+};
+
+// The number of text lines below each other that the widget's hint asks for fits in it; a text with
+// an ellipsis is shortened on purpose and stands whole in the tool tip.
+bool IsCut(const QWidget& widget, const QString& text) {
+  if (text.isEmpty() || (text.endsWith(u'…') && !widget.toolTip().isEmpty())) return false;
+  const auto* label = qobject_cast<const QLabel*>(&widget);
+  if (label != nullptr && label->wordWrap())
+    return label->heightForWidth(label->width()) > label->height();
+  return widget.sizeHint().width() > widget.width() || widget.sizeHint().height() > widget.height();
+}
+
+QString TextOf(const QWidget& widget) {
+  if (const auto* label = qobject_cast<const QLabel*>(&widget)) return label->text();
+  if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) return button->text();
+  return {};
+}
+
+// What is cut in the window, one a line.
+std::string CutTexts(const QWidget& window) {
+  std::string cut;
+  const auto add = [&](const QString& text) { cut += FromQString(text) + "\n"; };
+  for (const QWidget* widget : window.findChildren<QWidget*>()) {
+    if (!widget->isVisible()) continue;
+    const QString text = TextOf(*widget);
+    if (widget->objectName() != "Directory" && IsCut(*widget, text)) add(text);
+    const auto* header = qobject_cast<const QHeaderView*>(widget);
+    for (int i = 0; header != nullptr && i < header->count(); ++i) {
+      const QString title = header->model()->headerData(i, header->orientation()).toString();
+      if (header->fontMetrics().horizontalAdvance(title) > header->sectionSize(i)) add(title);
+    }
+  }
+  return cut;
+}
+
+TEST_F(Language, ACutTextIsFound) {
+  const std::unique_ptr<TForm> form(CreateMessageDialog("?", mtWarning, {mbOK}));
+  form->show();
+  EXPECT_EQ(CutTexts(*form), "");
+  form->findChild<QAbstractButton*>()->setFixedWidth(8);
+  Settle();
+  EXPECT_EQ(CutTexts(*form), "OK\n");
+}
+
+TEST_F(Language, NoWindowCutsItsTextsInAny) {
+  const TLanguageSettings settings;
+  const TLanguageModules modules = settings.ModuleList();
+  TSpcEditor editor;
+  std::vector<TForm*> made;
+  const auto make = [&](TForm* form) { return made.emplace_back(form); };
+  const auto dialog = [&](TMsgDlgType type, TMsgDlgButtons buttons) {
+    return make(CreateMessageDialog("?", type, buttons, &LocaleDialogText));
+  };
+  const struct {
+    const char* Name;
+    std::function<TForm*()> Open;
+  } rows[] = {
+      {"units", [&] { return &OpenUnits(); }},
+      {"about", [&] { return make(NewForm<TInfoForm>(nullptr, "1.0")); }},
+      {"languages", [&] { return make(NewForm<TLocaleForm>(nullptr, settings, Path(""))); }},
+      {"new language", [&] { return make(NewForm<TAddLanguageForm>(nullptr, modules, Path(""))); }},
+      {"settings editor",
+       [&] {
+         editor.SetSpcRoot(*SettingsRoot());
+         editor.ShowTree();
+         return editor.Form();
+       }},
+      {"question",
+       [&] {
+         return dialog(mtConfirmation, {mbYes, mbNo, mbCancel, mbAll});
+       }},
+      {"error",
+       [&] {
+         return dialog(mtError, {mbAbort, mbRetry, mbIgnore});
+       }},
+      {"warning", [&] { return dialog(mtWarning, {mbOK}); }},
+  };
+  for (const char* language : {"", "wren_ger.dll", "wren_rus.dll"}) {
+    LoadNewLanguage(*language == 0 ? "" : Path(language));
+    for (const auto& row : rows) {
+      TForm* form = row.Open();
+      form->show();
+      Settle();
+      EXPECT_EQ(CutTexts(*form), "") << row.Name << " " << language;
+      form->Close();
+      Settle();
+    }
+  }
+  for (TForm* form : made) delete form;
+}
+
+TEST_F(Language, ASwitchOpensTheWindowsAgainAsTheyWere) {
+  TUnitForm& before = OpenUnits();
+  before.setGeometry(60, 70, 250, 330);
+  before.FilterBox()->setEditText("alph");
+  before.FilterUnits();
+  before.ListBox()->setCurrentIndex(before.ListBox()->model()->index(1, 0));
+  const QPointer<QWidget> old(&before);
+  TAction german;
+  german.SetCaption("German");
+  CurrentManager()->SelectLanguage(&german);
+  Settle();
+  EXPECT_EQ(old, nullptr);
+  TUnitForm* after = FindUnits();
+  ASSERT_NE(after, nullptr);
+  EXPECT_TRUE(after->isVisible());
+  EXPECT_THAT(after->Caption(), testing::HasSubstr(LocaleStr(sUnitFormCaption)));
+  EXPECT_EQ(after->geometry(), QRect(60, 70, 250, 330));
+  EXPECT_EQ(FromQString(after->FilterBox()->currentText()), "alph");
+  EXPECT_EQ(after->Units().Count(), 2);
+  EXPECT_EQ(after->ListBox()->currentIndex().row(), 1);
+  EXPECT_FALSE(Environment.MainForm->Enabled()) << "the window holds the others as before";
+}
+
+}  // namespace
+}  // namespace wrenfold
