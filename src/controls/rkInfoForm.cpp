@@ -15,6 +15,8 @@ namespace wrenfold {
 
 namespace {
 
+constexpr int CaptionButtons = 160;
+
 QLabel* AddLabel(QVBoxLayout& layout, const char* name, const std::string& text) {
   auto* label = new QLabel(ToQString(text));
   label->setObjectName(name);
@@ -41,6 +43,8 @@ TInfoForm::TInfoForm(TComponent* owner, const std::string& version) : TForm(owne
 
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(20, 16, 20, 16);
+  // Room for the caption beside the buttons of the title bar.
+  setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + CaptionButtons);
   QLabel* title = AddLabel(*layout, "lbName", "Wrenfold");
   QFont font = title->font();
   font.setPointSizeF(font.pointSizeF() * 1.6);

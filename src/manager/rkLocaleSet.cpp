@@ -221,6 +221,7 @@ TAddLanguageForm::TAddLanguageForm(TComponent* owner, const TLanguageModules& kn
   SetCancelButton(cancel);
   SetActiveControl(FName);
   adjustSize();
+  setFixedSize(size());
   CenterOverWindow();
 }
 

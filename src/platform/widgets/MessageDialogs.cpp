@@ -151,6 +151,7 @@ TForm* CreateMessageDialog(const std::string& text, TMsgDlgType type, TMsgDlgBut
   layout->addLayout(AddMessage(*form, text, type, texts));
   layout->addLayout(AddButtons(*form, buttons, texts));
   form->adjustSize();
+  form->setFixedSize(form->size());
   form->CenterOverWindow();
   return form.release();
 }
