@@ -1,6 +1,11 @@
 // The life of the expert manager: start, settings, recreation, end.
 #include "manager/rkExpMng.h"
 
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+
 #include "controls/rkIcons.h"
 #include "controls/rkInfoForm.h"
 #include "foundation/rkAppUtils.h"
@@ -41,6 +46,29 @@ struct TUnit {
 TUnit& Unit() {
   static TUnit unit;
   return unit;
+}
+
+bool CanWriteIn(const std::string& directory) {
+  const std::string probe = directory + ".wrenfold-" + std::to_string(::getpid());
+  int handle = -1;
+  if (FileSystem().CreateNew(probe, 0600, handle) != 0) return false;
+  FileSystem().Close(handle);
+  FileSystem().Remove(probe);
+  return true;
+}
+
+// Where settings and log stand: beside the package, or with the user where nobody may write there.
+std::string DataDirectory(const std::string& packageDirectory) {
+  if (CanWriteIn(packageDirectory)) return packageDirectory;
+  const char* data = std::getenv("XDG_DATA_HOME");
+  const char* home = std::getenv("HOME");
+  std::string directory = data != nullptr && *data == '/'
+                              ? data
+                              : std::string(home != nullptr ? home : "") + "/.local/share";
+  directory += "/wrenfold/";
+  std::error_code error;
+  std::filesystem::create_directories(directory, error);
+  return error ? packageDirectory : directory;
 }
 
 // Names the expert that what is added meanwhile comes from.
@@ -101,9 +129,11 @@ void InitExpManager(std::string packageDirectory) {
     packageDirectory =
         ExtractFilePath(ModuleFileName(reinterpret_cast<const void*>(&InitExpManager)));
   unit.Directory = std::move(packageDirectory);
-  unit.File = TSettingsFile(unit.Directory + "ExpData.spc");
+  const std::string data = DataDirectory(unit.Directory);
+  unit.File = TSettingsFile(data + "ExpData.spc",
+                            data == unit.Directory ? "" : unit.Directory + "ExpData.spc");
   if (!unit.Root) unit.Root = std::make_unique<TExpData>();
-  ErrorLog().FileName = unit.Directory + "ExpError.log";
+  ErrorLog().FileName = data + "ExpError.log";
   if (unit.SaveBefore == nullptr) unit.SaveBefore = std::exchange(SaveSpcProc, &SaveSettingsObject);
 }
 

@@ -30,7 +30,8 @@ void SetManagerGoneProc(void (*procedure)());
 
 // With its trailing separator.
 const std::string& PackageDirectory();
-// "ExpData.spc" in the package directory.
+// "ExpData.spc" in the package directory, or in $XDG_DATA_HOME/wrenfold (as is the error log) where
+// the package directory cannot be written.
 std::string SettingsFileName();
 // What reads and writes it; without a name before InitExpManager and after DoneExpManager.
 TSettingsFile& SettingsFile();

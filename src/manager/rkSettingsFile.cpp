@@ -122,7 +122,7 @@ void TSettingsFile::ReadActive(TActiveExperts& experts) const {
   TPersistent* const objects[] = {&stored};
   TSettingsSaver saver(TBadValue::EndsTheLoad);
   try {
-    if (!saver.SafeLoadObjects(objects, FFileName)) return;
+    if (!saver.SafeLoadObjects(objects, Source())) return;
   } catch (const std::exception&) {
     return;  // The load itself will tell.
   }
@@ -141,7 +141,7 @@ bool TSettingsFile::Load(TExpData& root, bool ask) {
   TPersistent* const objects[] = {&root};
   try {
     FKnown = Contents();
-    const bool loaded = saver.SafeLoadObjects(objects, FFileName);
+    const bool loaded = saver.SafeLoadObjects(objects, Source());
     FUnread = false;
     if (!saver.LeftOut.empty()) NoteProblem(sSettingsLeftOut, saver.LeftOut);
     return loaded;
@@ -221,6 +221,10 @@ void TSettingsFile::Import(const std::string& fileName) {
   SafeWriteFile(FFileName, bytes);
   FUnread = true;
   FDropped = false;
+}
+
+const std::string& TSettingsFile::Source() const {
+  return FShipped.empty() || FileExists(FFileName) ? FFileName : FShipped;
 }
 
 std::string TSettingsFile::Contents() const {

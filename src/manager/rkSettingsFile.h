@@ -19,7 +19,9 @@ inline constexpr const char* SettingsObjectName = "ExpertData";
 class TSettingsFile {
  public:
   TSettingsFile() = default;
-  explicit TSettingsFile(std::string fileName) : FFileName(std::move(fileName)) {}
+  // A file that came with the package is read while the user has none; it is never written.
+  explicit TSettingsFile(std::string fileName, std::string shipped = {})
+      : FFileName(std::move(fileName)), FShipped(std::move(shipped)) {}
 
   const std::string& FileName() const { return FFileName; }
 
@@ -67,7 +69,11 @@ class TSettingsFile {
   std::string Keep(const char* extension) const;
   std::string Contents() const;
 
+  // The file that a load reads.
+  const std::string& Source() const;
+
   std::string FFileName;
+  std::string FShipped;
   std::string FKnown;  // the contents as they were read or written here last
   std::string FProblem;
   bool FUnread = true;

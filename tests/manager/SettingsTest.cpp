@@ -227,6 +227,38 @@ TEST(Settings, AFailedWriteIsToldOnceAndLeavesTheOldFile) {
   }
 }
 
+// As an installed package does for a person who may not write beside it.
+TEST(Settings, LiveWithTheUserWhereThePackageCannotBeWritten) {
+  TManagerFixture fixture;
+  fixture.Start();
+  fixture.Expert<'A'>().Note = "shipped";
+  fixture.Stop();
+  const std::string shippedFile = SettingsFileName();
+  const std::string shipped = ReadWholeFile(shippedFile);
+  class TReadOnlyPackage : public TFileSystem {
+   public:
+    std::string Package;
+    int CreateNew(const std::string& name, unsigned permissions, int& handle) override {
+      return name.starts_with(Package) ? EROFS : TFileSystem::CreateNew(name, permissions, handle);
+    }
+  } readOnly;
+  readOnly.Package = fixture.Directory();
+  const QTemporaryDir user;
+  qputenv("XDG_DATA_HOME", user.path().toUtf8());
+  SetFileSystem(&readOnly);
+  fixture.Restart();
+  EXPECT_EQ(fixture.Expert<'A'>().Note, "shipped");
+  fixture.Expert<'A'>().Note = "mine";
+  fixture.Restart();
+  EXPECT_EQ(fixture.Expert<'A'>().Note, "mine");
+  EXPECT_EQ(SettingsFileName(), user.path().toStdString() + "/wrenfold/ExpData.spc");
+  fixture.Stop();
+  SetFileSystem(nullptr);
+  qunsetenv("XDG_DATA_HOME");
+  EXPECT_EQ(ReadWholeFile(shippedFile), shipped);
+  EXPECT_THAT(fixture.Questions, SizeIs(0));
+}
+
 TEST(Settings, SpecificationsAreSavedUnderTheNameOfTheRoot) {
   TManagerFixture fixture;
   fixture.Start();
