@@ -56,12 +56,11 @@ enum TNesting : char { nsList, nsCollection, nsItem };
 // Skips what follows the tag; a container is only pushed.
 void TByteReader::SkipContent(TValueType type, std::string& nesting) {
   const TValueTypeRow& row = RowOf(type);
+  if (row.Family <= TValueFamily::Float) {
+    ReadView(row.Size, row.Content);
+    return;
+  }
   switch (row.Family) {
-    case TValueFamily::Word:
-    case TValueFamily::Integer:
-    case TValueFamily::Float:
-      ReadView(row.Size, row.Content);
-      break;
     case TValueFamily::Text:
     case TValueFamily::Identifier:
     case TValueFamily::Binary:
@@ -82,6 +81,8 @@ void TByteReader::SkipContent(TValueType type, std::string& nesting) {
       break;
     case TValueFamily::Collection:
       nesting.push_back(nsCollection);
+      break;
+    default:
       break;
   }
 }
@@ -179,17 +180,22 @@ void TByteWriter::WriteStringValue(std::string_view text) {
   WriteBytes(text);
 }
 
+TValueType WordValueOf(std::string_view name) {
+  static constexpr TValueType words[] = {TValueType::vaFalse, TValueType::vaTrue, TValueType::vaNil,
+                                         TValueType::vaNull};
+  // Nearly no identifier is as short and begins like one of them.
+  if (name.empty() || name.size() > 5) return TValueType::vaIdent;
+  const int first = name[0] | 0x20;
+  if (first != 'f' && first != 't' && first != 'n') return TValueType::vaIdent;
+  for (const TValueType word : words)
+    if (EqualText(name, RowOf(word).Content)) return word;
+  return TValueType::vaIdent;
+}
+
 void TByteWriter::WriteIdentValue(std::string_view name) {
-  static constexpr std::pair<std::string_view, TValueType> words[] = {
-      {"False", TValueType::vaFalse},
-      {"True", TValueType::vaTrue},
-      {"nil", TValueType::vaNil},
-      {"Null", TValueType::vaNull}};
-  if (name.size() <= 5)
-    for (const auto& [word, type] : words)
-      if (EqualText(name, word)) return WriteValueType(type);
-  WriteValueType(TValueType::vaIdent);
-  WriteShortString(name);
+  const TValueType word = WordValueOf(name);
+  WriteValueType(word);
+  if (word == TValueType::vaIdent) WriteShortString(name);
 }
 
 void TByteWriter::WriteExtendedValue(TExtended value) {

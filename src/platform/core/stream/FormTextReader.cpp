@@ -432,26 +432,20 @@ class TFormTextReader {
     // Few words are other than identifiers, and all of them are short.
     if (word.size() <= 5) {
       if (IsNotFinite(word)) return WriteNotFinite(word, false);
-      const std::string_view exact = FStyle.KeepsBlanks ? TagWordOf(word) : word;
-      // Its tag is the byte that ends the list.
-      const bool isNull = exact.size() == 4 && SameWord(exact, "null");
-      if (FNesting[FDepth - 1] == TNesting::List && isNull)
+      const TValueType type = WordValueOf(word);
+      // A style that keeps what editing tools wrote keeps the letter case of their words.
+      const bool isWord =
+          type != TValueType::vaIdent && (!FStyle.KeepsBlanks || word == RowOf(type).Content);
+      // The tag of "Null" is the byte that ends the list.
+      if (isWord && type == TValueType::vaNull && FNesting[FDepth - 1] == TNesting::List)
         FailAt(FWordStart, "a value that a list can hold");
-      if (!exact.empty()) return FOut.WriteIdentValue(exact);
+      if (isWord) return FOut.WriteValueType(type);
     }
     FOut.Reserve(1 + ShortRoom);
     char* out = FOut.End();
     *out++ = static_cast<char>(TValueType::vaIdent);
     *out++ = static_cast<char>(word.size());
     FOut.SetEnd(CopyShort(out, word.data(), word.size(), FEnd));
-  }
-
-  // The word itself when it is written as a text writer does; a style that keeps what editing tools
-  // wrote keeps their letter case.
-  static std::string_view TagWordOf(std::string_view word) {
-    for (const std::string_view tagged : {"False", "True", "nil", "Null"})
-      if (word == tagged) return word;
-    return {};
   }
 
   // INF and NAN, with the suffix of a number.

@@ -9,7 +9,6 @@
 #include "platform/core/stream/FormText.h"
 #include "platform/core/stream/HexText.h"
 #include "platform/core/stream/TextScan.h"
-#include "platform/core/text/SysUtils.h"
 #include "platform/core/text/Unicode.h"
 
 namespace wrenfold {
@@ -126,14 +125,11 @@ class TFormTextWriter {
   // An identifier that text would give back as a value of its own tag stands as that value does;
   // empty for others.
   std::string_view WordOf(std::string_view name) const {
-    if (name.size() > 5 || FStyle.KeepsBlanks) return {};
-    for (const std::string_view word : {"False", "True", "nil", "Null"}) {
-      if (!EqualText(name, word)) continue;
-      if (word == "Null" && FNesting[FDepth - 1] == TNesting::List)
-        FIn.FailAt(FIn.Position() - name.size(), "a value that a list can hold");
-      return word;
-    }
-    return {};
+    const TValueType word = FStyle.KeepsBlanks ? TValueType::vaIdent : WordValueOf(name);
+    if (word == TValueType::vaIdent) return {};
+    if (word == TValueType::vaNull && FNesting[FDepth - 1] == TNesting::List)
+      FIn.FailAt(FIn.Position() - name.size(), "a value that a list can hold");
+    return RowOf(word).Content;
   }
 
   // The name without the blanks around it that the text reader would keep.

@@ -162,21 +162,12 @@ double TReader::ReadFloat() {
 }
 
 std::string TReader::ReadIdent() {
-  switch (NextValue()) {
-    case TValueType::vaIdent:
-      ReadValue();
-      return std::string(FBytes.ReadShortString("an identifier"));
-    case TValueType::vaFalse:
-      return ReadValue(), "False";
-    case TValueType::vaTrue:
-      return ReadValue(), "True";
-    case TValueType::vaNil:
-      return ReadValue(), "nil";
-    case TValueType::vaNull:
-      return ReadValue(), "Null";
-    default:
-      RaiseInvalidValue("an identifier");
-  }
+  const TValueTypeRow& row = RowOf(NextValue());
+  if (row.Family != TValueFamily::Identifier && row.Family != TValueFamily::Word)
+    RaiseInvalidValue("an identifier");
+  ReadValue();
+  return row.Family == TValueFamily::Word ? std::string(row.Content)
+                                          : std::string(FBytes.ReadShortString(row.Content));
 }
 
 std::string TReader::ReadString() {

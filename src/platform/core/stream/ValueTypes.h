@@ -60,10 +60,10 @@ struct TValueTypeRow {
   std::string_view Name;
   TValueFamily Family;
   std::uint8_t Size;    // of the bytes, or of the count in front of them
-  const char* Content;  // as messages call it
+  const char* Content;  // as messages call it; of a word, the word
 };
 inline constexpr std::array<TValueTypeRow, MaxValueType + 1> ValueTypes = {{
-    {TValueType::vaNull, "vaNull", TValueFamily::Word, 0, "null"},
+    {TValueType::vaNull, "vaNull", TValueFamily::Word, 0, "Null"},
     {TValueType::vaList, "vaList", TValueFamily::List, 0, "a list"},
     {TValueType::vaInt8, "vaInt8", TValueFamily::Integer, 1, "an 8-bit integer"},
     {TValueType::vaInt16, "vaInt16", TValueFamily::Integer, 2, "a 16-bit integer"},
@@ -71,8 +71,8 @@ inline constexpr std::array<TValueTypeRow, MaxValueType + 1> ValueTypes = {{
     {TValueType::vaExtended, "vaExtended", TValueFamily::Float, 10, "an extended float"},
     {TValueType::vaString, "vaString", TValueFamily::Text, 1, "a string"},
     {TValueType::vaIdent, "vaIdent", TValueFamily::Identifier, 1, "an identifier"},
-    {TValueType::vaFalse, "vaFalse", TValueFamily::Word, 0, "false"},
-    {TValueType::vaTrue, "vaTrue", TValueFamily::Word, 0, "true"},
+    {TValueType::vaFalse, "vaFalse", TValueFamily::Word, 0, "False"},
+    {TValueType::vaTrue, "vaTrue", TValueFamily::Word, 0, "True"},
     {TValueType::vaBinary, "vaBinary", TValueFamily::Binary, 4, "binary data"},
     {TValueType::vaSet, "vaSet", TValueFamily::Set, 1, "an identifier of a set"},
     {TValueType::vaLString, "vaLString", TValueFamily::Text, 4, "a long string"},
@@ -103,6 +103,8 @@ constexpr bool IsIntegerValue(TValueType type) {
 constexpr bool IsTextValue(TValueType type) {
   return RowOf(type).Family == TValueFamily::Text || RowOf(type).Family == TValueFamily::WideText;
 }
+// The tag of the word that a name is, in any letter case; vaIdent for other names.
+TValueType WordValueOf(std::string_view name);
 // "vaInt8" and so on; "unknown value tag" for a byte that is no tag.
 constexpr std::string_view ValueTypeName(TValueType type) {
   return static_cast<std::size_t>(type) < ValueTypes.size() ? RowOf(type).Name
