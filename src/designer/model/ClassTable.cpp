@@ -123,6 +123,8 @@ constexpr TClassRow Rows[] = {
     {"TStatusBar", L::StatusBar, Face, 0, 19},
     {"TToolBar", L::ToolBar, Face, 150, 29},
     {"TToolButton", L::ToolButton, Parent, 0, 0, graphic},
+    {"TSpeedBar", L::SpeedBar, Face, 150, 29},
+    {"TSpeedItem", L::SpeedButton, Parent, 0, 0, graphic},
     {"TUpDown", L::UpDown, Face, 17, 25},
     {"TSpinButton", L::UpDown, Face, 20, 25},
     {"TScrollBar", L::ScrollBar, Face, 121, 16},
@@ -165,6 +167,9 @@ constexpr TClassRow Rows[] = {
     {"TMenuItem", L::Hidden, Parent, 0, 0},
     {"TAction", L::Hidden, Parent, 0, 0},
     {"TField", L::Hidden, Parent, 0, 0},
+    {"TSynGutterPartList", L::Hidden, Parent, 0, 0},
+    {"TSynRightGutterPartList", L::Hidden, Parent, 0, 0},
+    {"TSynLeftGutterPartList", L::Hidden, Parent, 0, 0},
 };
 
 struct TEnding {
@@ -244,6 +249,14 @@ constexpr TEnding Endings[] = {
     {"Page", "TPage"},
     {"Sheet", "TTabSheet"},
     {"Toolbar", "TToolBar"},
+    {"SpeedBar", "TSpeedBar"},
+    {"SpeedItem", "TSpeedItem"},
+    {"Edit2", "TEdit"},
+    {"IPAddress", "TEdit"},
+    {"FontBox", "TComboBox"},
+    {"Square", "TImage"},
+    {"Thumbnail", "TImage"},
+    {"Animator", "TImage"},
     {"ToolPanel", "TToolBar"},
     {"Statusbar", "TStatusBar"},
     {"Progress", "TProgressBar"},

@@ -77,7 +77,7 @@ class TComposer {
     FForm->FFree = root.FindValue("LCLVersion").data() != nullptr;
     AddLayers(node, layers, nullptr, 0);
     FForm->FCodePage = CodePageOf(node);
-    for (TDesignNode* each : FForm->FNodes) Resolve(*each);
+    ResolveAll();
     return std::move(FForm);
   }
 
@@ -164,7 +164,10 @@ class TComposer {
     const std::string folded = LowerCase(className);
     const TDesignComponent* frame = FSource.FindForm(className);
     if (frame == nullptr) {
-      FForm->AddNote(fmt::format("The frame {} of class {} is not known", node.Name(), className));
+      // Controls that are made of others are stored like frames.
+      if (FindClassRow(className) == nullptr)
+        FForm->AddNote(
+            fmt::format("The frame {} of class {} is not known", node.Name(), className));
     } else if (std::ranges::find(FOpenFrames, folded) != FOpenFrames.end()) {
       FForm->AddNote(fmt::format("{} holds itself", className));
     } else {
@@ -190,23 +193,51 @@ class TComposer {
     return &component == FOwn || component.Owner() == FOwn;
   }
 
-  void Resolve(TDesignNode& node) {
+  // Children first: the root is told by them where nothing else tells.
+  void ResolveAll() {
+    for (TDesignNode* node : FForm->FNodes) {
+      node->Class = KnownClass(*node);
+      if (node->IsRoot())
+        node->Class.Row = node->Class.Row != nullptr ? node->Class.Row : FormRow();
+      else if (!node->Parent->Visual()) node->Class = PartOfAnother();
+      else if (node->IsInline) ResolveFrame(*node);
+      else ResolveComponent(*node);
+    }
+    ResolveRoot(FForm->Root());
+  }
+
+  TResolvedClass KnownClass(const TDesignNode& node) {
     const std::string className(node.ClassName());
     auto [known, isNew] = FResolved.try_emplace(LowerCase(className));
     if (isNew) known->second = ResolveClass(node.ClassName(), FSource.Ancestors(className));
-    node.Class = known->second;
-    if (node.IsRoot()) return ResolveRoot(node);
-    if (node.IsInline) return ResolveFrame(node);
-    if (!node.Parent->Visual()) {
-      node.Class = {FindClassRow("TAction"), TResolution::ByLikeness, "part of another"};
-      return;
+    return known->second;
+  }
+
+  static const TClassRow* FormRow() { return FindClassRow("TForm"); }
+  static TResolvedClass PartOfAnother() {
+    return {FindClassRow("TAction"), TResolution::ByLikeness, "part of another"};
+  }
+
+  static void ResolveComponent(TDesignNode& node) {
+    if (node.Class.How == TResolution::ByClass && node.Class.Row != nullptr) return;
+    const bool seen = LooksVisual(node);
+    if (node.Class.Row == nullptr) {
+      node.Class = ResolveByContents(node, seen);
+    } else if (node.Visual() && !seen && node.Look() != TLook::Page) {
+      node.Class = ResolveByContents(node, false);
+    } else if (node.Look() == TLook::Icon && node.Has("TabOrder")) {
+      node.Class = ResolveByContents(node, true);
     }
-    const bool sized = node.Has("Width") || node.Has("Height") || node.Has("TabOrder");
-    if (node.Class.Row == nullptr) node.Class = ResolveByContents(node, sized);
-    if (node.Class.How == TResolution::ByClass || node.Visual() == sized) return;
-    if (!node.Visual() && !node.Has("TabOrder")) return;
-    if (node.Look() == TLook::Page || (!sized && node.Look() == TLook::Hidden)) return;
-    node.Class = ResolveByContents(node, sized);
+  }
+
+  // Components without a place on the form lie on its root and store where their icon is, no more.
+  static bool LooksVisual(const TDesignNode& node) {
+    constexpr std::string_view evidence[] = {"Width",       "Height",    "TabOrder",   "Align",
+                                             "Anchors",     "Text",      "Color",      "BackColor",
+                                             "ParentColor", "Font.Name", "ParentFont", "Cursor"};
+    const bool placed = node.Has("Left") || node.Has("Top");
+    if (placed && !node.Parent->IsRoot() && !node.Parent->IsInline) return true;
+    return std::ranges::any_of(evidence, [&](std::string_view path) { return node.Has(path); });
   }
 
   static bool IsRootLook(TLook look) {
@@ -215,22 +246,29 @@ class TComposer {
 
   // The root is what its ancestors say, else what only one kind of root stores.
   static void ResolveRoot(TDesignNode& node) {
-    if (node.Class.Row != nullptr && node.Class.How == TResolution::ByClass &&
-        IsRootLook(node.Look()))
-      return;
+    if (node.Class.How == TResolution::ByClass && IsRootLook(node.Look())) return;
     node.Class = {FindClassRow(LikelyRootClass(node)), TResolution::ByLikeness, "root"};
   }
 
+  static bool HasAny(const TDesignNode& node, std::initializer_list<std::string_view> paths) {
+    return std::ranges::any_of(paths, [&](std::string_view path) { return node.Has(path); });
+  }
+
   static std::string_view LikelyRootClass(const TDesignNode& node) {
-    if (node.Has("ClientWidth") && node.Has("Caption")) return "TForm";
-    if (node.Has("TabOrder")) return "TFrame";
-    if (!node.Has("Caption") && !node.Has("Color") && !node.Has("ClientWidth") &&
-        !node.Has("Font.Name") && !node.Has("BorderStyle"))
-      return "TDataModule";
-    return "TForm";
+    if (HasAny(node, {"HorizontalOffset", "VerticalOffset"})) return "TDataModule";
+    if (HasAny(node, {"BorderStyle", "BorderIcons", "Caption", "Position", "FormStyle"}))
+      return "TForm";
+    if (HasAny(node, {"TabOrder", "DesignLeft", "DesignTop"})) return "TFrame";
+    const bool holdsControls = std::ranges::any_of(
+        node.Children, [](const TDesignNode* child) { return child->Visual(); });
+    if (holdsControls && !HasAny(node, {"ClientWidth", "ClientHeight"})) return "TFrame";
+    if (holdsControls || HasAny(node, {"ClientWidth", "ClientHeight", "Color", "LCLVersion"}))
+      return "TForm";
+    return "TDataModule";
   }
 
   static void ResolveFrame(TDesignNode& node) {
+    if (node.Class.Row != nullptr && !IsRootLook(node.Look())) return;
     const bool composed = node.Layers.size() > 1;
     node.Class = {FindClassRow("TFrame"), composed ? TResolution::ByClass : TResolution::ByLikeness,
                   "inline"};

@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <cstdlib>
+
 #include "platform/core/text/SysUtils.h"
 
 namespace wrenfold {
@@ -198,6 +200,9 @@ class TLayout {
         break;
     }
     const TExtent room = parent.Client.Extent();
+    if (parent.Look() == TLook::SpeedBar && node.Look() == TLook::SpeedButton)
+      return {node.Bound("Left", 0), node.Bound("Top", 0), parent.Bound("BtnWidth", 24),
+              parent.Bound("BtnHeight", 23)};
     TBounds bounds{node.Bound("Left", 0), node.Bound("Top", 0),
                    std::max(0, node.Bound("Width", UsualWidth(node, room))),
                    std::max(0, node.Bound("Height", UsualHeight(node, room)))};
@@ -241,10 +246,28 @@ class TLayout {
     return all.Inset(PageBorder, tab > 0 ? tab + PageBorder : TabHeight, PageBorder, PageBorder);
   }
 
+  // Where captions are shown, buttons are as wide as their texts; the next button tells.
+  static int CaptionedWidth(const TDesignNode& bar, const TDesignNode& button, int usual) {
+    if (!bar.Boolean("ShowCaptions", false)) return usual;
+    const int left = button.Bound("Left", 0), top = button.Bound("Top", 0);
+    int next = left + usual;
+    bool found = false;
+    for (const TDesignNode* each : bar.Children) {
+      const int other = each->Bound("Left", 0);
+      if (other <= left || std::abs(each->Bound("Top", 0) - top) > 2) continue;
+      next = found ? std::min(next, other) : other;
+      found = true;
+    }
+    constexpr int letter = 7, padding = 12, widest = 400;
+    if (!found) next = left + letter * static_cast<int>(button.Text("Caption").size()) + padding;
+    return std::clamp(next - left, 1, widest);
+  }
+
   static TBounds ToolButtonBounds(const TDesignNode& bar, const TDesignNode& button) {
     const bool gap = button.Is("Style", "tbsSeparator") || button.Is("Style", "tbsDivider");
     const int arrow = button.Is("Style", "tbsDropDown") ? 15 : 0;
-    const int width = gap ? 8 : bar.Bound("ButtonWidth", 23) + arrow;
+    const int usual = bar.Bound("ButtonWidth", 23) + arrow;
+    const int width = gap ? 8 : CaptionedWidth(bar, button, usual);
     return {button.Bound("Left", 0), button.Bound("Top", 0), button.Bound("Width", width),
             button.Bound("Height", bar.Bound("ButtonHeight", 22))};
   }

@@ -215,7 +215,10 @@ void PaintSpeedButton(TPainting& painting, const TDesignNode& node) {
   if (!flat) DrawButtonFace(painting, node, area, down);
   if (const std::string_view colour = node.Value("ButtonColor"); !colour.empty())
     painting.Fill(area.adjusted(5, 5, -5, -5), ColourOf(colour, painting.Theme.Palette));
-  DrawFace(painting, area.adjusted(2, 2, -2, -2), FaceOf(painting, node));
+  TFace face = FaceOf(painting, node);
+  // Buttons of a speed bar show their captions only when the bar says so.
+  if (node.Parent->Look() == TLook::SpeedBar && !face.Glyph.isNull()) face.Caption.clear();
+  DrawFace(painting, area.adjusted(2, 2, -2, -2), face);
 }
 
 void PaintCheckBox(TPainting& painting, const TDesignNode& node) {

@@ -140,7 +140,14 @@ QDate DateOf(const TDesignNode& node) {
   return QDate(1899, 12, 30).addDays(static_cast<qint64>(days));
 }
 
-void DrawDays(TPainting& painting, const QRect& room, QDate chosen) {
+void DrawDays(TPainting& painting, QRect room, QDate chosen) {
+  constexpr const char* names[] = {"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun"};
+  const int line = painting.LineHeight() + 2;
+  for (int day = 0; day < 7; ++day)
+    painting.DrawText(
+        QRect(room.left() + room.width() * day / 7, room.top(), room.width() / 7, line),
+        Qt::AlignCenter, QString::fromLatin1(names[day]), painting.SystemColour(QPalette::Link));
+  room.adjust(0, line, 0, 0);
   const QDate first(chosen.year(), chosen.month(), 1);
   const int offset = first.dayOfWeek() - 1;
   for (int day = 1; day <= first.daysInMonth(); ++day) {

@@ -193,6 +193,8 @@ QImage TPainting::Glyph(const TDesignNode& node) {
   const TDesignNode* action = node.Linked("Action");
   const TDesignNode* actions = action != nullptr ? action->Parent : nullptr;
   const TDesignNode* list = node.Linked("Images");
+  for (const std::string_view property : {"LargeImages", "ImageList"})
+    if (list == nullptr) list = node.Linked(property);
   if (list == nullptr && actions != nullptr) list = actions->Linked("Images");
   return list != nullptr ? ImageAt(list, StoredInteger(node.OwnOrAction("ImageIndex"), -1))
                          : QImage();

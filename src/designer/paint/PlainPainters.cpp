@@ -159,8 +159,7 @@ void PaintImage(TPainting& painting, const TDesignNode& node) {
   if (!picture.Trouble.empty()) painting.Note(node, picture.Trouble);
   if (node.Class.Row->Ground == TGround::Window) painting.DrawField(node);
   QImage image = picture.Image;
-  if (image.isNull())
-    image = painting.ImageAt(node.Linked("Images"), node.Integer("ImageIndex", -1));
+  if (image.isNull()) image = painting.Glyph(node);
   if (image.isNull()) return DrawEmptyPicture(painting);
   painting.DrawImage(PictureArea(node, painting.Area(), image.size()), image);
 }

@@ -95,6 +95,30 @@ void DrawDots(TPainting& painting, const QRect& area) {
   painting.Canvas.drawPoints(dots.constData(), static_cast<int>(dots.size()));
 }
 
+// The name below the icon, outside of its bounds.
+void DrawIconName(TPainting& painting, const TDesignNode& node) {
+  constexpr int widest = 84;
+  const QFont& font = painting.Font({"Tahoma", 9});
+  const QFontMetrics metrics(font);
+  const QString name = metrics.elidedText(ToQString(node.Name()), Qt::ElideRight, widest);
+  QRect place(0, 0, metrics.horizontalAdvance(name) + 4, metrics.height());
+  place.moveCenter(QPoint(painting.Area().center().x(), IconSide + metrics.height() / 2));
+  painting.Canvas.setClipRect(place.united(painting.Area()));
+  QColor ground = painting.SystemColour(QPalette::Window);
+  ground.setAlpha(190);
+  painting.Fill(place, ground);
+  painting.Canvas.setFont(font);
+  painting.Canvas.setPen(painting.SystemColour(QPalette::WindowText));
+  painting.Canvas.drawText(place, Qt::AlignCenter, name);
+}
+
+bool IsBlank(const QImage& image) {
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.width(); ++x)
+      if (image.pixelColor(x, y).alpha() > 0) return false;
+  return true;
+}
+
 // Letters of a class name that tell it from others: "OD" for TOpenDialog.
 QString Initials(std::string_view className) {
   QString capitals;
@@ -137,8 +161,9 @@ void PaintIcon(TPainting& painting, const TDesignNode& node) {
   const QRect area = painting.Area();
   painting.Fill(area, painting.SystemColour(QPalette::Window));
   painting.DrawOutline(area, painting.SystemColour(QPalette::Mid));
+  DrawIconName(painting, node);
   const QImage first = painting.ImageAt(&node, 0);
-  if (!first.isNull()) return painting.DrawImageCentred(area.adjusted(3, 3, -3, -3), first);
+  if (!IsBlank(first)) return painting.DrawImageCentred(area.adjusted(3, 3, -3, -3), first);
   painting.Canvas.setFont(painting.Font({"Tahoma", 11, true}));
   painting.Canvas.setPen(painting.SystemColour(QPalette::Link));
   painting.Canvas.drawText(area, Qt::AlignCenter, Initials(node.ClassName()));
