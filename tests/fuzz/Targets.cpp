@@ -13,7 +13,7 @@ std::span<const TFuzzTarget> FuzzTargets() {
       {"header", FuzzDataHeader},     {"settings", FuzzSettingsFile},
       {"ini", FuzzIniStrings},        {"language", FuzzLanguageModule},
       {"values", FuzzPropertyText},   {"project", FuzzProjectSource},
-      {"encoding", FuzzTextEncoding}};
+      {"encoding", FuzzTextEncoding}, {"pictures", FuzzPictures}};
   return targets;
 }
 

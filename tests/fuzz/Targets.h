@@ -29,6 +29,7 @@ void FuzzLanguageModule(std::string_view bytes);
 void FuzzPropertyText(std::string_view bytes);
 void FuzzProjectSource(std::string_view bytes);
 void FuzzTextEncoding(std::string_view bytes);
+void FuzzPictures(std::string_view bytes);
 
 // Says what is broken and aborts, so that fuzzer and test both notice.
 void Promise(bool kept, std::string_view promise);

@@ -183,6 +183,9 @@ class TComposer {
     std::int32_t position = 0;
     if ((component.FilerFlags(position) & ffChildPos) == 0 || position < 0) return;
     std::vector<TDesignNode*>& siblings = node.Parent->Children;
+    // Putting so many in order would take longer than anybody waits.
+    constexpr std::size_t mostOrdered = 10'000;
+    if (siblings.size() > mostOrdered) return;
     std::erase(siblings, &node);
     const std::size_t index =
         std::min<std::size_t>(static_cast<std::size_t>(position), siblings.size());

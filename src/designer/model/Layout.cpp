@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <cstdlib>
+#include <unordered_map>
 
 #include "platform/core/text/SysUtils.h"
 
@@ -225,6 +226,13 @@ class TLayout {
     return spans || node.Class.Row->Height == 0 ? room.Height : node.Class.Row->Height;
   }
 
+  // Looked for once for all the pages.
+  TDesignNode* ActivePageOf(const TDesignNode& pages) {
+    const auto [known, isNew] = FActivePages.try_emplace(&pages);
+    if (isNew) known->second = ActivePage(pages);
+    return known->second;
+  }
+
   static TBounds PageArea(const TDesignNode& pages, const TDesignNode& page) {
     const TBounds all{0, 0, pages.Bounds.Width, pages.Bounds.Height};
     if (pages.Look() != TLook::PageControl && pages.Look() != TLook::TabControl) return all;
@@ -248,7 +256,8 @@ class TLayout {
 
   // Where captions are shown, buttons are as wide as their texts; the next button tells.
   static int CaptionedWidth(const TDesignNode& bar, const TDesignNode& button, int usual) {
-    if (!bar.Boolean("ShowCaptions", false)) return usual;
+    constexpr std::size_t mostButtons = 500;
+    if (!bar.Boolean("ShowCaptions", false) || bar.Children.size() > mostButtons) return usual;
     const int left = button.Bound("Left", 0), top = button.Bound("Top", 0);
     int next = left + usual;
     bool found = false;
@@ -281,7 +290,7 @@ class TLayout {
                              : parent.Client.Moved(parent.Origin.X, parent.Origin.Y);
     node.Clip = Intersection(node.BoundsInForm(), Intersection(room, parent.Clip));
     node.Shown = parent.Shown && node.Look() != TLook::Hidden &&
-                 (node.Look() != TLook::Page || ActivePage(parent) == &node);
+                 (node.Look() != TLook::Page || ActivePageOf(parent) == &node);
     node.Client = ClientOf(node);
   }
 
@@ -340,6 +349,7 @@ class TLayout {
 
   TComposedForm& FForm;
   const TWindowFrame& FFrame;
+  std::unordered_map<const TDesignNode*, TDesignNode*> FActivePages;
 };
 
 void LayoutForm(TComposedForm& form, const TWindowFrame& frame) {

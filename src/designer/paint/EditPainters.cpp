@@ -206,10 +206,9 @@ void PaintMemo(TPainting& painting, const TDesignNode& node) {
     room.adjust(0, 0, 0, -track);
   }
   const bool wraps = node.Boolean("WordWrap", true);
-  constexpr qsizetype most = 20'000;
   painting.DrawText(room.adjusted(2, 1, -1, 0),
                     AlignmentFlag(node) | Qt::AlignTop | (wraps ? Qt::TextWordWrap : 0),
-                    MemoText(node).left(most));
+                    MemoText(node));
 }
 
 void PaintComboBox(TPainting& painting, const TDesignNode& node) {

@@ -17,6 +17,9 @@ namespace {
 // A substitute that is this much wider is squeezed; a text wider than that was cut by its author.
 constexpr double MostSqueezed = 0.72;
 
+// No screen shows more of one text.
+constexpr qsizetype MostLetters = 20'000;
+
 }  // namespace
 
 TPainting::TPainting(QPainter& canvas, TComposedForm& form, const TTheme& theme, TFontBook& fonts)
@@ -85,7 +88,7 @@ void TPainting::DrawText(const QRect& area, int flags, const QString& text, cons
   if (text.isEmpty()) return;
   Canvas.setFont(Font());
   Canvas.setPen(colour);
-  Canvas.drawText(area, flags, text);
+  Canvas.drawText(area, flags, text.left(MostLetters));
 }
 
 void TPainting::DrawFittedText(const QRect& area, int flags, const QString& text) {
@@ -100,7 +103,7 @@ void TPainting::DrawFittedText(const QRect& area, int flags, const QString& text
 }
 
 int TPainting::TextWidth(const QString& text) {
-  return QFontMetrics(Font()).size(Qt::TextShowMnemonic, text).width();
+  return QFontMetrics(Font()).size(Qt::TextShowMnemonic, text.left(MostLetters)).width();
 }
 
 int TPainting::LineHeight() {

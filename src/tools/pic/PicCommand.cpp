@@ -12,6 +12,7 @@
 #include <set>
 
 #include "designer/model/BitmapFile.h"
+#include "designer/model/BrokenForm.h"
 #include "designer/model/FileForms.h"
 #include "designer/paint/Colours.h"
 #include "designer/paint/FormPicture.h"
@@ -66,7 +67,7 @@ class TPicRun {
         "drew {} forms: {} components by their class, {} by likeness, {} as boxes, {} forms failed",
         FDrawn, FCount.ByClass, FCount.ByLikeness, FCount.AsBoxes, FFailed));
     if (FTrouble || FDrawn + FFailed == 0) return ecTrouble;
-    return FFailed > 0 ? ecFindings : ecFine;
+    return FFailed + FBroken > 0 ? ecFindings : ecFine;
   }
 
  private:
@@ -119,8 +120,8 @@ class TPicRun {
 
   void Draw(const TPicJob& job) {
     try {
-      const TFormFile file = LoadFormFile(job.FileName);
-      const auto form = ComposeForm(*file.Root, *job.Source);
+      const auto root = ReadRoot(job.FileName);
+      const auto form = ComposeForm(*root, *job.Source);
       LayoutForm(*form);
       const std::string picture = Picture(*form);
       WritePicture(job, picture);
@@ -131,6 +132,19 @@ class TPicRun {
         FOutput.Error(fmt::format("{}: {}", job.FileName, note));
     } catch (const Exception& error) {
       Fail(NamedTrouble(job.FileName, error));
+    }
+  }
+
+  // A broken form is told and drawn as far as it goes.
+  std::unique_ptr<TDesignComponent> ReadRoot(const std::string& fileName) {
+    try {
+      return LoadFormFile(fileName).Root;
+    } catch (const EFormFileError& error) {
+      auto root = SalvageForm(ReadWholeFile(fileName));
+      if (root == nullptr) throw;
+      ++FBroken;
+      FOutput.Error(NamedTrouble(fileName, error) + "; drawn as far as it goes");
+      return root;
     }
   }
 
@@ -223,6 +237,7 @@ class TPicRun {
   TDrawnCount FCount;
   std::size_t FDrawn = 0;
   std::size_t FFailed = 0;
+  std::size_t FBroken = 0;
   bool FTrouble = false;
 };
 

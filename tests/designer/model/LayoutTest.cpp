@@ -134,6 +134,21 @@ TEST(Layout, OnlyTheActivePageIsShownUntilAnotherIsTurnedUp) {
   EXPECT_FALSE(form["B2"].Shown);
 }
 
+TEST(Layout, HundredThousandPagesAndDeepNestingTakeNoAge) {
+  std::string many = "object A: TA\n  Caption = 'x'\n  object P: TPageControl\n";
+  for (int i = 0; i < 100'000; ++i)
+    many += "    object T" + std::to_string(i) + ": TTabSheet\n    end\n";
+  EXPECT_EQ(TTestForm(many + "  end\nend\n")->Nodes().size(), 100'002u);
+
+  std::string deep = "object A: TA\n  Caption = 'x'\n", ends;
+  for (int i = 0; i < 500; ++i) {
+    deep += "object P" + std::to_string(i) + ": TPanel\n";
+    ends += "end\n";
+  }
+  const TTestForm nested(deep + ends + "end\n");
+  EXPECT_NE(nested->Find("P499"), nullptr);
+}
+
 TEST(HitTest, FindsTheFrontmostAndNotWhatIsCutOff) {
   const TTestForm form(
       "object A: TA\n  Caption = 'x'\n  ClientWidth = 200\n  ClientHeight = 100\n"
