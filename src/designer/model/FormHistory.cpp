@@ -41,6 +41,16 @@ std::size_t ChildIndexOf(const TDesignComponent& component) {
 
 void TFormHistory::Begin(std::string name) {
   FOpen = TStep{std::move(name), {}};
+  FRenamed.clear();
+}
+
+void TFormHistory::Cancel() {
+  const TStep step = std::move(*FOpen);
+  FOpen.reset();
+  for (auto change = step.Changes.rbegin(); change != step.Changes.rend(); ++change)
+    Apply(*change, false);
+  for (const TChange& change : step.Changes)
+    if (change.Kind == TKind::Add) End(change);
 }
 
 void TFormHistory::Commit() {
@@ -108,6 +118,20 @@ TDesignComponent& TFormHistory::Add(std::string stream, TDesignComponent& parent
   return *added;
 }
 
+void TFormHistory::Rename(TDesignComponent& component, const std::string& name) {
+  if (component.Name() == name) return;
+  TChange change{TKind::Name, &component, {}, {}, {}};
+  change.Before = component.Name();
+  change.After = name;
+  Record(std::move(change));
+}
+
+void TFormHistory::PutName(const TChange& change, const std::string& name) {
+  const std::string before = change.Component->Name();
+  change.Component->SetName(name);
+  FRenamed.push_back({change.Component, before});
+}
+
 void TFormHistory::Remove(TDesignComponent& component) {
   TChange change{TKind::Remove, &component, {}, {}, {}};
   change.Parent = ParentOf(component);
@@ -148,6 +172,8 @@ void TFormHistory::Apply(const TChange& change, bool forward) {
   switch (change.Kind) {
     case TKind::Value:
       return PutValue(change, forward ? change.After : change.Before);
+    case TKind::Name:
+      return PutName(change, forward ? *change.After : *change.Before);
     case TKind::Add:
       return forward ? Attach(*change.Component, *change.Parent, change.IndexAfter)
                      : Detach(*change.Component);
@@ -161,6 +187,7 @@ void TFormHistory::Apply(const TChange& change, bool forward) {
 
 void TFormHistory::Undo() {
   if (!CanUndo()) return;
+  FRenamed.clear();
   const TStep& step = FSteps[--FDone];
   for (auto change = step.Changes.rbegin(); change != step.Changes.rend(); ++change)
     Apply(*change, false);
@@ -169,6 +196,7 @@ void TFormHistory::Undo() {
 
 void TFormHistory::Redo() {
   if (!CanRedo()) return;
+  FRenamed.clear();
   for (const TChange& change : FSteps[FDone++].Changes) Apply(change, true);
   Changed();
 }

@@ -25,6 +25,8 @@ class TFormHistory {
   // for the user ("Move"). Steps do not nest.
   void Begin(std::string name);
   void Commit();
+  // Takes back what changed since Begin and forgets it.
+  void Cancel();
 
   // Sets a stored value (the bytes of one value, tag first), or takes the property out when the
   // value is empty.
@@ -33,6 +35,8 @@ class TFormHistory {
   // Reads a component with all that is inside it behind the other children of `parent`. Raises
   // EReadError and changes nothing. The caller sees to it that the names are free.
   TDesignComponent& Add(std::string stream, TDesignComponent& parent);
+  // Raises EComponentError and changes nothing when the name cannot be.
+  void Rename(TDesignComponent& component, const std::string& name);
   // Takes a component with all that is inside it out of the form; not the root.
   void Remove(TDesignComponent& component);
   // Gives it another place among its parent's children; the last one is in front.
@@ -48,6 +52,13 @@ class TFormHistory {
   // Forgets all steps.
   void Clear();
 
+  // The components that the step done or undone last gave another name, with the one before.
+  struct TRenamed {
+    TDesignComponent* Component;
+    std::string Before;
+  };
+  const std::vector<TRenamed>& Renamed() const { return FRenamed; }
+
   // The form is on disk as it is now.
   void MarkSaved() { FSaved = FDone; }
   bool AtSaved() const { return FSaved == FDone; }
@@ -56,7 +67,7 @@ class TFormHistory {
   std::function<void()> OnChange;
 
  private:
-  enum class TKind { Value, Add, Remove, Index };
+  enum class TKind { Value, Name, Add, Remove, Index };
   struct TChange {
     TKind Kind;
     TDesignComponent* Component;
@@ -73,6 +84,7 @@ class TFormHistory {
 
   void Record(TChange change);
   void Apply(const TChange& change, bool forward);
+  void PutName(const TChange& change, const std::string& name);
   static void PutValue(const TChange& change, const std::optional<std::string>& value);
   void Attach(TDesignComponent& component, TDesignComponent& parent, std::size_t index);
   void Detach(TDesignComponent& component);
@@ -86,6 +98,7 @@ class TFormHistory {
   TDesignComponent& FRoot;
   std::vector<TStep> FSteps;
   std::optional<TStep> FOpen;
+  std::vector<TRenamed> FRenamed;
   std::size_t FDone = 0;
   std::size_t FSaved = 0;
 };

@@ -12,6 +12,7 @@ TFormDocument::TFormDocument(const std::string& fileName) {
   FStamp = StampOf();
   FFile = LoadFormFile(fileName, FSource);
   FEdits.emplace(*FFile.Root);
+  FEdits->History().OnChange = [this] { Edited(); };
 }
 
 TFormDocument::TStamp TFormDocument::StampOf() const {
@@ -34,21 +35,16 @@ void TFormDocument::SetModified(bool modified) {
   if (OnChange) OnChange();
 }
 
-void TFormDocument::Change(std::vector<TFormChange> changes) {
-  FEdits->Do(std::move(changes));
-  Edited();
+void TFormDocument::Change(const std::vector<TFormChange>& changes) {
+  FEdits->Do(changes);
 }
 
 const std::vector<TFormChange>& TFormDocument::Undo() {
-  const std::vector<TFormChange>& changes = FEdits->Undo();
-  Edited();
-  return changes;
+  return FEdits->Undo();
 }
 
 const std::vector<TFormChange>& TFormDocument::Redo() {
-  const std::vector<TFormChange>& changes = FEdits->Redo();
-  Edited();
-  return changes;
+  return FEdits->Redo();
 }
 
 // The form differs from its file, unless all changes since saving were taken back.

@@ -29,10 +29,12 @@ class TFormDocument {
 
   // One stroke of changes, its taking back, its making again. Answer what was changed. Raises
   // EComponentError for a name that cannot be; the form then is as it was.
-  void Change(std::vector<TFormChange> changes);
+  void Change(const std::vector<TFormChange>& changes);
   const std::vector<TFormChange>& Undo();
   const std::vector<TFormChange>& Redo();
   const TFormEdits& Edits() const { return *FEdits; }
+  // The steps of all changes, those of the designer too.
+  TFormHistory& History() { return FEdits->History(); }
 
   // True when another program changed the file since it was read, saved or accepted.
   bool ChangedOnDisk() const;

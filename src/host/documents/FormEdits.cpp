@@ -5,12 +5,6 @@
 
 namespace wrenfold {
 
-namespace {
-
-const std::vector<TFormChange> Nothing;
-
-}  // namespace
-
 TDesignComponent* TFormEdits::Find(const std::string& name) const {
   if (EqualText(FRoot.Name(), name)) return &FRoot;
   return dynamic_cast<TDesignComponent*>(FRoot.FindComponent(name));
@@ -33,49 +27,47 @@ TFormChange TFormEdits::Change(const TDesignComponent& component, std::string_vi
   return change;
 }
 
-void TFormEdits::Apply(const TFormChange& change, bool forward) {
-  const std::optional<std::string>& value = forward ? change.After : change.Before;
-  const bool renames = change.Path == NameOfComponent;
-  TDesignComponent* component =
-      Find(renames && !forward ? change.After.value_or("") : change.Component);
+void TFormEdits::Apply(const TFormChange& change) {
+  TDesignComponent* component = Find(change.Component);
   if (component == nullptr) return;
-  if (renames) {
-    component->SetName(value.value_or(""));
-  } else if (!value) {
-    component->RemoveValue(change.Path);
-  } else if (component->FindValue(change.Path).empty()) {
-    component->InsertValue(change.Place, change.Path, *value);
-  } else {
-    component->SetValue(change.Path, *value);
-  }
+  if (change.Path == NameOfComponent) FHistory.Rename(*component, change.After.value_or(""));
+  else FHistory.SetValue(*component, change.Path, change.After.value_or(""));
 }
 
-void TFormEdits::Do(std::vector<TFormChange> changes) {
-  std::size_t made = 0;
+void TFormEdits::Do(const std::vector<TFormChange>& changes) {
+  FHistory.Begin(changes.empty() ? "" : "Change of " + changes[0].Path);
   try {
-    for (; made < changes.size(); ++made) Apply(changes[made], true);
+    for (const TFormChange& change : changes) Apply(change);
   } catch (...) {
-    while (made > 0) Apply(changes[--made], false);
+    FHistory.Cancel();
     throw;
   }
-  if (FSaved > FDone) FSaved = static_cast<std::size_t>(-1);
-  FStrokes.resize(FDone);
-  FStrokes.push_back(std::move(changes));
-  ++FDone;
+  FHistory.Commit();
+}
+
+// As the stroke made them first, whichever way they went now.
+const std::vector<TFormChange>& TFormEdits::Renamed(bool forward) {
+  FRenamed.clear();
+  for (const auto& [component, before] : FHistory.Renamed()) {
+    const std::string& first = forward ? before : component->Name();
+    const std::string& second = forward ? component->Name() : before;
+    FRenamed.push_back({first, NameOfComponent, first, second, 0});
+  }
+  return FRenamed;
 }
 
 const std::vector<TFormChange>& TFormEdits::Undo() {
-  if (!CanUndo()) return Nothing;
-  const std::vector<TFormChange>& stroke = FStrokes[--FDone];
-  for (auto change = stroke.rbegin(); change != stroke.rend(); ++change) Apply(*change, false);
-  return stroke;
+  FRenamed.clear();
+  if (!CanUndo()) return FRenamed;
+  FHistory.Undo();
+  return Renamed(false);
 }
 
 const std::vector<TFormChange>& TFormEdits::Redo() {
-  if (!CanRedo()) return Nothing;
-  const std::vector<TFormChange>& stroke = FStrokes[FDone++];
-  for (const TFormChange& change : stroke) Apply(change, true);
-  return stroke;
+  FRenamed.clear();
+  if (!CanRedo()) return FRenamed;
+  FHistory.Redo();
+  return Renamed(true);
 }
 
 }  // namespace wrenfold

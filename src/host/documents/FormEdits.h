@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "designer/model/FormHistory.h"
 #include "platform/core/stream/DesignComponent.h"
 
 namespace wrenfold {
@@ -24,20 +25,23 @@ inline constexpr char NameOfComponent[] = "Name";
 class TFormEdits {
  public:
   // The form, which outlives this object.
-  explicit TFormEdits(TDesignComponent& root) : FRoot(root) {}
+  explicit TFormEdits(TDesignComponent& root) : FRoot(root), FHistory(root) {}
 
   // Makes changes of one stroke, which are taken back together. Raises EComponentError for a name
   // that cannot be; the form then is as it was. What was taken back before is forgotten.
-  void Do(std::vector<TFormChange> changes);
-  bool CanUndo() const { return FDone > 0; }
-  bool CanRedo() const { return FDone < FStrokes.size(); }
-  // The changes that were made, taken back or made again. Without any nothing happens.
+  void Do(const std::vector<TFormChange>& changes);
+  bool CanUndo() const { return FHistory.CanUndo(); }
+  bool CanRedo() const { return FHistory.CanRedo(); }
+  // The changes of names that were taken back or made again. Without any nothing happens.
   const std::vector<TFormChange>& Undo();
   const std::vector<TFormChange>& Redo();
 
   // What stands now is what was saved.
-  void Saved() { FSaved = FDone; }
-  bool IsSaved() const { return FSaved == FDone; }
+  void Saved() { FHistory.MarkSaved(); }
+  bool IsSaved() const { return FHistory.AtSaved(); }
+
+  // The steps themselves, which the designer adds its own to.
+  TFormHistory& History() { return FHistory; }
 
   // The change that puts this value (none: no stored one) into a property of a component.
   static TFormChange Change(const TDesignComponent& component, std::string_view path,
@@ -46,12 +50,12 @@ class TFormEdits {
   TDesignComponent* Find(const std::string& name) const;
 
  private:
-  void Apply(const TFormChange& change, bool forward);
+  void Apply(const TFormChange& change);
+  const std::vector<TFormChange>& Renamed(bool forward);
 
   TDesignComponent& FRoot;
-  std::vector<std::vector<TFormChange>> FStrokes;
-  std::size_t FDone = 0;   // so many of the strokes are made
-  std::size_t FSaved = 0;  // npos when what was saved cannot be reached any more
+  TFormHistory FHistory;
+  std::vector<TFormChange> FRenamed;
 };
 
 }  // namespace wrenfold

@@ -189,10 +189,9 @@ void TFormEditor::Activated() {
   Notifiers.CallForm([](IOTAFormNotifier& notifier) { notifier.FormActivated(); });
 }
 
-void TFormEditor::Change(std::vector<TFormChange> changes) {
-  const std::vector<TFormChange> made = changes;
-  Document()->Change(std::move(changes));
-  TellRenamed(made, true);
+void TFormEditor::Change(const std::vector<TFormChange>& changes) {
+  Document()->Change(changes);
+  TellRenamed(changes, true);
 }
 
 void TFormEditor::Undo() {

@@ -170,7 +170,7 @@ class TFormEditor final : public TEditorOf<IOTAFormEditor, INTAFormEditor> {
   // The designer became the active one.
   void Activated();
   // One stroke of changes, which Undo takes back. Raises EComponentError for a name that cannot be.
-  void Change(std::vector<TFormChange> changes);
+  void Change(const std::vector<TFormChange>& changes);
   void Undo();
   void Redo();
   // Reads the file again at the next use; what was changed is gone.

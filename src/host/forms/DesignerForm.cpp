@@ -229,7 +229,16 @@ void TDesignerForm::Update() {
   }
   FFollowing = false;
   ShowText();
+  if (LostSelection()) TellSelection();
   ShowSelection();
+}
+
+// Whether a selected component is in the form no more.
+bool TDesignerForm::LostSelection() const {
+  const TFormDocument* document = FEditor.LoadedDocument();
+  return std::ranges::any_of(FEditor.Designer().GetSelections(), [&](const TComponent* each) {
+    return document == nullptr || (each != &document->Root() && each->Owner() != &document->Root());
+  });
 }
 
 void TDesignerForm::AddItems(QTreeWidgetItem* parent, const TDesignComponent& component) {
@@ -368,16 +377,12 @@ void TDesignerForm::StoreChanges(const std::string& step,
 }
 
 void TDesignerForm::Undo() {
-  TFormDocument* document = FEditor.Document();
-  if (document == nullptr || !document->History().CanUndo()) return;
-  document->History().Undo();
+  FEditor.Undo();
   TellSelection();
 }
 
 void TDesignerForm::Redo() {
-  TFormDocument* document = FEditor.Document();
-  if (document == nullptr || !document->History().CanRedo()) return;
-  document->History().Redo();
+  FEditor.Redo();
   TellSelection();
 }
 

@@ -50,6 +50,7 @@ class TDesignerForm : public TForm {
   void AddItems(QTreeWidgetItem* parent, const TDesignComponent& component);
   void AddCommands();
   void AddTabs(QSplitter& splitter);
+  bool LostSelection() const;
   void ItemSelected();
   void ShowText();
   void MarkLines();
