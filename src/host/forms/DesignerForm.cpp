@@ -59,6 +59,7 @@ struct TCommandRow {
   const char* Caption;
   QKeySequence Keys;
   void (*Run)(TDesignerForm& form);
+  QKeySequence OtherKeys = {};
 };
 
 template <TArrangement arrangement>
@@ -76,7 +77,8 @@ const std::vector<TCommandRow>& Commands() {
   using F = TDesignerForm;
   static const std::vector<TCommandRow> commands = {
       {"dsUndo", "&Undo", QKeySequence::Undo, RunCommand<&F::Undo>},
-      {"dsRedo", "&Redo", QKeySequence::Redo, RunCommand<&F::Redo>},
+      {"dsRedo", "&Redo", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), RunCommand<&F::Redo>,
+       QKeySequence(Qt::CTRL | Qt::Key_Y)},
       {nullptr, nullptr, {}, nullptr},
       {"dsCut", "Cu&t", QKeySequence::Cut, RunCommand<&F::CutComponents>},
       {"dsCopy", "&Copy", QKeySequence::Copy, RunCommand<&F::CopyComponents>},
@@ -95,8 +97,8 @@ const std::vector<TCommandRow>& Commands() {
       {"dsSameWidth", "Same widt&h", {}, RunArrangement<A::SameWidth>},
       {"dsSameHeight", "Same hei&ght", {}, RunArrangement<A::SameHeight>},
       {nullptr, nullptr, {}, nullptr},
-      {"dsFront", "Bring to &front", {}, RunCommand<&F::BringToFront>},
-      {"dsBack", "Send to bac&k", {}, RunCommand<&F::SendToBack>},
+      {"dsFront", "Bring to &front", {}, RunCommand<&F::BringComponentsToFront>},
+      {"dsBack", "Send to bac&k", {}, RunCommand<&F::SendComponentsToBack>},
       {nullptr, nullptr, {}, nullptr},
       {"dsFit", "F&it into window", QKeySequence(Qt::CTRL | Qt::Key_9),
        RunCommand<&F::FitIntoWindow>},
@@ -169,6 +171,8 @@ TDesignerForm::TDesignerForm(TComponent* owner, TFormEditor& editor)
   };
   AddCommands();
   Update();
+  // The tree would choose its first row when it gets the focus.
+  FSurface->setFocus();
 }
 
 TDesignerForm::~TDesignerForm() = default;
@@ -200,7 +204,7 @@ void TDesignerForm::AddCommands() {
     }
     QAction* action = menu->addAction(tr(row.Caption));
     action->setObjectName(row.Name);
-    action->setShortcut(row.Keys);
+    action->setShortcuts({row.Keys, row.OtherKeys});
     action->setShortcutContext(Qt::WidgetShortcut);
     FSurface->addAction(action);
     connect(action, &QAction::triggered, this,

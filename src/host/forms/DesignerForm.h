@@ -41,8 +41,8 @@ class TDesignerForm : public TForm {
   void DeleteComponents();
   void SelectAllComponents();
   void ArrangeComponents(TArrangement arrangement);
-  void BringToFront() { SetDepth(true); }
-  void SendToBack() { SetDepth(false); }
+  void BringComponentsToFront() { SetDepth(true); }
+  void SendComponentsToBack() { SetDepth(false); }
   void FitIntoWindow();
   void ShowOwnSize();
 
