@@ -27,7 +27,7 @@ struct TLaunch {
 
 // Where to stop: a line of a source, or an address.
 struct TBreakpoint {
-  TSourcePlace Place{};
+  TCodePlace Place{};
   std::uint64_t Address = 0;  // when Place is empty
   std::string Condition{};
   int PassCount = 0;  // how many times it is passed over first
@@ -80,7 +80,7 @@ class TDebugBackend : public TCodeSource {
   virtual TVariable Evaluate(const std::string& expression) = 0;
   virtual void WriteRegister(const std::string& name, std::uint64_t value) = 0;
   virtual void WriteMemory(std::uint64_t address, std::string_view bytes) = 0;
-  virtual TSourcePlace PlaceOf(std::uint64_t address) = 0;
+  virtual TCodePlace PlaceOf(std::uint64_t address) = 0;
   virtual std::optional<std::uint64_t> AddressOf(const std::string& symbol) = 0;
 };
 

@@ -22,12 +22,12 @@ std::vector<TCodeLine> CodeLines(TDebugBackend& backend, const TProcessor& proce
   auto following = Disassemble(backend, processor, address, count);
   std::move(following.begin(), following.end(), std::back_inserter(instructions));
   std::vector<TCodeLine> lines;
-  TSourcePlace last;
+  TCodePlace last;
   for (TInstruction& instruction : instructions) {
     TCodeLine line{.Instruction = std::move(instruction), .Label = {}, .Place = {}};
     const auto symbol = backend.SymbolAt(line.Instruction.Address);
     if (symbol && symbol->Start == line.Instruction.Address) line.Label = symbol->Name;
-    const TSourcePlace place = backend.PlaceOf(line.Instruction.Address);
+    const TCodePlace place = backend.PlaceOf(line.Instruction.Address);
     if (!(place == last)) line.Place = place;
     last = place;
     lines.push_back(std::move(line));

@@ -24,7 +24,7 @@ struct TCodeLine {
   // The symbol that begins here.
   std::string Label{};
   // The source line that begins here.
-  TSourcePlace Place{};
+  TCodePlace Place{};
 };
 
 // Owns one worker thread, which owns the backend and all of its objects. Public calls return at

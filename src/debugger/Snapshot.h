@@ -15,17 +15,17 @@ namespace wrenfold {
 enum class TRunState { None, Running, Stopped, Exited };
 
 // A line of a source file, from 1; 0 where the program tells none.
-struct TSourcePlace {
+struct TCodePlace {
   std::string File{};
   int Line = 0;
   explicit operator bool() const { return Line > 0; }
-  friend bool operator==(const TSourcePlace&, const TSourcePlace&) = default;
+  friend bool operator==(const TCodePlace&, const TCodePlace&) = default;
 };
 
-struct TFrame {
+struct TCall {
   std::uint64_t Address = 0;
   std::string Function{};
-  TSourcePlace Place{};
+  TCodePlace Place{};
 };
 
 struct TThread {
@@ -58,7 +58,7 @@ struct TSnapshot {
   const TProcessor* Processor = nullptr;
   std::vector<TThread> Threads;
   std::uint64_t ThreadId = 0;
-  std::vector<TFrame> Frames;
+  std::vector<TCall> Frames;
   std::size_t FrameIndex = 0;
   std::vector<TVariable> Locals;
   TRegisterValues Registers;

@@ -27,7 +27,7 @@ void Check(const SBError& error, const char* what) {
   if (error.Fail()) throw EDebugError(fmt::format("{}: {}", what, Text(error.GetCString())));
 }
 
-TSourcePlace PlaceFrom(SBLineEntry entry) {
+TCodePlace PlaceFrom(SBLineEntry entry) {
   const SBFileSpec file = entry.GetFileSpec();
   if (!entry.IsValid() || !file.IsValid() || entry.GetLine() == 0) return {};
   std::string path(4096, '\0');
@@ -401,7 +401,7 @@ void TLldbBackend::WriteMemory(std::uint64_t address, std::string_view bytes) {
         fmt::format("Memory at ${:X} cannot be written: {}", address, Text(error.GetCString())));
 }
 
-TSourcePlace TLldbBackend::PlaceOf(std::uint64_t address) {
+TCodePlace TLldbBackend::PlaceOf(std::uint64_t address) {
   return PlaceFrom(Resolve(address).GetLineEntry());
 }
 

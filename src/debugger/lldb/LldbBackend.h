@@ -38,7 +38,7 @@ class TLldbBackend final : public TDebugBackend {
   TVariable Evaluate(const std::string& expression) override;
   void WriteRegister(const std::string& name, std::uint64_t value) override;
   void WriteMemory(std::uint64_t address, std::string_view bytes) override;
-  TSourcePlace PlaceOf(std::uint64_t address) override;
+  TCodePlace PlaceOf(std::uint64_t address) override;
   std::optional<std::uint64_t> AddressOf(const std::string& symbol) override;
 
  private:

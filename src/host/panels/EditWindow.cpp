@@ -17,6 +17,10 @@ namespace {
 
 constexpr int IndentWidth = 2;
 constexpr int MarginPadding = 2;  // characters beside the line numbers
+constexpr int MarkMargin = 1, MarkMarginWidth = 16;
+
+// Marks of lines, in the order in which they are drawn over each other.
+enum TLineMark { lmBreakpoint, lmExecution, lmExecutionLine };
 
 // What a tab's icon says.
 enum TMark { mkNone, mkReadOnly, mkModified };
@@ -52,7 +56,17 @@ TEditControl::TEditControl(TComponent* owner, QWidget* parent) : TControlOf(owne
   setUtf8(true);
   setFrameShape(QFrame::NoFrame);
   setMarginType(0, QsciScintilla::NumberMargin);
-  setMarginWidth(1, 4);
+  setMarginType(MarkMargin, QsciScintilla::SymbolMargin);
+  setMarginWidth(MarkMargin, MarkMarginWidth);
+  setMarginSensitivity(MarkMargin, true);
+  setMarginMarkerMask(MarkMargin, 1 << lmBreakpoint | 1 << lmExecution);
+  markerDefine(QsciScintilla::Circle, lmBreakpoint);
+  markerDefine(QsciScintilla::RightArrow, lmExecution);
+  markerDefine(QsciScintilla::Background, lmExecutionLine);
+  setMarkerBackgroundColor(QColor(0xC8, 0x32, 0x32), lmBreakpoint);
+  setMarkerForegroundColor(QColor(0xC8, 0x32, 0x32), lmBreakpoint);
+  setMarkerBackgroundColor(QColor(0x30, 0x80, 0xE0), lmExecution);
+  setMarkerForegroundColor(QColor(0x30, 0x80, 0xE0), lmExecution);
   setAutoIndent(true);
   setIndentationWidth(IndentWidth);
   setTabWidth(8);
@@ -207,6 +221,13 @@ void TEditWindow::ConnectEditor() {
   connect(FEditor, &QsciScintilla::linesChanged, this, [this] {
     FEditor->setMarginWidth(0,
                             QString(QString::number(FEditor->lines()).size() + MarginPadding, '0'));
+    MarksMoved();
+  });
+  connect(FEditor, &QsciScintilla::marginClicked, this, [this](int margin, int line) {
+    Guarded(this, [&] {
+      if (margin == MarkMargin && FShown != nullptr && OnMarginClick)
+        OnMarginClick(*FShown, line + 1);
+    });
   });
   connect(FTabs, &QTabBar::tabCloseRequested, this, [this](int index) {
     Guarded(this, [&] {
@@ -214,6 +235,32 @@ void TEditWindow::ConnectEditor() {
       if (page != nullptr && OnCloseRequest) OnCloseRequest(*page);
     });
   });
+}
+
+void TEditWindow::ShowMarks(const std::set<int>& breakpoints, int executionLine) {
+  FMarking = true;
+  FEditor->markerDeleteAll();
+  QColor line(0x30, 0x80, 0xE0);
+  const QColor base = palette().color(QPalette::Base);
+  line = QColor((line.red() + 3 * base.red()) / 4, (line.green() + 3 * base.green()) / 4,
+                (line.blue() + 3 * base.blue()) / 4);
+  FEditor->setMarkerBackgroundColor(line, lmExecutionLine);
+  for (const int number : breakpoints) FEditor->markerAdd(number - 1, lmBreakpoint);
+  if (executionLine > 0) {
+    FEditor->markerAdd(executionLine - 1, lmExecution);
+    FEditor->markerAdd(executionLine - 1, lmExecutionLine);
+  }
+  FMarking = false;
+}
+
+// Marks follow the text that they stand at.
+void TEditWindow::MarksMoved() {
+  if (FShown == nullptr || FShowing || FMarking || !OnMarksMoved) return;
+  std::set<int> lines;
+  int line = -1;
+  while ((line = FEditor->markerFindNext(line + 1, 1u << lmBreakpoint)) >= 0)
+    lines.insert(line + 1);
+  OnMarksMoved(*FShown, lines);
 }
 
 void TEditWindow::ModificationChanged(bool modified) {
@@ -311,6 +358,7 @@ void TEditWindow::ShowActivePage() {
   }
   FShowing = false;
   UpdateMarks();
+  if (OnMarksWanted) OnMarksWanted();
   if (OnPageChange) OnPageChange();
   if (OnStatusChange) OnStatusChange();
 }

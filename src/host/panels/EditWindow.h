@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <functional>
 #include <memory>
+#include <set>
 #include <vector>
 
 #include "host/documents/Highlighting.h"
@@ -132,6 +133,14 @@ class TEditWindow : public TForm {
   std::function<void()> OnPageChange;    // another page is active, or none
   std::function<void()> OnStatusChange;  // caret, insert mode, modified
   std::function<void(TEditPage&)> OnCloseRequest;
+  // A click beside the line numbers; lines from 1.
+  std::function<void(TEditPage&, int line)> OnMarginClick;
+  // Lines were added or removed: where the breakpoints stand now.
+  std::function<void(TEditPage&, const std::set<int>& lines)> OnMarksMoved;
+  // A page is shown, or none: its marks are wanted.
+  std::function<void()> OnMarksWanted;
+  // Marks lines of the active page: breakpoints, and where the program stands (0: nowhere here).
+  void ShowMarks(const std::set<int>& breakpoints, int executionLine);
   // Fills the local menu, which is empty.
   std::function<void(TPopupMenu&)> OnBuildMenu;
 
@@ -146,6 +155,7 @@ class TEditWindow : public TForm {
   void UpdateMarks();
   void UpdateMark(int index);
   void ModificationChanged(bool modified);
+  void MarksMoved();
 
   TEditTabs* FTabs;
   TEditControl* FEditor;
@@ -156,6 +166,7 @@ class TEditWindow : public TForm {
   std::vector<std::unique_ptr<TEditPage>> FPages;  // unordered
   TEditPage* FShown = nullptr;
   bool FShowing = false;
+  bool FMarking = false;
   int FUpdates = 0;
 };
 

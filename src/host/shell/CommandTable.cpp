@@ -174,6 +174,18 @@ void About(W&) {
              mtInformation, {mbOK});
 }
 
+// --- the program
+
+template <auto Method>
+void Debug(W& w) {
+  (w.Debugging().*Method)();
+}
+
+template <TStep Step>
+void StepProgram(W& w) {
+  w.Debugging().Step(Step);
+}
+
 // --- when commands are to be had
 
 bool HasPage(W& w) {
@@ -216,6 +228,26 @@ bool CanToggleForm(W& w) {
   return w.Views().ActiveDesigner() != nullptr || module->FormEditor() != nullptr;
 }
 
+bool CanRun(W& w) {
+  return w.Debugging().CanRun();
+}
+
+bool CanBuild(W& w) {
+  return HasProject(w) && !w.Debugging().Building();
+}
+
+bool ProgramRuns(W& w) {
+  return w.Debugging().Session().Running();
+}
+
+bool ProgramStopped(W& w) {
+  return w.Debugging().Session().Stopped();
+}
+
+bool ProgramActive(W& w) {
+  return w.Debugging().Session().Active();
+}
+
 bool CanUndo(W& w) {
   if (TypingField() != nullptr) return true;
   if (const TFormEditor* form = EditedForm(w))
@@ -235,7 +267,8 @@ constexpr auto InEditor = [](TEditControl& editor) { (editor.*Method)(); };
 constexpr auto SelectAll = [](TEditControl& editor) { editor.selectAll(); };
 
 constexpr char FileMenu[] = "&File", EditMenu[] = "&Edit", SearchMenu[] = "&Search",
-               ViewMenu[] = "&View", ProjectMenu[] = "&Project", ToolsMenu[] = "&Tools",
+               ViewMenu[] = "&View", ProjectMenu[] = "&Project", RunMenu[] = "&Run",
+               ToolsMenu[] = "&Tools",
                HelpMenu[] = "&Help";
 constexpr char Standard[] = "Standard", View[] = "View";
 
@@ -317,10 +350,42 @@ constexpr TCommand Table[] = {
     {ProjectMenu, 14, "ProjectCloseCommand", "&Close project", "", "close",
      "Close the project and its units", [](W& w) { w.Documents().CloseProject(); }, HasProject},
 
-    {ToolsMenu, 15, "ToolsLoadPackageCommand", "Load &package...", "", "package",
+    {ViewMenu, 12, "ViewProgramCommand", "P&rogram", "Ctrl+Alt+O", "info",
+     "Go to what the program writes", SwitchPanel<TProgramPanel>},
+    {ViewMenu, 12, "ViewCallStackCommand", "Call &stack", "Ctrl+Alt+S", "view",
+     "Go to the call stack and the local variables", SwitchPanel<TStackPanel>},
+    {ViewMenu, 12, "ViewCPUCommand", "&CPU", "Ctrl+Alt+C", "view",
+     "Go to code, registers and memory of the program", SwitchPanel<TCpuWindow>},
+
+    {RunMenu, 15, "RunBuildCommand", "&Build", "Ctrl+F9", "", "Build the project's program",
+     Debug<&TDebugging::Build>, CanBuild},
+    {RunMenu, 15, "RunRunCommand", "&Run", "F9", "", "Run the program, or let it go on",
+     Debug<&TDebugging::Run>, CanRun},
+    {RunMenu, 15, "RunParametersCommand", "&Parameters...", "", "",
+     "What the program is started with", Debug<&TDebugging::AskParameters>, HasProject},
+    {RunMenu, 15, "RunLoadCommand", "&Load program...", "", "",
+     "Run a program that was built elsewhere", Debug<&TDebugging::LoadProgram>},
+    {RunMenu, 15, "RunAttachCommand", "&Attach to process...", "", "",
+     "Debug a program that runs already", Debug<&TDebugging::AskAttach>},
+    {RunMenu, 16, "RunStepOverCommand", "Step &over", "F8", "", "Run one line",
+     StepProgram<TStep::Over>, ProgramStopped},
+    {RunMenu, 16, "RunTraceIntoCommand", "Trace &into", "F7", "",
+     "Run one line, into what it calls", StepProgram<TStep::Into>, ProgramStopped},
+    {RunMenu, 16, "RunUntilReturnCommand", "Run until re&turn", "Shift+F8", "",
+     "Run to the end of the function", StepProgram<TStep::Out>, ProgramStopped},
+    {RunMenu, 16, "RunToCursorCommand", "Run to &cursor", "F4", "", "Run to the line of the cursor",
+     Debug<&TDebugging::RunToCursor>, ProgramStopped},
+    {RunMenu, 17, "RunPauseCommand", "Pa&use", "", "", "Stop the program where it is",
+     Debug<&TDebugging::Pause>, ProgramRuns},
+    {RunMenu, 17, "RunResetCommand", "R&eset", "Ctrl+F2", "", "End the program",
+     Debug<&TDebugging::Reset>, ProgramActive},
+    {RunMenu, 18, "RunBreakpointCommand", "Toggle brea&kpoint", "F5", "",
+     "Stop at the line of the cursor, or no more", Debug<&TDebugging::ToggleBreakpoint>, HasPage},
+
+    {ToolsMenu, 19, "ToolsLoadPackageCommand", "Load &package...", "", "package",
      "Load a package of add-ins", LoadPackages},
 
-    {HelpMenu, 16, "HelpAboutCommand", "&About Wrenfold...", "", "info",
+    {HelpMenu, 20, "HelpAboutCommand", "&About Wrenfold...", "", "info",
      "Name, version and licence", About},
 };
 // clang-format on

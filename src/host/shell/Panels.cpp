@@ -3,6 +3,9 @@
 
 #include <QApplication>
 
+#include "host/debug/CpuWindow.h"
+#include "host/debug/ProgramPanel.h"
+#include "host/debug/StackPanel.h"
 #include "host/panels/MessagePanel.h"
 #include "host/panels/ProjectPanel.h"
 #include "host/panels/PropertyInspector.h"
@@ -21,12 +24,16 @@ struct TPanel {
   TForm* (*Make)(TForm& owner);
   Qt::DockWidgetArea Area;
   int Width, Height;  // at first, in device-independent pixels
+  bool Open;          // at first
 };
 // In the order in which those of one side stand below each other.
 constexpr TPanel Table[] = {
-    {Make<TProjectPanel>, Qt::LeftDockWidgetArea, 250, 210},
-    {Make<TPropertyInspector>, Qt::LeftDockWidgetArea, 250, 390},
-    {Make<TMessagePanel>, Qt::BottomDockWidgetArea, 600, 110},
+    {Make<TProjectPanel>, Qt::LeftDockWidgetArea, 250, 210, true},
+    {Make<TPropertyInspector>, Qt::LeftDockWidgetArea, 250, 390, true},
+    {Make<TMessagePanel>, Qt::BottomDockWidgetArea, 600, 110, true},
+    {Make<TProgramPanel>, Qt::BottomDockWidgetArea, 300, 110, false},
+    {Make<TStackPanel>, Qt::BottomDockWidgetArea, 300, 110, false},
+    {Make<TCpuWindow>, Qt::RightDockWidgetArea, 760, 500, false},
 };
 
 QDockWidget* Dock(TForm& panel, QMainWindow& window) {
@@ -47,6 +54,7 @@ TPanels::TPanels(TForm& owner, QMainWindow& window) {
     TForm* panel = FForms.emplace_back(row.Make(owner));
     docks.append(Dock(*panel, window));
     window.addDockWidget(row.Area, docks.back());
+    docks.back()->setVisible(row.Open);
     widths.append(row.Width);
     heights.append(row.Height);
   }

@@ -18,7 +18,7 @@ namespace wrenfold {
 namespace {
 
 // Raised when the panels are others than before: an old layout is then not taken.
-constexpr int LayoutVersion = 1;
+constexpr int LayoutVersion = 2;
 constexpr char GeometryKey[] = "Layout/Geometry", StateKey[] = "Layout/State";
 constexpr QSize FirstSize(1180, 720);
 
@@ -74,6 +74,8 @@ TWorkbench::TWorkbench()
       FEventHandlers(std::make_unique<TEventHandlers>(*FDocuments, *FViews)),
       FDiskWatch(std::make_unique<TDiskWatch>(*FDocuments, *FViews)),
       FSessions(std::make_unique<TSessions>(*FDocuments, *FEditWindow)),
+      FDebugging(std::make_unique<TDebugging>(TDebugging::TParts{
+          *FDocuments, *FViews, *FEditWindow, *FPanels, FDocuments->Settings()})),
       FCommands(std::make_unique<TCommands>(*this, *FWindow)),
       FServices(std::make_unique<TToolsServices>(TToolsServices::TEnvironment{
           *this, *FDocuments, FCommands->Menu(), FCommands->Actions(), FCommands->Images()})),
@@ -105,6 +107,7 @@ TWorkbench::TWorkbench()
 TWorkbench::~TWorkbench() {
   BeforeDestruction();
   FPackages.reset();
+  FDebugging.reset();
   FViews->Clear();
   FServices.reset();
 }

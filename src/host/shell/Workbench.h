@@ -12,6 +12,7 @@
 #include "host/panels/EditWindow.h"
 #include "host/panels/FindBar.h"
 #include "host/shell/Commands.h"
+#include "host/shell/Debugging.h"
 #include "host/shell/DocumentWindows.h"
 #include "host/shell/Packages.h"
 #include "host/shell/Panels.h"
@@ -49,6 +50,7 @@ class TWorkbench : public TForm {
   TMessagePanel& Messages() { return FPanels->Get<TMessagePanel>(); }
   QMainWindow& Window() { return *FWindow; }
 
+  TDebugging& Debugging() { return *FDebugging; }
   TCommands& Commands() { return *FCommands; }
   TPackages& Packages() { return *FPackages; }
   TToolsServices& Services() { return *FServices; }
@@ -83,6 +85,7 @@ class TWorkbench : public TForm {
   std::unique_ptr<TEventHandlers> FEventHandlers;
   std::unique_ptr<TDiskWatch> FDiskWatch;
   std::unique_ptr<TSessions> FSessions;
+  std::unique_ptr<TDebugging> FDebugging;
   std::unique_ptr<TCommands> FCommands;
   std::unique_ptr<TToolsServices> FServices;
   std::unique_ptr<TPackages> FPackages;

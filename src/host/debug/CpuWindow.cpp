@@ -1,0 +1,83 @@
+#include "host/debug/CpuWindow.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+#include "platform/widgets/Guard.h"
+#include "platform/widgets/Text.h"
+
+namespace wrenfold {
+
+const TTypeInfo& TCpuWindow::ClassInfo() {
+  static const TTypeInfo info = Publish<TCpuWindow>("TDisassemblyView", TForm::ClassInfo());
+  return info;
+}
+
+TCpuWindow::TCpuWindow(TComponent* owner, QWidget* parent) : TForm(owner, parent) {
+  SetName("DisassemblyView");
+  SetCaption("CPU");
+  setMinimumSize(200, 80);
+}
+
+void TCpuWindow::Serve(TDebugSession& session) {
+  FSession = &session;
+  FPlace = new QLineEdit(this);
+  FPlace->setObjectName("CpuPlace");
+  FPlace->setPlaceholderText(tr("Go to: address, symbol or register"));
+  FPlace->setAccessibleName(tr("Go to"));
+  FPlace->setToolTip(
+      tr("Shows the code at an address or symbol, the memory at a register's value"));
+  connect(FPlace, &QLineEdit::returnPressed, this, [this] { Guarded(this, [&] { GoTo(); }); });
+  auto* columns = new QSplitter(Qt::Horizontal, this);
+  auto* left = new QSplitter(Qt::Vertical, columns);
+  FCode = new TDisassemblyPane(this, left, session);
+  FDump = new TDumpPane(this, left, session);
+  auto* right = new QSplitter(Qt::Vertical, columns);
+  auto* values = new QSplitter(Qt::Horizontal, right);
+  FRegisters = new TRegisterPane(this, values, session);
+  FFlags = new TFlagsPane(this, values, session);
+  FStack = new TStackPane(this, right, session);
+  left->setSizes({300, 120});
+  right->setSizes({300, 120});
+  values->setSizes({200, 90});
+  columns->setSizes({480, 290});
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(FPlace);
+  column->addWidget(columns, 1);
+  setFocusProxy(FCode);
+  session.Listen([this] { Update(); });
+  Update();
+}
+
+bool TCpuWindow::HasFocus() const {
+  return isAncestorOf(QApplication::focusWidget());
+}
+
+void TCpuWindow::Update() {
+  FCode->Update();
+  FRegisters->Update();
+  FFlags->Update();
+  FDump->Update();
+  FStack->Update();
+}
+
+void TCpuWindow::GoTo() {
+  const std::string text = FromQString(FPlace->text().trimmed());
+  const TProcessor* processor = FSession->Now().Processor;
+  if (text.empty() || processor == nullptr) return;
+  if (const TRegisterRow* row = processor->FindRegister(text))
+    return FDump->GoTo(FSession->Now().Register(row->Name));
+  bool number = false;
+  QString digits = FPlace->text().trimmed();
+  if (digits.startsWith('$')) digits.remove(0, 1);
+  const std::uint64_t address = digits.toULongLong(&number, 16);
+  if (number) return FCode->GoTo(address);
+  FSession->Debugger().FindSymbol(text, [this](std::uint64_t found) { FCode->GoTo(found); });
+}
+
+}  // namespace wrenfold
