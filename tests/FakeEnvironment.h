@@ -12,13 +12,14 @@
 #include "platform/widgets/Menus.h"
 #include "platform/widgets/MessageDialogs.h"
 #include "platform/widgets/TabControl.h"
+#include "platform/widgets/ToolBar.h"
 
 namespace wrenfold {
 
 class TFakeModule;
 
 // Counts how often each editor was shown.
-class TFakeSourceEditor : public TInterfacedObject<IOTASourceEditor> {
+class TFakeSourceEditor : public TInterfacedObject<IOTASourceEditor, IOTATextWriter> {
  public:
   TFakeSourceEditor(TFakeModule* module, std::string fileName)
       : FileName(std::move(fileName)), FModule(module) {}
@@ -35,9 +36,15 @@ class TFakeSourceEditor : public TInterfacedObject<IOTASourceEditor> {
   int GetEditViewCount() override { return Views; }
   IOTAEditView* GetEditView(int) override { return nullptr; }
   int GetLinesInBuffer() override { return 0; }
-  std::string GetText(std::int64_t, std::int64_t) override { return {}; }
+  std::string GetText(std::int64_t position, std::int64_t count) override {
+    return Text.substr(std::min(static_cast<std::size_t>(position), Text.size()),
+                       static_cast<std::size_t>(count));
+  }
+  void Replace(std::int64_t position, std::int64_t count, const std::string& text) override {
+    Text.replace(static_cast<std::size_t>(position), static_cast<std::size_t>(count), text);
+  }
 
-  std::string FileName;
+  std::string FileName, Text;
   int Views = 1;
   int Shown = 0;
   bool Modified = false;
@@ -51,10 +58,11 @@ class TFakeDesigner : public TInterfacedObject<IDesigner> {
  public:
   explicit TFakeDesigner(TComponent* root) : Root(root) {}
   TComponent* GetRoot() override { return Root; }
-  std::vector<TComponent*> GetSelections() override { return {}; }
-  void SetSelections(const std::vector<TComponent*>&) override {}
+  std::vector<TComponent*> GetSelections() override { return Selected; }
+  void SetSelections(const std::vector<TComponent*>& components) override { Selected = components; }
   TForm* GetDesignerForm() override { return nullptr; }
   TComponent* Root;
+  std::vector<TComponent*> Selected;
 };
 
 class TFakeFormEditor : public TInterfacedObject<IOTAFormEditor, INTAFormEditor> {
@@ -65,15 +73,23 @@ class TFakeFormEditor : public TInterfacedObject<IOTAFormEditor, INTAFormEditor>
   bool GetModified() override { return false; }
   IOTAModule* GetModule() override { return nullptr; }
   void MarkModified() override {}
-  void Show() override { ++Shown; }
-  int AddNotifier(IOTANotifier*) override { return -1; }
-  void RemoveNotifier(int) override {}
+  void Show() override {
+    ++Shown;
+    if (OnShow) OnShow();
+  }
+  int AddNotifier(IOTANotifier* notifier) override {
+    Notifier = TIntf<IOTANotifier>(notifier);
+    return 0;
+  }
+  void RemoveNotifier(int) override { Notifier = nullptr; }
   TComponent* GetRootComponent() override { return Designer->Root; }
   TComponent* FindComponent(const std::string&) override { return nullptr; }
   IDesigner* GetFormDesigner() override { return Designer.get(); }
 
   std::string FileName;
   int Shown = 0;
+  std::function<void()> OnShow;
+  TIntf<IOTANotifier> Notifier;
   TIntf<TFakeDesigner> Designer;
 };
 
@@ -91,7 +107,10 @@ class TFakeModuleOf : public TInterfacedObject<Interface> {
   IOTAProject* GetOwner(int) override { return Project; }
   bool Close() override { return OnClose ? OnClose() : true; }
   bool CloseModule(bool) override { return Close(); }
-  bool Save(bool, bool) override { return true; }
+  bool Save(bool, bool) override {
+    ++Saved;
+    return true;
+  }
   int AddNotifier(IOTANotifier*) override { return -1; }
   void RemoveNotifier(int) override {}
 
@@ -99,6 +118,7 @@ class TFakeModuleOf : public TInterfacedObject<Interface> {
   std::vector<TIntf<IOTAEditor>> Editors;
   IOTAProject* Project = nullptr;
   std::function<bool()> OnClose;
+  int Saved = 0;
 };
 
 class TFakeModule : public TFakeModuleOf<IOTAModule> {
@@ -120,7 +140,11 @@ class TFakeModuleInfo : public TInterfacedObject<IOTAModuleInfo> {
   std::string GetFileName() override { return File; }
   std::string GetFormName() override { return Form; }
   std::string GetDesignClass() override { return DesignClass; }
-  IOTAModule* OpenModule() override { return Module.get(); }
+  IOTAModule* OpenModule() override {
+    if (OnOpen) OnOpen();
+    return Module.get();
+  }
+  std::function<void()> OnOpen;
   std::string File, Unit, Form, DesignClass;
   TIntf<IOTAModule> Module;
 };
@@ -145,6 +169,7 @@ class TFakeEditor : public TControlOf<QLineEdit> {
 class TFakeEnvironment : public INTAServices,
                          public IOTAModuleServices,
                          public IOTAActionServices,
+                         public IOTADesignCapabilities,
                          public TComponent {
  public:
   TFakeEnvironment() {
@@ -186,7 +211,9 @@ class TFakeEnvironment : public INTAServices,
   }
 
   HResult QueryInterface(const TGuid& iid, void** result) override {
-    return QueryAmong<INTAServices, IOTAModuleServices, IOTAActionServices>(this, iid, result);
+    if (iid == IOTADesignCapabilities::IID && Designed.Empty()) return E_NOINTERFACE;
+    return QueryAmong<INTAServices, IOTAModuleServices, IOTAActionServices, IOTADesignCapabilities>(
+        this, iid, result);
   }
   int _AddRef() override { return -1; }
   int _Release() override { return -1; }
@@ -194,10 +221,15 @@ class TFakeEnvironment : public INTAServices,
   TMainMenu* GetMainMenu() override { return MainMenu; }
   TActionList* GetActionList() override { return Actions; }
   TImageList* GetImageList() override { return Images; }
-  TToolBar* GetToolBar(const std::string&) override { return nullptr; }
+  TToolBar* GetToolBar(const std::string& name) override {
+    return ToolBar != nullptr && ToolBar->Name() == name ? ToolBar : nullptr;
+  }
+  TDesignedKinds GetDesignedKinds() override { return Designed; }
   int AddMasked(const QIcon& icon) override { return Images->Add(icon); }
 
-  IOTAModule* CurrentModule() override { return Modules.empty() ? nullptr : Modules[0].get(); }
+  IOTAModule* CurrentModule() override {
+    return Modules.empty() ? nullptr : Modules[static_cast<std::size_t>(ActiveModule)].get();
+  }
   int GetModuleCount() override { return static_cast<int>(Modules.size()); }
   IOTAModule* GetModule(int index) override {
     return Modules[static_cast<std::size_t>(index)].get();
@@ -255,7 +287,10 @@ class TFakeEnvironment : public INTAServices,
   TTabControl* Tabs;
   TFakeEditor* Editor;
   TPopupMenu* LocalMenu;
+  TToolBar* ToolBar = nullptr;
+  TDesignedKinds Designed;  // of no kind: the environment cannot even be asked
   std::vector<TIntf<IOTAModule>> Modules;
+  int ActiveModule = 0;
   TIntf<TFakeProject> Project;
   std::vector<std::unique_ptr<TObject>> PageData;
   std::vector<std::string> OpenedFiles, Log;

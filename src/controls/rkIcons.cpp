@@ -13,6 +13,13 @@ struct TSuiteDrawing {
 };
 
 constexpr TSuiteDrawing Drawings[] = {
+    {siViewUnits,
+     "s M 3 1.5 L 10 1.5 L 13 4.5 L 13 14.5 L 3 14.5 Z M 10 1.5 L 10 4.5 L 13 4.5 a M 5.5 7.5 L "
+     "10.5 "
+     "7.5 M 5.5 10 L 10.5 10 M 5.5 12.5 L 8.5 12.5"},
+    {siViewForms,
+     "s M 1.5 2.5 L 14.5 2.5 L 14.5 13.5 L 1.5 13.5 Z M 1.5 5.5 L 14.5 5.5 a M 4 8 L 7.5 8 M 9 8 L "
+     "12 8 M 9 11 L 12 11"},
     {siAbout, "s C 8 8 6.5 a M 8 7 L 8 11.5 M 8 4.2 L 8 4.8"},
     {siUnitManager,
      "s M 2.5 1.5 L 13.5 1.5 L 13.5 14.5 L 2.5 14.5 Z a M 5 4.5 L 11 4.5 M 5 8 L 11 8 M 5 11.5 L 9 "

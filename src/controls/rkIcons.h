@@ -7,6 +7,8 @@ namespace wrenfold {
 
 // Numbers of pictures, as menus and tool bars of the suite refer to them.
 enum TSuiteImage : int {
+  siViewUnits = 20,
+  siViewForms = 21,
   siAbout = 50,
   siUnitManager = 61,
   siExit = 100,

@@ -177,6 +177,13 @@ TComponent* GetFormFromEditor(IOTAEditor* editor, TProjectFormTypes types) {
   return types.Contains(pfkQuickRep) && isReport ? root : nullptr;
 }
 
+QWidget* GetDesignedWindow(IOTAFormEditor* editor) {
+  if (QWidget* window = WidgetOf(GetFormFromEditor(editor))) return window;
+  const auto designer = GetActiveFormDesigner(editor);
+  const auto drawn = Supports<INTADesignWindow>(designer.get());
+  return drawn ? drawn->GetRootWindow() : nullptr;
+}
+
 void GetProjectForms(std::vector<TComponent*>& list, TProjectFormTypes types) {
   GetProjectForms(list, types, false);
 }

@@ -30,8 +30,10 @@ using TSourceEditors = std::vector<TIntf<IOTASourceEditor>>;
 using TEditors = std::vector<TIntf<IOTAEditor>>;
 using TModuleInfos = std::vector<TIntf<IOTAModuleInfo>>;
 
-// A notifier that does nothing; the experts derive theirs and override what they need.
-class TNotifierObject : public TInterfacedObject<IOTANotifier> {
+// A notifier that does nothing; the experts derive theirs, of one of the kinds of notifiers, and
+// override what they need.
+template <class Notifier = IOTANotifier>
+class TNotifierObject : public TInterfacedObject<Notifier> {
  public:
   void AfterSave() override {}
   void BeforeSave() override {}
@@ -61,6 +63,10 @@ TComponent* GetFormFromEditor(IOTAEditor* editor);
 // The same when it is of one of the types. Frames are never answered, even when pfkFrame is asked
 // for.
 TComponent* GetFormFromEditor(IOTAEditor* editor, TProjectFormTypes types);
+
+// The window that shows the designed root: the root itself when it is one, else what its designer
+// draws it in. Null for a root without a window. It belongs to the environment.
+QWidget* GetDesignedWindow(IOTAFormEditor* editor);
 
 // The designed roots of the active project's modules, in project order: those of open modules, and
 // with openAll also of the others, which are opened for it.

@@ -55,8 +55,8 @@ enum TStringId : int {
   sExpertsGroupDefined = 51002,
   sExpertsNameDefined = 51003,
   sExpertsClassDefined = 51004,
-  // Captions of windows, buttons and menus. 51030 to 51038, 51062 to 51064, 51071 and 51107 to
-  // 51113 are numbers of our own.
+  // Captions of windows, buttons and menus. 51030 to 51039, 51044 to 51047, 51062 to 51064, 51071
+  // and 51107 to 51113 are numbers of our own.
   sCPUFormCaption = 51009,
   sUnitFormCaption = 51010,
   sCancel = 51011,
@@ -78,10 +78,15 @@ enum TStringId : int {
   sActivePage = 51036,
   sUnsavedPage = 51037,
   sViewOfUnit = 51038,
+  sModuleNotOpened = 51039,
   sViewForms = 51040,
   sViewUnits = 51041,
   sViewCPUData = 51042,
   sUnitManager = 51043,
+  sModeForms = 51044,
+  sModeUnits = 51045,
+  sTypeToFilter = 51046,
+  sPreviewName = 51047,
   sSettings = 51049,
   sEditSettings = 51050,
   sLoadDefault = 51051,

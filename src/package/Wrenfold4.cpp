@@ -2,6 +2,8 @@
 #include <array>
 #include <exception>
 
+#include "experts/rkFormView.h"
+#include "experts/rkInspView.h"
 #include "experts/rkUnitMng.h"
 #include "locale/rkLocale.h"
 #include "manager/rkErrorLog.h"
@@ -35,6 +37,8 @@ constexpr std::array Units{
     TUnitRow{nullptr, &FreeLocale},
     TUnitRow{&InitStorage, &DoneStorage},
     TUnitRow{[] { InitExpManager(); }, &DoneExpManager},
+    TUnitRow{&RegisterFormView, nullptr},
+    TUnitRow{&RegisterInspectorView, nullptr},
     TUnitRow{&RegisterUnitManager, nullptr},
 };
 

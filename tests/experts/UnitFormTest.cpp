@@ -291,9 +291,9 @@ TEST_F(UnitForm, NarrowsWhileOneTypesAndKeepsTheFilterInSight) {
   EXPECT_EQ(ListTexts(), "MainUnit DataMain");
   EXPECT_EQ(Form->FilterBox()->count(), 0) << "half a word in the history";
   EXPECT_TRUE(Form->FilterBox()->hasFocus() || Form->FilterBox()->lineEdit()->hasFocus());
-  EXPECT_EQ(Form->Caption(), "Unit manager, filtered: mai");
+  EXPECT_EQ(Form->Caption(), "Filter: mai - Unit manager");
   Press(Qt::Key_Backspace);
-  EXPECT_EQ(Form->Caption(), "Unit manager, filtered: ma");
+  EXPECT_EQ(Form->Caption(), "Filter: ma - Unit manager");
   Press(Qt::Key_Escape);
   EXPECT_FALSE(Form->FilterPanelShown());
   EXPECT_EQ(ListTexts(), "MainUnit DataMain");

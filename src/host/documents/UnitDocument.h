@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "host/documents/Highlighting.h"
+#include "platform/source/Highlighting.h"
 #include "project/TextFile.h"
 
 class QsciScintilla;

@@ -11,7 +11,7 @@
 #include <set>
 #include <vector>
 
-#include "host/documents/Highlighting.h"
+#include "platform/source/Highlighting.h"
 #include "host/documents/Modules.h"
 #include "platform/widgets/Forms.h"
 #include "platform/widgets/Menus.h"

@@ -9,6 +9,7 @@
 #include "platform/core/text/Values.h"
 
 class QIcon;
+class QWidget;
 
 namespace wrenfold {
 
@@ -277,6 +278,38 @@ class INTAServices : public IInterface {
   virtual TToolBar* GetToolBar(const std::string& name) = 0;
   // Adds a picture to the environment's list and answers its index there.
   virtual int AddMasked(const QIcon& image) = 0;
+};
+
+enum TDesignedKind : std::uint8_t { dkTextForms, dkFrames };
+using TDesignedKinds = TSet<TDesignedKind>;
+
+// What the environment designs beside forms in binary files. Asked of BorlandIDEServices; an
+// environment without it designs neither of the kinds.
+class IOTADesignCapabilities : public IInterface {
+ public:
+  static constexpr TGuid IID{0x57524E18, 0x4F54, 0x4101, {0x90, 1, 0x57, 0x52, 0x45, 0x4E, 0, 24}};
+  virtual TDesignedKinds GetDesignedKinds() = 0;
+};
+
+// The window that a designed root is drawn in; asked of a designer whose root is no window itself.
+class INTADesignWindow : public IInterface {
+ public:
+  static constexpr TGuid IID{0x57524E19, 0x4F54, 0x4101, {0x90, 1, 0x57, 0x52, 0x45, 0x4E, 0, 25}};
+  // In the size of the designed form, without a parent of its own, made hidden at the first call;
+  // null for a root that has no window, as a data module. It belongs to the designer. Who shows it
+  // elsewhere sets its parent, hides it afterwards and sets its parent to null: the designer then
+  // has it back. While it has a foreign parent it is inert and no form of the screen, and when that
+  // parent is destroyed it comes back as well.
+  virtual QWidget* GetRootWindow() = 0;
+};
+
+// Changes the text of a source editor; asked of the editor. Without it the text can only be read.
+class IOTATextWriter : public IInterface {
+ public:
+  static constexpr TGuid IID{0x57524E1A, 0x4F54, 0x4101, {0x90, 1, 0x57, 0x52, 0x45, 0x4E, 0, 26}};
+  // Puts the text (UTF-8) in the place of count bytes from the position on, counted as GetText
+  // does; one step of the editor's undo. A range outside the text is cut to it.
+  virtual void Replace(std::int64_t position, std::int64_t count, const std::string& text) = 0;
 };
 
 // Every service of the environment, by Supports<INTAServices>(BorlandIDEServices) and so on. Set

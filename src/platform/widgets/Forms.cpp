@@ -18,6 +18,7 @@ namespace wrenfold {
 
 namespace {
 
+// Without the first, desktops add the buttons that they like.
 constexpr Qt::WindowFlags TitleBar = Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                      Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
 

@@ -1,5 +1,5 @@
 // Gives lexers their colours from one table a language.
-#include "host/documents/Highlighting.h"
+#include "platform/source/Highlighting.h"
 
 #include <Qsci/qscilexercpp.h>
 #include <Qsci/qscilexerpascal.h>
