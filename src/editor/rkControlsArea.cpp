@@ -83,6 +83,7 @@ TControlsArea::TControlsArea(QWidget* parent)
   FScroll->setFocusPolicy(Qt::NoFocus);
   FTrackLine->hide();
   FHeader->viewport()->installEventFilter(this);
+  FScroll->viewport()->installEventFilter(this);
   connect(FHeader, &QHeaderView::sectionResized, this, [this](int section, int, int width) {
     Guarded(nullptr, [&] { SectionDragged(section, width); });
   });
@@ -327,11 +328,6 @@ TControlInfo* TControlsArea::RowOfLabel(const QObject* label) const {
   return nullptr;
 }
 
-void TControlsArea::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
-  if (!FColumns.empty()) Arrange(FRows);
-}
-
 void TControlsArea::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   if (event->type() == QEvent::FontChange && !FColumns.empty()) Arrange(FRows);
@@ -339,7 +335,10 @@ void TControlsArea::changeEvent(QEvent* event) {
 
 bool TControlsArea::eventFilter(QObject* watched, QEvent* event) {
   if (watched == FHeader->viewport() && event->type() == QEvent::MouseButtonRelease) DragEnded();
-  TControlInfo* row = watched != FHeader->viewport() ? RowOfLabel(watched) : nullptr;
+  // A scroll bar that appears takes room from the rows.
+  if (watched == FScroll->viewport() && event->type() == QEvent::Resize && !FColumns.empty())
+    Arrange(FRows);
+  TControlInfo* row = RowOfLabel(watched);
   if (row == nullptr) return QWidget::eventFilter(watched, event);
   switch (event->type()) {
     case QEvent::ToolTip:

@@ -65,7 +65,6 @@ class TControlsArea : public QWidget {
   std::function<bool(TControlInfo& row)> OnResizeControl;
 
  protected:
-  void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
 

@@ -28,7 +28,13 @@ void TSpcBaseline::Map(const TPersistent& root) {
   MapObject(root, {FStored.get(), defaults});
 }
 
+void TSpcBaseline::SetDefault(const TPersistent& instance, const TPropInfo& property,
+                              TPropImage value) {
+  FOwnDefaults.insert_or_assign({&instance, &property}, std::move(value));
+}
+
 void TSpcBaseline::Clear() {
+  FOwnDefaults.clear();
   FStored.reset();
   FImages.clear();
 }
@@ -85,6 +91,8 @@ const TPropImage* TSpcBaseline::TableDefault(const TPropInfo& property) const {
 
 const TPropImage* TSpcBaseline::Default(const TPersistent& instance,
                                         const TPropInfo& property) const {
+  const auto own = FOwnDefaults.find({&instance, &property});
+  if (own != FOwnDefaults.end()) return &own->second;
   const auto found = FImages.find(&instance);
   const TObjectImage* image = found != FImages.end() ? found->second.Default : nullptr;
   const TPropImage* value = image != nullptr ? image->Find(property) : nullptr;

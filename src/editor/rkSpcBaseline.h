@@ -1,6 +1,7 @@
 // What the values of an edited object are compared with: the stored ones and the defaults.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <unordered_map>
@@ -22,6 +23,8 @@ class TSpcBaseline {
   // Finds the counterparts anew, after objects were added, deleted or moved.
   void Map(const TPersistent& root);
   void Clear();
+  // The default of one value, whatever the defaults of the root are.
+  void SetDefault(const TPersistent& instance, const TPropInfo& property, TPropImage value);
 
   // The root's stored image; null before the first Store.
   const TObjectImage* StoredRoot() const { return FStored.get(); }
@@ -44,6 +47,7 @@ class TSpcBaseline {
   std::shared_ptr<const TObjectImage> FDefaults, FStored;
   std::unordered_map<const TTypeInfo*, std::shared_ptr<const TObjectImage>> FFresh;
   std::unordered_map<const TPersistent*, TImages> FImages;
+  std::map<std::pair<const TPersistent*, const TPropInfo*>, TPropImage> FOwnDefaults;
   mutable std::unordered_map<const TPropInfo*, TPropImage> FTableDefaults;
 };
 

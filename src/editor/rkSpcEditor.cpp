@@ -207,6 +207,7 @@ void TSpcEditor::TreeChanged() {
     throw;
   }
   FBaseline.SetDefaults(RootDefaults());
+  PrepareBaseline(FBaseline);
   SetBaseline();
   FSearch.SetTree(FTop.get());
   FForm->Tree().Model().SetTop(FTop.get());

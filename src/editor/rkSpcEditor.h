@@ -196,6 +196,10 @@ class TSpcEditor : public TComponent {
   void SetHeaderFont(TFont* font);
   bool HasHeaderFont() const { return FHasHeaderFont; }
 
+  // The components that a property may refer to; empty: those that belong with the instance.
+  std::function<std::vector<TComponent*>(const TPersistent& instance, const TPropInfo& property)>
+      Candidates;
+
   TAfterSaveSpcEvent AfterSaveSpc;
   TBeforeSaveSpcEvent BeforeSaveSpc;
   TCollectionChangeEvent OnCollectionChange;
@@ -230,6 +234,11 @@ class TSpcEditor : public TComponent {
   virtual void WriteSpc(const std::string& fileName, TObjectStorageFormat format);
   // The defaults of the whole; null: those of fresh objects.
   virtual std::shared_ptr<const TObjectImage> RootDefaults() const { return nullptr; }
+
+  // May give single values other defaults.
+  virtual void PrepareBaseline(TSpcBaseline&) {}
+  // Whether closing stores the placement of the window.
+  virtual bool AutoSaveParams() const { return FormOptions.Contains(foAutoSaveParams); }
 
   // The factory.
   virtual const TRowRule* RowRule(const TPropInfo& property) const;

@@ -57,6 +57,8 @@ bool TSpcEditor::LoadFromFile(const std::string& fileName, bool askOnErrors) {
     if (loaded == nullptr) return LoadInPlace(fileName, askOnErrors);
     FFormat = GetInitData().LoadSpc(loaded, fileName, askOnErrors, false);
     *FRootVariable = std::move(loaded);
+  } catch (const EAbort&) {
+    return false;  // the user does not want it
   } catch (...) {
     return ShowError(sSpcLoadError, fileName);
   }

@@ -41,6 +41,7 @@ TRowContext TSpcEditor::RowContext(QWidget* parent) const {
   TRowContext context;
   context.Owner = const_cast<TSpcEditor*>(this);
   context.Parent = parent;
+  context.Candidates = Candidates;
   context.HotKeyConflict = [this](TShortCut shortCut, const TPersistent& instance,
                                   const TPropInfo& property) {
     return HotKeyConflict(shortCut, instance, property);

@@ -201,6 +201,17 @@ void TSpcForm::MakeToolBar() {
   }
 }
 
+void TSpcForm::AddCommand(const char* name, int textId, int image, TNotifyEvent run) {
+  if (FCommands.empty()) FToolBar->AddSeparator();
+  auto* action = new TAction(this);
+  action->SetName(name);
+  action->SetImageIndex(FActionImages->Add(SuiteIcon(image)));
+  action->OnExecute = run;
+  action->SetActionList(FActions);
+  FToolBar->AddButton(action);
+  FCommands.push_back({action, textId});
+}
+
 QWidget* TSpcForm::MakeTreePane() {
   auto* pane = new QWidget;
   auto* layout = new QVBoxLayout(pane);
@@ -294,6 +305,10 @@ void TSpcForm::Retranslate() {
     const std::string hint = LocaleStr(row.HintId);
     action->SetCaption(hint);
     action->SetHint(hint + " (" + ShortCutToText(action->ShortCut()) + ")");
+  }
+  for (const TCommand& command : FCommands) {
+    command.Action->SetCaption(LocaleStr(command.TextId));
+    command.Action->SetHint(LocaleStr(command.TextId));
   }
   const auto name = [](QWidget* widget, int textId) {
     const QString text = ToQString(LocaleStr(textId));
@@ -420,7 +435,7 @@ void TSpcForm::DoShow() {
 void TSpcForm::DoClose(TCloseAction& action) {
   FEditor.FClosing = true;
   FPrepare.stop();
-  WriteSetting(FEditor.FormOptions.Contains(foAutoSaveParams));
+  WriteSetting(FEditor.AutoSaveParams());
   TForm::DoClose(action);
   action = caFree;
   FEditor.FForm.clear();

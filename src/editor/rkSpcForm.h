@@ -38,6 +38,8 @@ class TSpcForm : public TForm {
 
   // Texts in the language in force.
   void Retranslate();
+  // A command of the editor's owner, at the end of the tool bar, by the number of its text.
+  void AddCommand(const char* name, int textId, int image, TNotifyEvent run);
   // The number of properties, and what the selected node is.
   void SetPanels(const std::string& properties, const std::string& node);
   std::string Panel(int index) const;
@@ -61,6 +63,11 @@ class TSpcForm : public TForm {
  private:
   struct TActionRow;
   static const TActionRow ActionRows[];
+
+  struct TCommand {
+    TAction* Action;
+    int TextId;
+  };
 
   void MakeActions();
   void MakeToolBar();
@@ -95,6 +102,7 @@ class TSpcForm : public TForm {
   QPushButton* FUndoEntry = nullptr;
   QStatusBar* FStatus = nullptr;
   QLabel* FPanels[2] = {};
+  std::vector<TCommand> FCommands;
   QTimer FPrepare;
   bool FLoaded = false;
   std::string FPlacement;

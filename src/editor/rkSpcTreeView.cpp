@@ -47,6 +47,12 @@ TTreeNode* TSpcTreeModel::NodeAt(const QModelIndex& index) {
   return static_cast<TTreeNode*>(index.internalPointer());
 }
 
+bool TSpcTreeModel::Holds(const TTreeNode* node) const {
+  bool found = false;
+  if (FTop != nullptr) ForEachNode(*FTop, [&](const TTreeNode& each) { found |= &each == node; });
+  return found;
+}
+
 QModelIndex TSpcTreeModel::IndexOf(const TTreeNode* node) const {
   if (node == nullptr || node->Parent == nullptr) return {};
   const auto& shown = node->Parent->Shown;
@@ -227,7 +233,7 @@ void TTreeView::ChangeNodes(const std::function<void()>& change) {
   FModel.EndChange();
   if (filtered) expandAll();
   else Open(open);
-  setCurrentIndex(FModel.IndexOf(selected));
+  setCurrentIndex(FModel.Holds(selected) ? FModel.IndexOf(selected) : QModelIndex());
   FChanging = false;
 }
 
@@ -243,7 +249,7 @@ void TTreeView::SetFilter(TSpcTreeModel::TLetsThrough filter) {
   FModel.SetFilter(std::move(filter));
   if (filtered) expandAll();
   else Open(FOpenUnfiltered);
-  if (!filtered) selected = FSelectedUnfiltered;
+  if (!filtered && FModel.Holds(FSelectedUnfiltered)) selected = FSelectedUnfiltered;
   setCurrentIndex(FModel.IndexOf(selected));
   FChanging = false;
   if (currentIndex().isValid()) scrollTo(currentIndex());

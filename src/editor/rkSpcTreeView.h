@@ -29,6 +29,8 @@ class TSpcTreeModel : public QAbstractItemModel {
   void NodeChanged(TTreeNode& node);
 
   static TTreeNode* NodeAt(const QModelIndex& index);
+  // Looks by address alone: the node may have gone.
+  bool Holds(const TTreeNode* node) const;
   // Invalid for a node that is not shown.
   QModelIndex IndexOf(const TTreeNode* node) const;
 
@@ -67,8 +69,7 @@ class TTreeView : public TControlOf<QTreeView> {
   void Select(TTreeNode* node);
   // While the filter is on, nodes above hits stand open.
   void SetFilter(TSpcTreeModel::TLetsThrough filter);
-  // Runs a change of the nodes and keeps folding and selection of those that stay. `gone` tells of
-  // a node that does not.
+  // Runs a change of the nodes and keeps folding and selection of those that stay.
   void ChangeNodes(const std::function<void()>& change);
   // The node, with all descendants or alone.
   void Fold(TTreeNode& node, bool open, bool descendants);

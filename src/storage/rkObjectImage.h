@@ -34,8 +34,9 @@ class TPropImage {
   TPropImage() = default;
   TPropImage(const TPersistent& instance, const TPropInfo& property,
              const TLeavesOut& leavesOut = {});
-  // An ordinal that no object holds, such as the default of a property table.
+  // A value that no object holds, such as the default of a property table.
   explicit TPropImage(std::int32_t ordinal) : FValue(ordinal) {}
+  explicit TPropImage(std::string text) : FValue(std::move(text)) {}
 
   const TValue& Value() const { return FValue; }
   // The image of an object property; null for every other kind and for a property without object.
