@@ -10,7 +10,9 @@ namespace wrenfold {
 const TTypeInfo& TExpertInfo::ClassInfo() {
   static const TTypeInfo info = Publish<TExpertInfo>("TExpertInfo", TSpcItem::ClassInfo())
                                     .Prop("ExpertName", &TExpertInfo::ExpertName)
-                                    .Prop("Active", &TExpertInfo::Active);
+                                    .Label(sLabelExpertName)
+                                    .Prop("Active", &TExpertInfo::Active)
+                                    .Label(sLabelActive);
   return info;
 }
 
@@ -35,11 +37,16 @@ std::string TActiveExperts::GetNodeName() const {
 const TTypeInfo& TExpMenuItemData::ClassInfo() {
   static const TTypeInfo info = Publish<TExpMenuItemData>("TExpMenuItemData", TSpcItem::ClassInfo())
                                     .Prop("ItemID", &TExpMenuItemData::ItemID)
+                                    .Label(sLabelItemID)
                                     .Prop("HaveLineBefore", &TExpMenuItemData::HaveLineBefore)
+                                    .Label(sMenuItemSeparator)
                                     .Prop("ShortCutText", &TExpMenuItemData::ShortCutText)
+                                    .Label(sMenuItemHotkeys)
                                     .Prop("Caption", &TExpMenuItemData::Caption)
+                                    .Label(sMenuItemText)
                                     .StoredWhen(&TExpMenuItemData::CaptionIsUsers)
-                                    .Prop("ImageIndex", &TExpMenuItemData::ImageIndex);
+                                    .Prop("ImageIndex", &TExpMenuItemData::ImageIndex)
+                                    .Label(sMenuItemPicture);
   return info;
 }
 
@@ -153,7 +160,9 @@ const TTypeInfo& TEditorFormData::ClassInfo() {
   static const TTypeInfo info =
       Publish<TEditorFormData>("TEditorFormData", TSpcObject::ClassInfo())
           .Prop("AutoSaveSetting", &TEditorFormData::AutoSaveSetting)
+          .Label(sLabelAutoSaveSetting)
           .Prop("SaveSettingShortCut", &TEditorFormData::SaveSettingShortCut)
+          .Label(sLabelSaveSettingShortCut)
           .Prop("Setting", &TEditorFormData::Setting);
   return info;
 }

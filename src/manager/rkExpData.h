@@ -65,10 +65,11 @@ class TExpMenuItemData : public TSpcItem {
   // From here on the caption is the expert's own, in the language in force: it is stored only
   // after the user gave the command another one, so that a caption never outlives its language.
   void TakeCaptionAsOwn() { FOwnCaption = Caption; }
+  const std::string& OwnCaption() const { return FOwnCaption; }
 
   std::string ItemID;  // the key
   bool HaveLineBefore = false;
-  std::string ShortCutText;  // empty: no hot key
+  TShortCutString ShortCutText;  // empty: no hot key
   std::string Caption;
   std::int32_t ImageIndex = -1;  // -1: no picture
   // Called when the command is chosen, with the action as the sender; not stored.
@@ -112,6 +113,8 @@ class TCustomDataItem : public TWrapperItem {
   explicit TCustomDataItem(TCollection* collection = nullptr) : TWrapperItem(collection) {}
 
   std::string GetNodeName() const override { return Caption; }
+  // The editor shows the expert's settings in the item's place.
+  std::string GetNodePropName() const override { return "NestedObject"; }
   bool NeedsTranslate() const override { return false; }
   bool NeedsIterate() const override { return false; }
 
@@ -170,7 +173,7 @@ class TEditorFormData : public TSpcObject {
   std::string GetNodeName() const override;
 
   bool AutoSaveSetting = true;
-  std::string SaveSettingShortCut = "Ctrl+S";
+  TShortCutString SaveSettingShortCut = TShortCutString("Ctrl+S");
   std::unique_ptr<TMemoStrings> Setting;
 };
 

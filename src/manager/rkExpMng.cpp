@@ -213,13 +213,13 @@ void TExpManager::Start() {
       {&TExpManager::CreateData, " 3"},
       {&TExpManager::CreateWindow, " 4"},
       {&TExpManager::ConnectMenu, " 5"},
-      {nullptr, " 6"},  // the settings editor is made when it is opened
+      {&TExpManager::CreateEditor, " 6"},
       {&TExpManager::FillPresentList, " 7"},
       {&TExpManager::AddOwnData, " 8 9"},
       {&TExpManager::CreateExpObjects, " 10 11"},
       {&TExpManager::InitExperts, " 12"},
-      {nullptr, " 13"},
-      {nullptr, " 14"},
+      {&TExpManager::LocalizeEditor, " 13"},
+      {&TExpManager::PrepareEditor, " 14"},
       {&TExpManager::LoadAtStart, " 15"},
       {&TExpManager::PostMenu, " 17"},
       {&TExpManager::Announce, " 18"},
@@ -244,7 +244,7 @@ TExpManager::~TExpManager() {
       {&TExpManager::DeleteExpObjects, " 6"},
       {nullptr, " 8"},
       {&TExpManager::DeleteData, " 9"},
-      {nullptr, " 10"},
+      {&TExpManager::DeleteEditor, " 10"},
       {&TExpManager::SaveLocalization, " 11"},
   };
   _AddRef();
@@ -489,8 +489,10 @@ void TExpManager::RecreateExperts() {
   } catch (const std::exception&) {
     // Who wants to know reads the file again.
   }
+  LocalizeEditor();
   CreateExpObjects();
   InitExperts();
+  LocalizeEditor();
 }
 
 void TExpManager::DoRecreateExperts() {
@@ -662,13 +664,52 @@ void TExpManager::CreateSettingSubMenu(TMenuItem* item) {
   const auto add = [&](int captionId, TNotifyEvent handler) {
     return FMenu.CreateNewItem(LocaleStr(captionId), handler, item, actions, actionList);
   };
-  add(sEditSettings, {})->Action()->SetEnabled(false);  // until there is a settings editor
+  add(sEditSettings, TNotifyEvent::Bind<&TExpManager::EditClick>(this));
   add(sLoadDefault, TNotifyEvent::Bind<&TExpManager::LoadDefaultClick>(this));
   FMenu.CreateLine(item);
   CreateLangSubMenu(FMenu, add(sLanguage, {}), FLanguages, PackageDirectory(),
                     {TNotifyEvent::Bind<&TExpManager::SelectDefaultLanguage>(this),
                      TNotifyEvent::Bind<&TExpManager::SelectLanguage>(this),
                      TNotifyEvent::Bind<&TExpManager::EditLangModules>(this)});
+}
+
+void TExpManager::CreateEditor() {
+  FEditor = std::make_unique<TExpertEditor>(*this);
+}
+
+void TExpManager::LocalizeEditor() {
+  if (FEditor != nullptr) FEditor->LocalizeEditor();
+}
+
+// Here the settings are as the experts want them, before the user's are loaded.
+void TExpManager::PrepareEditor() {
+  FEditor->PrepareEditor();
+  FEditor->TakeDefaults();
+}
+
+void TExpManager::DeleteEditor() {
+  FEditor.reset();
+}
+
+// The environment may end the manager while the editor is open.
+void TExpManager::EditSettings() {
+  if (FEditor == nullptr) return;
+  const std::weak_ptr<int> life = FLife;
+  std::string importFile;
+  {
+    const TRecreationHold hold(*this);
+    FEditor->Edit();
+    if (life.expired()) return;
+    const TForm* mainForm = Application().MainForm();
+    SetApplicationWindow({mainForm != nullptr ? mainForm->winId() : 0, Application().Title()});
+    importFile = FEditor->ImportFile();
+    if (FEditor->Saved()) DoRecreateExperts();
+  }
+  if (!life.expired() && !importFile.empty()) ImportSettings(importFile);
+}
+
+void TExpManager::EditClick(TObject*) {
+  EditSettings();
 }
 
 void TExpManager::LoadDefaultClick(TObject*) {
@@ -717,6 +758,8 @@ void TExpManager::TakeLanguage(const std::string& fileName) {
   LoadNewLanguage(fileName);
   NoteLanguageError();
   FLanguages.Write();
+  LocalizeEditor();
+  if (FEditor != nullptr) FEditor->Retranslate();
   DoRecreateExperts();
 }
 

@@ -6,6 +6,7 @@
 
 #include "manager/rkCustomExpert.h"
 #include "manager/rkExpMenu.h"
+#include "manager/rkExpertEditor.h"
 #include "manager/rkExpRegistry.h"
 #include "manager/rkLanguages.h"
 #include "manager/rkSettingsFile.h"
@@ -111,6 +112,11 @@ class TExpManager : public TCustomExpert, public IOTAWizard {
     TExpManager& FManager;
     std::weak_ptr<int> FLife;
   };
+  // Shows the settings editor until the user closes it. What was saved in it is in force at once:
+  // the experts are made anew.
+  void EditSettings();
+  // The settings editor; null before the start has come to it.
+  TExpertEditor* Editor() const { return FEditor.get(); }
   // Asks the user, then drops the settings file and makes everything anew from the defaults.
   void LoadDefaultSettings();
   // Rebuilds the menu now, or when the environment's message loop runs next.
@@ -161,6 +167,10 @@ class TExpManager : public TCustomExpert, public IOTAWizard {
   bool InitExpert(TExpObjectList::TEntry entry, const TGetMenuItemData& demand);
   void GiveUpExpert(const std::string& name);
   void TakeBackRecords(const std::string& expertName);
+  void CreateEditor();
+  void LocalizeEditor();
+  void PrepareEditor();
+  void DeleteEditor();
   void LoadAtStart();
   void PostMenu();
   void Announce();
@@ -185,6 +195,7 @@ class TExpManager : public TCustomExpert, public IOTAWizard {
   void MenuOpened(TObject* sender);
   void CreateSettingSubMenu(TMenuItem* item);
 
+  void EditClick(TObject* sender);
   void LoadDefaultClick(TObject* sender);
   void ShowAbout(TObject* sender);
   void SwitchErrorLog(bool allowed);
@@ -200,6 +211,7 @@ class TExpManager : public TCustomExpert, public IOTAWizard {
   std::vector<std::pair<std::string, std::unique_ptr<TObject>>> FWindowsToReopen;
   TLanguageSettings FLanguages;
   std::unique_ptr<TExpManagerData> FData;
+  std::unique_ptr<TExpertEditor> FEditor;
   std::unique_ptr<TMessageWindow> FWindow;
   TExpObjectList FExperts;
   TExpertsMenu FMenu;

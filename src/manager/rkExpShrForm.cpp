@@ -1,6 +1,7 @@
 // Windows that keep their placement in their expert's settings.
 #include "manager/rkExpShrForm.h"
 
+#include "locale/rkLocale.h"
 #include "platform/widgets/ShortCuts.h"
 
 namespace wrenfold {
@@ -9,15 +10,19 @@ const TTypeInfo& TFormSetting::ClassInfo() {
   static const TTypeInfo info =
       Publish<TFormSetting>("TFormSetting", TSpcObject::ClassInfo())
           .Prop("AutoSavePlacement", &TFormSetting::AutoSavePlacement)
+          .Label(sLabelAutoSavePlacement)
           .Prop("FormPlacement", &TFormSetting::FormPlacement)
-          .Prop("SavePlacementShortCut", &TFormSetting::SavePlacementShortCut);
+          .Label(sLabelFormPlacement)
+          .Prop("SavePlacementShortCut", &TFormSetting::SavePlacementShortCut)
+          .Label(sLabelSavePlacementShortCut);
   return info;
 }
 
 const TTypeInfo& TSharedManager::ClassInfo() {
   static const TTypeInfo info =
       Publish<TSharedManager>("TSharedManager", TCustomExpert::ClassInfo())
-          .Prop("FormSetting", &TSharedManager::FormSetting);
+          .Prop("FormSetting", &TSharedManager::FormSetting)
+          .Label(sLabelFormSetting);
   return info;
 }
 

@@ -17,7 +17,7 @@ class TFormSetting : public TSpcObject {
 
   bool AutoSavePlacement = true;
   std::string FormPlacement;  // empty: never placed
-  std::string SavePlacementShortCut = "Ctrl+S";
+  TShortCutString SavePlacementShortCut = TShortCutString("Ctrl+S");
 };
 
 // An expert that owns the placement settings of its window.
