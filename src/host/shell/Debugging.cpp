@@ -4,7 +4,7 @@
 
 #include <QFileInfo>
 #include <QInputDialog>
-#include <regex>
+#include <QRegularExpression>
 
 #include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Guard.h"
@@ -46,18 +46,19 @@ TBuildPlan PlanBuild(const TProject& project) {
 }
 
 std::optional<TMessage> CompilerMessage(const std::string& line, const std::string& folder) {
-  static const std::regex pascal(R"(^(.+?)\((\d+)(?:,\d+)?\) (Fatal|Error|Warning|Hint|Note): .*)");
-  static const std::regex cpp(R"(^(.+?):(\d+):(?:\d+:)? (fatal error|error|warning|note): .*)");
-  std::smatch match;
-  if (line.size() > 2000 ||
-      (!std::regex_match(line, match, pascal) && !std::regex_match(line, match, cpp)))
-    return std::nullopt;
-  const std::string kind = LowerCase(match[3].str());
+  static const QRegularExpression pascal(
+      R"(^(.+?)\((\d+)(?:,\d+)?\) (Fatal|Error|Warning|Hint|Note): )");
+  static const QRegularExpression cpp(
+      R"(^(.+?):(\d+):(?:\d+:)? (fatal error|error|warning|note): )");
+  QRegularExpressionMatch match = pascal.match(ToQString(line));
+  if (!match.hasMatch()) match = cpp.match(ToQString(line));
+  if (!match.hasMatch()) return std::nullopt;
+  const std::string kind = LowerCase(FromQString(match.captured(3)));
   TMessage message{.Kind = TMessageKind::Information, .Text = line};
   if (kind == "warning") message.Kind = TMessageKind::Warning;
   if (kind.ends_with("error") || kind == "fatal") message.Kind = TMessageKind::Error;
-  message.FileName = InFolder(folder, match[1].str());
-  message.Line = std::atoi(match[2].str().c_str());
+  message.FileName = InFolder(folder, FromQString(match.captured(1)));
+  message.Line = match.captured(2).toInt();
   return message;
 }
 
