@@ -93,9 +93,9 @@ TStation::TStation()
       Sensors(std::make_unique<TSpcCollection>(this, TSensor::ClassInfo())),
       Contacts(std::make_unique<TContacts>(this)) {
   Duties->SetText("Read the gauges\nClean the screen\nWind the clock\n");
-  Duties->CheckedInds = "0,2";
+  Duties->SetCheckedInds("0,2");
   Region->SetText("North\nSouth\nCoast\n");
-  Region->ItemIndex = 2;
+  Region->SetItemIndex(2);
 }
 
 std::string TStation::RecorderName() const {
