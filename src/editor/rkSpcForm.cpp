@@ -268,6 +268,8 @@ QWidget* TSpcForm::MakeJournalPane() {
   FJournal->setUniformRowHeights(true);
   FJournal->setAllColumnsShowFocus(true);
   FJournal->setColumnCount(3);
+  FJournal->setColumnWidth(0, DefaultSize.width() / 2);
+  FJournal->setColumnWidth(1, DefaultSize.width() / 4);
   layout->addWidget(FJournal, 1);
   FJournalPane->hide();
   const auto undo = [this] { Guarded(this, [this] { UndoSelectedEntry(); }); };
@@ -384,12 +386,15 @@ void TSpcForm::PrepareSearch() {
 
 void TSpcForm::ToggleJournal() {
   FJournalPane->setVisible(!FJournalPane->isVisible());
-  if (FJournalPane->isVisible()) FJournal->setFocus();
+  if (!FJournalPane->isVisible()) return;
+  FJournalSplitter->setSizes({height() * 3 / 4, height() / 4});
+  FJournal->setFocus();
 }
 
 void TSpcForm::JournalChanged() {
   const TSpcJournal& journal = FEditor.Journal();
-  const int selected = FJournal->indexOfTopLevelItem(FJournal->currentItem());
+  const bool isLonger = journal.Count() > FJournal->topLevelItemCount();
+  const int selected = isLonger ? -1 : FJournal->indexOfTopLevelItem(FJournal->currentItem());
   FJournal->clear();
   for (int i = 0; i < journal.Count(); ++i) {
     const TJournalLine& line = journal.Line(i);
