@@ -260,6 +260,7 @@ class TSpcEditor : public TComponent {
   // What is known of a class while a tree is shown.
   struct TClassPlan {
     std::vector<const TPropInfo*> Properties;  // in the order of the rows
+    std::vector<const TRowRule*> Rules;        // of each of them; null: no kind of row
     std::vector<const TPropInfo*> LeftOut;     // invisible
     std::string Names;                         // of all rows, with their labels, for the search
     std::string ValueNames;                    // that values of the rows can have
@@ -271,7 +272,8 @@ class TSpcEditor : public TComponent {
   TLeavesOut LeavesOut() const;
   TTreeNode* AddInstanceNode(TPersistent& instance, TTreeNode& parent, const std::string& name);
   void ProcessProperties(TPersistent& instance, TTreeNode& node);
-  bool ProcessObjectProperty(TPersistent& instance, const TPropInfo& property, TTreeNode& node);
+  bool ProcessObjectProperty(TPersistent& instance, const TPropInfo& property, bool hasRule,
+                             TTreeNode& node);
   void ProcessValue(TPersistent& value, TTreeNode& parent, const std::string& name);
   std::string RootText() const;
   std::string NameOfItem(TCollectionItem& item, const TTreeNode& collectionNode) const;
@@ -286,6 +288,7 @@ class TSpcEditor : public TComponent {
   void CountChanges(TTreeNode& node);
   void CountAllChanges();
   bool RowDiffers(const TPersistent& instance, const TPropInfo& property) const;
+  static const TPropInfo* KeyOf(const TPersistent& instance);
   void ApplyFilter();
 
   void ShowRows();

@@ -104,10 +104,14 @@ void TSpcEditor::SetControlParams(const std::string& section, TControlInfo& row)
     ApplyLayoutSection(FRedefiedIni, GetFullPropName(*row.EInstance, *row.EPropInfo), row);
 }
 
-bool TSpcEditor::IsKey(const TPersistent& instance, const TPropInfo& property) const {
+const TPropInfo* TSpcEditor::KeyOf(const TPersistent& instance) {
   const auto* item = dynamic_cast<const TCollectionItem*>(&instance);
-  return item != nullptr && item->Collection() != nullptr &&
-         KeyProperty(*item->Collection()) == &property;
+  return item != nullptr && item->Collection() != nullptr ? KeyProperty(*item->Collection())
+                                                          : nullptr;
+}
+
+bool TSpcEditor::IsKey(const TPersistent& instance, const TPropInfo& property) const {
+  return KeyOf(instance) == &property;
 }
 
 // An object that has no setter is edited in itself.
@@ -325,7 +329,9 @@ bool TSpcEditor::RowDiffers(const TPersistent& instance, const TPropInfo& proper
 // Of one node; those above count the difference.
 void TSpcEditor::CountChanges(TTreeNode& node) {
   int own = 0;
-  for (const TInstRow& row : node.Dscr.Rows) own += RowDiffers(*row.Instance, *row.Property);
+  const TPropInfo* key = node.Dscr.Rows.empty() ? nullptr : KeyOf(*node.Dscr.Rows[0].Instance);
+  for (const TInstRow& row : node.Dscr.Rows)
+    own += row.Property != key && FBaseline.Differs(*row.Instance, *row.Property);
   const int more = own - std::exchange(node.OwnChanges, own);
   for (TTreeNode* each = &node; each != nullptr; each = each->Parent) each->Changes += more;
 }

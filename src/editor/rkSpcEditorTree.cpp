@@ -67,6 +67,7 @@ const TSpcEditor::TClassPlan& TSpcEditor::PlanOf(const TTypeInfo& info) const {
                      [](const auto* left, const auto* right) {
                        return UpperCase(left->Name) < UpperCase(right->Name);
                      });
+  for (const TPropInfo* property : plan.Properties) plan.Rules.push_back(RowRule(*property));
   return plan;
 }
 
@@ -151,21 +152,25 @@ void TSpcEditor::ProcessValue(TPersistent& value, TTreeNode& parent, const std::
 
 void TSpcEditor::ProcessProperties(TPersistent& instance, TTreeNode& node) {
   const bool hidesName = node.Ident == ciSpcObject || node.Ident == ciObject;
-  for (const TPropInfo* property : PlanOf(instance.GetClassInfo()).Properties) {
-    if (property->Kind() == tkClass && ProcessObjectProperty(instance, *property, node)) continue;
+  const TClassPlan& plan = PlanOf(instance.GetClassInfo());
+  node.Dscr.Rows.reserve(plan.Properties.size());
+  for (std::size_t i = 0; i < plan.Properties.size(); ++i) {
+    const TPropInfo* property = plan.Properties[i];
+    const bool hasRule = plan.Rules[i] != nullptr;
+    if (property->Kind() == tkClass && ProcessObjectProperty(instance, *property, hasRule, node))
+      continue;
     if (hidesName && IsString(*property) && EqualText(property->Name, NodeNameProperty)) continue;
-    if (RowRule(*property) != nullptr || BeforeCreateControl)
-      node.Dscr.Rows.push_back({property, &instance});
+    if (hasRule || BeforeCreateControl) node.Dscr.Rows.push_back({property, &instance});
   }
 }
 
 // Answers whether the property's object is a node. An object that is a node already (it leads back,
 // or is shared) is shown there alone.
 bool TSpcEditor::ProcessObjectProperty(TPersistent& instance, const TPropInfo& property,
-                                       TTreeNode& node) {
+                                       bool hasRule, TTreeNode& node) {
   TPersistent* value = property.Access->GetObject(instance);
   const TBaseClassIdent ident = GetInitData().GetInstanceID(value);
-  const bool isRow = ident == ciUnknown || (ident == ciObject && RowRule(property) != nullptr) ||
+  const bool isRow = ident == ciUnknown || (ident == ciObject && hasRule) ||
                      (ident == ciComponent && !Options.Contains(eoExpandCompProps));
   if (isRow) return false;
   if (FNodes.contains(value)) return true;
