@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include "platform/core/stream/Bytes.h"
+#include "platform/core/stream/FormSpans.h"
 #include "project/Project.h"
 
 namespace wrenfold {
@@ -93,6 +95,50 @@ void EncodeLargeUnit(benchmark::State& state) {
   state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * LargeUnitSize));
 }
 BENCHMARK(EncodeLargeUnit)->Unit(benchmark::kMillisecond);
+
+// A unit of about forty thousand bytes, as those of forms are: fields, methods and their bodies.
+std::string FormUnit() {
+  std::string head = "unit Main;\r\ninterface\r\nuses Forms;\r\ntype\r\n  TMain = class(TForm)\r\n";
+  std::string bodies;
+  for (int number = 1; number <= 200; ++number) {
+    head += fmt::format(
+        "    Button{0}: TButton;\r\n    procedure Button{0}Click(Sender: TObject);\r\n", number);
+    bodies += fmt::format(
+        "procedure TMain.Button{0}Click(Sender: TObject);\r\nbegin\r\n  if Button{0}.Enabled then "
+        "// by hand\r\n    Caption := 'Button {0}';\r\nend;\r\n\r\n",
+        number);
+  }
+  return head + "  end;\r\nimplementation\r\n" + bodies + "end.\r\n";
+}
+
+void ReadDeclarationsOfFourHundredUnits(benchmark::State& state) {
+  const std::string text = FormUnit();
+  for (auto _ : state)
+    for (int number = 0; number < 400; ++number)
+      if (ParseUnitSource(text, "Main.pas").Classes[0].Methods.size() != 200)
+        state.SkipWithError("methods are missing");
+}
+BENCHMARK(ReadDeclarationsOfFourHundredUnits)->Unit(benchmark::kMillisecond);
+
+// A form of a megabyte, in which one value changes; the rest keeps its bytes.
+void ChangeLargeForm(benchmark::State& state) {
+  std::string text = "object Main: TMain\r\n";
+  for (int number = 0; text.size() < 1u << 20; ++number)
+    text += fmt::format(
+        "  object Button{0}: TButton\r\n    Left = {0}\r\n    Caption = 'Button {0}'\r\n"
+        "    TabOrder = {0}\r\n    OnClick = ButtonClick\r\n  end\r\n",
+        number);
+  const TFormSpans spans(text + "end\r\n");
+  const auto root = spans.ReadForm();
+  std::int64_t left = 0;
+  for (auto _ : state) {
+    TByteWriter value;
+    value.WriteIntegerValue(++left);
+    root->Children()[1000]->SetValue("Left", value.View());
+    benchmark::DoNotOptimize(spans.Render(*root).size());
+  }
+}
+BENCHMARK(ChangeLargeForm)->Unit(benchmark::kMillisecond);
 
 // The yardstick: a plain copy of the same bytes.
 void CopyLargeUnit(benchmark::State& state) {
