@@ -270,6 +270,7 @@ void TViewForm::SetProperties() {
   FMenu->Items()->Items(0)->SetCaption(LocaleStr(sSynchronizeModules));
   FMenu->Items()->Items(1)->SetCaption(LocaleStr(sDisplayScrollbars));
   FFilter->setPlaceholderText(ToQString(LocaleStr(sTypeToFilter)));
+  FModes->setAccessibleName(ToQString(LocaleStr(sFormUnitViewExpert)));
   FFilter->setAccessibleName(ToQString(LocaleStr(sTypeToFilter)));
   FSource->setAccessibleName(ToQString(LocaleStr(sPreviewName)));
   FFormArea->setAccessibleName(ToQString(LocaleStr(sPreviewName)));
