@@ -26,7 +26,7 @@ void Fill(benchmark::State& state) {
   TStringList tabs;
   FillTabs(tabs);
   TUnitList units;
-  for (auto _ : state) units.Populate(tabs);
+  for (auto _ : state) units.PopulateUnitList(tabs);
 }
 BENCHMARK(Fill)->Unit(benchmark::kMillisecond);
 
@@ -47,14 +47,14 @@ void OnFilledList(benchmark::State& state, const Operation& operation) {
   TUnitList units;
   for (auto _ : state) {
     state.PauseTiming();
-    units.Populate(tabs);
+    units.PopulateUnitList(tabs);
     state.ResumeTiming();
     operation(units);
   }
 }
 
 void Filter(benchmark::State& state) {
-  OnFilledList(state, [](TUnitList& units) { units.DropOthers("mAin"); });
+  OnFilledList(state, [](TUnitList& units) { units.UpdateUnitList("mAin"); });
 }
 BENCHMARK(Filter)->Unit(benchmark::kMillisecond);
 
@@ -68,7 +68,7 @@ void MoveBlock(benchmark::State& state) {
   TStringList tabs;
   FillTabs(tabs);
   TUnitList units;
-  units.Populate(tabs);
+  units.PopulateUnitList(tabs);
   std::vector<int> block;
   for (int i = 0; i < Pages / 2; ++i) block.push_back(i);
   units.SetSelected(block);
@@ -84,7 +84,7 @@ void ArrangeTabs(benchmark::State& state) {
   TStringList tabs, arranged;
   FillTabs(tabs);
   TUnitList units;
-  units.Populate(tabs);
+  units.PopulateUnitList(tabs);
   for (auto _ : state) benchmark::DoNotOptimize(units.ArrangeTabs(tabs, Pages / 2, arranged));
 }
 BENCHMARK(ArrangeTabs)->Unit(benchmark::kMillisecond);
@@ -94,7 +94,7 @@ void AssignToTabControl(benchmark::State& state) {
   TTabControl control;
   FillTabs(*control.Tabs());
   TUnitList units;
-  units.Populate(*control.Tabs());
+  units.PopulateUnitList(*control.Tabs());
   TStringList arranged;
   units.SetSelected({0});
   int delta = Pages - 1;

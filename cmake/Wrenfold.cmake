@@ -32,14 +32,6 @@ find_package(fmt REQUIRED)
 add_library(wrenfold-settings INTERFACE)
 target_compile_options(wrenfold-settings INTERFACE -Wall -Wextra -Wpedantic -Wshadow
                        -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
-# Version 12 sees overruns in the library's inlined strings where there are none. The sanitized build
-# keeps these warnings, and looks at the bounds themselves.
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13
-   AND NOT WRENFOLD_SANITIZE)
-  target_compile_options(wrenfold-settings INTERFACE -Wno-array-bounds -Wno-restrict
-                         -Wno-stringop-overflow -Wno-stringop-overread
-                         -Wno-maybe-uninitialized)
-endif()
 if(WRENFOLD_SANITIZE)
   target_compile_options(wrenfold-settings INTERFACE -fsanitize=address,undefined
                          -fno-sanitize-recover=all -fno-omit-frame-pointer)
@@ -51,9 +43,10 @@ if(WRENFOLD_FUZZ)
   target_compile_options(wrenfold-settings INTERFACE -fsanitize=fuzzer-no-link -fno-sanitize=vptr)
 endif()
 
-# Code that runs once, as tests and main programs do: making it quick takes more time than it saves.
+# Code that runs once: making it quick takes more time than it saves.
+set(wrenfold_test_options -O0)
 if(WRENFOLD_SANITIZE)
-  set(wrenfold_once_options -O0)
+  set(wrenfold_main_options -O0)
 endif()
 
 # wrenfold_precompile(TARGET SET)
@@ -81,7 +74,7 @@ function(wrenfold_precompile target set)
       # Programs are compiled for another position than libraries, so their headers are as well.
       file(CONFIGURE OUTPUT "${empty}" CONTENT "int main() {}\n")
       add_executable(${holder} EXCLUDE_FROM_ALL "${empty}")
-      target_compile_options(${holder} PRIVATE ${wrenfold_once_options})
+      target_compile_options(${holder} PRIVATE ${wrenfold_test_options})
       target_link_libraries(${holder} PRIVATE GTest::gmock)
     else()
       file(CONFIGURE OUTPUT "${empty}" CONTENT "")
@@ -143,7 +136,7 @@ function(wrenfold_test name folder)
   endif()
   add_executable(test_${name} ${sources})
   target_link_libraries(test_${name} PRIVATE wrenfold-settings ${ARGN} GTest::gmock)
-  target_compile_options(test_${name} PRIVATE ${wrenfold_once_options})
+  target_compile_options(test_${name} PRIVATE ${wrenfold_test_options})
   if("Qt6::Test" IN_LIST ARGN)
     wrenfold_precompile(test_${name} widgets_test)
   else()

@@ -277,7 +277,7 @@ class TCheckStringsRow : public TPropertyRow {
     FList->GetLines(lines);
     std::string checked;
     for (int i = 0; i < FList->count(); ++i)
-      if (FList->Checked(i)) checked += (checked.empty() ? "" : ",") + IntToStr(i);
+      if (FList->Checked(i)) checked.append(checked.empty() ? 0 : 1, ',').append(IntToStr(i));
     lines.SetCheckedInds(checked);
     PutObject(Instance(), Property(), lines);
   }

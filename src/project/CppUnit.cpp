@@ -352,7 +352,7 @@ class TCppUnitReader {
     size_t resultEnd = name;
     if (name > first && tokens[name - 1].IsSymbol('~')) {
       method.Kind = TMethodKind::Destructor;
-      method.Name.insert(0, "~");
+      method.Name.insert(method.Name.begin(), '~');
       --resultEnd;
     }
     resultEnd = ReadQualifier(tokens, first, resultEnd, method.Class);

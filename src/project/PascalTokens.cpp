@@ -183,9 +183,10 @@ bool TPascalTokens::Take(char symbol) {
 
 void TPascalTokens::ReportUnterminated(std::vector<TSourceProblem>& problems) {
   if (FScanner.OpenComment() != std::string_view::npos)
-    problems.push_back({FPlaces.At(FScanner.OpenComment()), "this comment has no end in the file"});
+    problems.emplace_back(FPlaces.At(FScanner.OpenComment()),
+                          "this comment has no end in the file");
   if (FScanner.OpenConditionals() != 0)
-    problems.push_back({Place(), "expected {$ENDIF} before the end of the file"});
+    problems.emplace_back(Place(), "expected {$ENDIF} before the end of the file");
 }
 
 }  // namespace wrenfold

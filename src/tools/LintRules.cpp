@@ -115,7 +115,7 @@ class TFormLint {
            std::string message) {
     std::string path = FForm.Root->Name();
     if (&component != FForm.Root.get()) path += "." + component.Name();
-    if (!property.empty()) path += "." + std::string(property);
+    if (!property.empty()) path.append(1, '.').append(property);
     FResult.Findings.push_back({FForm.FileName, FForm.LineOf(component, property), std::move(path),
                                 rule, std::move(message)});
   }

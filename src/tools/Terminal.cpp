@@ -1,6 +1,7 @@
 #include "tools/Terminal.h"
 
 #include <fcntl.h>
+#include <fmt/format.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -51,8 +52,8 @@ void TTerminal::PutProgress(std::size_t done, std::size_t total, const std::stri
   if (!FIsTerminal || total < 2) return;
   if (done == total) return HideBar();
   const std::size_t filled = BarWidth * done / total;
-  std::string line = "[" + std::string(filled, '#') + std::string(BarWidth - filled, '.') + "] " +
-                     std::to_string(done) + "/" + std::to_string(total) + " ";
+  std::string line =
+      fmt::format("[{:#<{}}{:.<{}}] {}/{} ", "", filled, "", BarWidth - filled, done, total);
   // A line that wraps could not be wiped.
   const std::size_t room = Columns() - 1;
   line.resize(std::min(line.size(), room));

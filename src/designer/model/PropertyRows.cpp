@@ -246,7 +246,7 @@ std::string SetNotation(const std::string& text, const TInspectedRow& row) {
   for (const std::string& element : SetElements(text))
     notation.append(notation.empty() ? "" : ", ")
         .append(known.empty() ? Identifier(element, row) : FromList(element, known, row));
-  return "[" + notation + "]";
+  return fmt::format("[{}]", notation);
 }
 
 std::string StringsNotation(const std::string& text) {
@@ -316,7 +316,7 @@ std::string ElementsWith(const TDesignComponent& component, const TInspectedRow&
     if (std::none_of(known.begin(), known.end(),
                      [&](std::string_view v) { return EqualText(v, element); }))
       add(element);
-  return "[" + notation + "]";
+  return fmt::format("[{}]", notation);
 }
 
 bool IsInherited(const TDesignComponent& component) {
