@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "platform/core/stream/CollectionItem.h"
 #include "platform/core/text/SysUtils.h"
 #include "tools/Excerpt.h"
 #include "tools/StoredWalk.h"
@@ -38,46 +39,22 @@ std::vector<TWalkedPart> PartsOf(std::string_view carrier) {
   return parts;
 }
 
-struct TItemProperty {
-  std::string_view Path;
-  std::string_view Value;
-};
-struct TItem {
-  std::string_view Order;  // with its tag; empty when there is none
-  std::vector<TItemProperty> Properties;
-
-  std::string_view Find(std::string_view path) const {
-    for (const TItemProperty& property : Properties)
-      if (EqualText(property.Path, path)) return property.Value;
-    return {};
-  }
-};
+std::string_view Find(const TStoredItem& item, std::string_view path) {
+  for (const TDesignProperty& property : item.Properties)
+    if (EqualText(property.Path, path)) return property.Value;
+  return {};
+}
 
 bool IsCollection(std::string_view value) {
   return !value.empty() && static_cast<TValueType>(value[0]) == TValueType::vaCollection;
 }
 
-TItem ReadItem(TByteReader& reader) {
-  TItem item;
-  const std::size_t start = reader.Position();
-  if (reader.PeekValueType() != TValueType::vaList) reader.ReadIntegerValue();
-  item.Order = reader.Since(start);
-  reader.ReadValueType();
-  while (!reader.SkipEndOfList("a property or the end of an item")) {
-    const std::string_view path = reader.ReadShortString("a property name");
-    const std::size_t value = reader.Position();
-    reader.SkipValue();
-    item.Properties.push_back({path, reader.Since(value)});
-  }
-  return item;
-}
-
-std::vector<TItem> ItemsOf(std::string_view value) {
-  std::vector<TItem> items;
+std::vector<TStoredItem> ItemsOf(std::string_view value) {
+  std::vector<TStoredItem> items;
   TByteReader reader(value);
   reader.ReadValueType();
   while (!reader.SkipEndOfList("an item or the end of a collection"))
-    items.push_back(ReadItem(reader));
+    items.push_back(ReadStoredItem(reader));
   return items;
 }
 
@@ -87,18 +64,18 @@ void WriteProperty(TByteWriter& out, std::string_view path, const std::string& v
   out.WriteBytes(value);
 }
 
-void WriteItem(TByteWriter& out, const TItem& base, const TItem& ours, const TItem& theirs,
-               const TValueConflict& conflict, const std::string& path) {
+void WriteItem(TByteWriter& out, const TStoredItem& base, const TStoredItem& ours,
+               const TStoredItem& theirs, const TValueConflict& conflict, const std::string& path) {
   out.WriteBytes(ours.Order);
   out.WriteValueType(TValueType::vaList);
   const auto merged = [&](std::string_view name) {
-    return MergeValue({base.Find(name), ours.Find(name), theirs.Find(name)}, conflict,
+    return MergeValue({Find(base, name), Find(ours, name), Find(theirs, name)}, conflict,
                       fmt::format("{}.{}", path, name));
   };
-  for (const TItemProperty& property : ours.Properties)
+  for (const TDesignProperty& property : ours.Properties)
     WriteProperty(out, property.Path, merged(property.Path));
-  for (const TItemProperty& property : theirs.Properties)
-    if (ours.Find(property.Path).empty()) WriteProperty(out, property.Path, merged(property.Path));
+  for (const TDesignProperty& property : theirs.Properties)
+    if (Find(ours, property.Path).empty()) WriteProperty(out, property.Path, merged(property.Path));
   out.WriteEndOfList();
 }
 
@@ -128,7 +105,7 @@ std::string MergeValue(const TValueSides& sides, const TValueConflict& conflict,
   if (SameValue(theirs, base) || SameValue(ours, theirs)) return std::string(ours);
   if (SameValue(ours, base)) return std::string(theirs);
   if (IsCollection(base) && IsCollection(ours) && IsCollection(theirs)) {
-    const std::vector<TItem> b = ItemsOf(base), o = ItemsOf(ours), t = ItemsOf(theirs);
+    const std::vector<TStoredItem> b = ItemsOf(base), o = ItemsOf(ours), t = ItemsOf(theirs);
     if (b.size() == o.size() && o.size() == t.size()) {
       TByteWriter out;
       out.WriteValueType(TValueType::vaCollection);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "platform/core/stream/CollectionItem.h"
 #include "platform/core/stream/TextScan.h"
 
 namespace wrenfold {
@@ -61,24 +62,9 @@ struct TContainer {
   std::string Indent;  // of children that have none to go by
 };
 
-struct TItem {
-  std::string_view Order;  // with its tag; empty when there is none
-  std::vector<TDesignProperty> Properties;
-};
-
-TItem ReadItem(std::string_view bytes) {
-  TItem item;
+TStoredItem ReadItem(std::string_view bytes) {
   TByteReader reader(bytes);
-  if (reader.PeekValueType() != TValueType::vaList) reader.ReadIntegerValue();
-  item.Order = reader.Since(0);
-  reader.ReadValueType();
-  while (!reader.SkipEndOfList("a property or the end of an item")) {
-    const std::string_view path = reader.ReadShortString("a property name");
-    const std::size_t start = reader.Position();
-    reader.SkipValue();
-    item.Properties.push_back({path, reader.Since(start)});
-  }
-  return item;
+  return ReadStoredItem(reader);
 }
 
 // The elements of a list or the items of a collection.
@@ -400,7 +386,7 @@ class TSpanRenderer {
   void MergeItem(const TFormNode& node, std::size_t number, std::string_view bytes,
                  std::string_view indent) {
     if (StoredOf(node) == bytes) return Copy(node.Text);
-    const TItem item = ReadItem(bytes);
+    const TStoredItem item = ReadItem(bytes);
     if (ReadItem(StoredOf(node)).Order != item.Order) {
       FOut += NewPart(bytes, TValueType::vaCollection, indent);
       return;
