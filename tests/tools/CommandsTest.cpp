@@ -356,17 +356,6 @@ TEST_F(CommandsTest, DiffOfAnUnreadableFileIsTrouble) {
                                          ": No such file or directory"));
 }
 
-TEST_F(CommandsTest, DeepNestingIsRefusedAtItsPlaceInTheFile) {
-  const std::string name =
-      Write("deep.sbn", "sys_bin\0\0TPF0\x01T\x01"s + "A\x01P"s + std::string(1'000'000, '\x01') +
-                            std::string(1'000'002, '\0'));
-  EXPECT_EQ(RunInfo({name}, Output), ecTrouble);
-  EXPECT_EQ(RunCheck({name}, Output), ecTrouble);
-  EXPECT_EQ(RunDiff(name, name, Output), ecTrouble);
-  EXPECT_EQ(Output.Errors.size(), 3u);
-  EXPECT_THAT(Output.Errors, Each(HasSubstr(name + ": Stream read error at offset 531 ")));
-}
-
 // The program itself.
 
 int ExitCodeOf(const std::string& arguments, const std::string& output = ">/dev/null") {

@@ -9,16 +9,6 @@
 namespace wrenfold {
 namespace {
 
-TEST(Font, SizeAndHeightFollowEachOther) {
-  TFont font;
-  EXPECT_EQ(font.Size(), 8);
-  for (const int size : {6, 8, 10, 12, 24, 72}) {
-    font.SetSize(size);
-    EXPECT_EQ(font.Size(), size);
-    EXPECT_LT(font.Height(), 0);
-  }
-}
-
 struct TCounter {
   void Count(TObject*) { ++Changes; }
   int Changes = 0;

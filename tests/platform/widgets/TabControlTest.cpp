@@ -1,8 +1,6 @@
 // Tabs as a list of strings with objects, and who raises the change event.
 #include <gmock/gmock.h>
 
-#include <ctime>
-
 #include "platform/widgets/Support.h"
 #include "platform/widgets/TabControl.h"
 
@@ -85,25 +83,6 @@ TEST_F(TabControls, ClosingTabsKeepsTheIndexInside) {
   EXPECT_EQ(Tabs->TabIndex(), 0);
   EXPECT_THAT(Shown(*Tabs), ElementsAre("Only"));
   EXPECT_THAT(Recorder.Calls, IsEmpty());
-}
-
-// Times of this process alone, and of the same machine at the same moment.
-TEST_F(TabControls, TabsAreAssignedWithoutLayingOutEachTime) {
-  constexpr int count = 1000;
-  const std::clock_t start = std::clock();
-  QTabBar laidOutEachTime;
-  laidOutEachTime.show();
-  for (int i = 0; i < count; ++i) laidOutEachTime.addTab("Unit" + QString::number(i));
-  const std::clock_t plain = std::clock() - start;
-  TStringList many;
-  for (int i = 0; i < count; ++i) many.Add("Unit" + std::to_string(i));
-  Tabs->SetTabs(&many);
-  many.Move(0, count - 1);
-  Tabs->SetTabs(&many);
-  EXPECT_LT(std::clock() - start - plain, plain / 3);
-  EXPECT_EQ(Tabs->tabText(count - 1), "Unit0");
-  EXPECT_GT(Tabs->tabRect(0).width(), 10) << "the layout was made at the end";
-  EXPECT_GT(Tabs->tabRect(count - 1).left(), count * 10);
 }
 
 }  // namespace
