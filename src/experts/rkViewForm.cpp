@@ -1,6 +1,7 @@
 // The window of the module viewer: its controls and its list.
 #include "experts/rkViewForm.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QScrollBar>
