@@ -26,6 +26,8 @@ enum TSuiteImage : int {
   siCollapse,
   siUndo,
   siJournal,
+  siGetData,
+  siLineCount,
 };
 
 // The picture of that number, sharp at every size, light on dark desktops and dark on light ones;

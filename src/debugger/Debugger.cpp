@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 namespace wrenfold {
@@ -62,6 +63,18 @@ void TDebugger::Dispatch() {
   }
 }
 
+int TDebugger::WaitUntil(const std::function<bool()>& done, int milliseconds) {
+  using TClock = std::chrono::steady_clock;
+  const auto end = TClock::now() + std::chrono::milliseconds(milliseconds);
+  for (;;) {
+    Dispatch();
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - TClock::now());
+    if (done() || left.count() <= 0) return std::max(0, static_cast<int>(left.count()));
+    std::unique_lock lock(FMutex);
+    FArrived.wait_for(lock, left, [this] { return !FEvents.empty(); });
+  }
+}
+
 void TDebugger::Post(TCommand command) {
   {
     const std::lock_guard lock(FMutex);
@@ -75,6 +88,7 @@ void TDebugger::Tell(TDebugEvent event) {
     const std::lock_guard lock(FMutex);
     FEvents.push_back(std::move(event));
   }
+  FArrived.notify_one();
   FWake();
 }
 

@@ -42,6 +42,9 @@ class TDebugger {
 
   // Runs what has come since the last call.
   void Dispatch();
+  // Runs what comes until the condition holds, for those few who must have an answer at once.
+  // Answers what is left of the milliseconds, 0 when they have passed.
+  int WaitUntil(const std::function<bool()>& done, int milliseconds);
 
   // The newest state; never null.
   const TSnapshotPtr& Snapshot() const { return FSnapshot; }
@@ -95,7 +98,7 @@ class TDebugger {
   const TMakeBackend FMake;
 
   std::mutex FMutex;  // guards what follows, up to the blank line
-  std::condition_variable FChanged;
+  std::condition_variable FChanged, FArrived;
   std::deque<TCommand> FCommands;
   std::deque<TDebugEvent> FEvents;
   bool FEnding = false;

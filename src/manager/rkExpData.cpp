@@ -219,7 +219,8 @@ void TExpManagerData::SetMaxLogSize(std::uint32_t kilobytes) {
 std::string MakePropNames(const TTypeInfo& settings) {
   std::string text = "[" + settings.Name() + "]";
   for (const TLabel& label : settings.Labels())
-    text += "\r\n" + label.Name + "=" + LocaleStr(label.TextId);
+    if (!settings.Parent()->FindProperty(label.Name))
+      text += "\r\n" + label.Name + "=" + LocaleStr(label.TextId);
   return text;
 }
 

@@ -211,9 +211,9 @@ class TExpManagerData : public TSpcObject {
   std::uint32_t FMaxLogSize = 50;
 };
 
-// The labels of a class of settings in the language in force, in the layout of ini files:
-// "[ClassName]" and a line "name=label" for each, in the order of the text numbers, joined by CR
-// LF.
+// The labels of what a class of settings adds to its base, in the language in force, in the layout
+// of ini files: "[ClassName]" and a line "name=label" for each, in the order of the text numbers,
+// joined by CR LF.
 std::string MakePropNames(const TTypeInfo& settings);
 
 }  // namespace wrenfold

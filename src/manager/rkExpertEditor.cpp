@@ -17,31 +17,12 @@ namespace wrenfold {
 
 namespace {
 
-// Names of values that no class labels.
-struct TValueLabel {
-  const char* Name;
-  int TextId;
-};
-constexpr TValueLabel PenStyleLabels[] = {{"psSolid", sPenSolid},
-                                          {"psDash", sPenDash},
-                                          {"psDot", sPenDot},
-                                          {"psDashDot", sPenDashDot},
-                                          {"psDashDotDot", sPenDashDotDot},
-                                          {"psClear", sPenClear},
-                                          {"psInsideFrame", sPenInsideFrame}};
-
 // What stands in the settings and is none of the user's.
 constexpr const char* Invisible[] = {"TEditorFormData.Setting"};
 constexpr const char* Disabled[] = {"TExpManagerData.ExpertVersion"};
 
 // Loading, adding and deleting would replace what experts hold, an order is not stored.
 constexpr TSpcEdVisibleButtons Buttons{vbExitEditor, vbSaveSpc, vbExpandNode, vbCollapseNode};
-
-void AddPenStyles(TStrings& table) {
-  table.Add("[TPenStyle]");
-  for (const TValueLabel& label : PenStyleLabels)
-    table.Add(std::string(label.Name) + '=' + LocaleStr(label.TextId));
-}
 
 void AddLabels(const TTypeInfo& info, TStrings& table) {
   const std::vector<TLabel> labels = info.Labels();
@@ -81,7 +62,10 @@ void TExpertEditor::LocalizeEditor() {
     for (const TTypeInfo* info = &object.GetClassInfo(); info != nullptr; info = info->Parent())
       if (done.insert(info).second) AddLabels(*info, table);
   });
-  AddPenStyles(table);
+  // What the experts tell beside the labels of their properties: the names of values.
+  TStringList told;
+  told.SetText(SettingsRoot()->PropNames);
+  table.AddStrings(told);
   TranslatingTable->Assign(&table);
 }
 

@@ -2,6 +2,7 @@
 #include <array>
 #include <exception>
 
+#include "experts/rkCPUView.h"
 #include "experts/rkFormView.h"
 #include "experts/rkInspView.h"
 #include "experts/rkUnitMng.h"
@@ -39,6 +40,7 @@ constexpr std::array Units{
     TUnitRow{[] { InitExpManager(); }, &DoneExpManager},
     TUnitRow{&RegisterFormView, nullptr},
     TUnitRow{&RegisterInspectorView, nullptr},
+    TUnitRow{&RegisterCPUView, nullptr},
     TUnitRow{&RegisterUnitManager, nullptr},
 };
 

@@ -12,6 +12,8 @@
 #include "controls/rkInfoForm.h"
 #include "editor/rkSpcEditor.h"
 #include "editor/rkSpcForm.h"
+#include "experts/rkCPUForm.h"
+#include "experts/rkExpStrCount.h"
 #include "experts/rkUnitForm.h"
 #include "locale/rkLocale.h"
 #include "manager/rkExpMng.h"
@@ -30,6 +32,7 @@ class Language : public testing::Test {
     for (const char* name : {"wren_ger.dll", "wren_rus.dll"})
       SafeWriteFile(Path(name), ReadWholeFile(std::string(WRENFOLD_BIN_DIR "/") + name));
     InitExpManager(Path(""));
+    RegisterCPUView();
     RegisterUnitManager();
     RegisterExpManager();
     Settle();
@@ -44,17 +47,30 @@ class Language : public testing::Test {
   static void Settle() {
     for (int round = 0; round < 4; ++round) Application().ProcessMessages();
   }
+  template <class Class>
+  static Class& Expert() {
+    const TExpObjectList& experts = CurrentManager()->Experts();
+    for (int i = 0; i < experts.Count(); ++i)
+      if (auto* found = dynamic_cast<Class*>(experts.Get(i).Expert)) return *found;
+    throw std::logic_error("no such expert");
+  }
+  template <class Form>
+  static Form* Find() {
+    for (TForm* form : Screen().Forms())
+      if (auto* found = dynamic_cast<Form*>(form)) return found;
+    return nullptr;
+  }
+  TCPUForm& OpenScan() {
+    Expert<TCPUFormMng>().ShowCPU(nullptr);
+    Settle();
+    return *Find<TCPUForm>();
+  }
   TUnitForm& OpenUnits() {
-    auto* expert = dynamic_cast<TUnitManager*>(CurrentManager()->Experts().Get(0).Expert);
-    expert->ShowUnits(nullptr);
+    Expert<TUnitManager>().ShowUnits(nullptr);
     Settle();
     return *FindUnits();
   }
-  static TUnitForm* FindUnits() {
-    for (TForm* form : Screen().Forms())
-      if (auto* units = dynamic_cast<TUnitForm*>(form)) return units;
-    return nullptr;
-  }
+  static TUnitForm* FindUnits() { return Find<TUnitForm>(); }
 
   QTemporaryDir FDirectory;
   TFakeEnvironment Environment;
@@ -116,6 +132,8 @@ TEST_F(Language, NoWindowCutsItsTextsInAny) {
     std::function<TForm*()> Open;
   } rows[] = {
       {"units", [&] { return &OpenUnits(); }},
+      {"scan", [&] { return &OpenScan(); }},
+      {"line count", [&] { return make(NewForm<TStrCountForm>(nullptr)); }},
       {"about", [&] { return make(NewForm<TInfoForm>(nullptr, "1.0")); }},
       {"languages", [&] { return make(NewForm<TLocaleForm>(nullptr, settings, Path(""))); }},
       {"new language", [&] { return make(NewForm<TAddLanguageForm>(nullptr, modules, Path(""))); }},
@@ -170,6 +188,24 @@ TEST_F(Language, ASwitchOpensTheWindowsAgainAsTheyWere) {
   EXPECT_EQ(after->Units().Count(), 2);
   EXPECT_EQ(after->ListBox()->currentIndex().row(), 1);
   EXPECT_FALSE(Environment.MainForm->Enabled()) << "the window holds the others as before";
+}
+
+TEST_F(Language, ASwitchKeepsTheTextOfTheScan) {
+  TCPUForm& before = OpenScan();
+  before.TextBox()->setPlainText("00401000 nop");
+  before.setGeometry(60, 70, 250, 330);
+  const QPointer<QWidget> old(&before);
+  TAction german;
+  german.SetCaption("German");
+  CurrentManager()->SelectLanguage(&german);
+  Settle();
+  EXPECT_EQ(old, nullptr);
+  TCPUForm* after = Find<TCPUForm>();
+  ASSERT_NE(after, nullptr);
+  EXPECT_TRUE(after->isVisible());
+  EXPECT_EQ(after->Caption(), LocaleStr(sCPUFormCaption));
+  EXPECT_EQ(after->geometry(), QRect(60, 70, 250, 330));
+  EXPECT_EQ(FromQString(after->TextBox()->toPlainText()), "00401000 nop");
 }
 
 }  // namespace

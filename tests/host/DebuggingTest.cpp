@@ -1,9 +1,14 @@
 // Building, running and stopping a program from the workbench.
+#include <QPlainTextEdit>
+#include <QRegularExpression>
+#include <QScrollBar>
 #include <QTest>
 #include <cstdlib>
 #include <fstream>
 
 #include "host/HostTest.h"
+#include "platform/core/text/SysUtils.h"
+#include "platform/widgets/Text.h"
 
 namespace wrenfold {
 namespace {
@@ -45,6 +50,29 @@ class Debugging : public HostTest {
     return 0;
   }
   TDebugSession& Session() { return Workbench->Debugging().Session(); }
+  static constexpr const char* NoTrace = "this machine does not let a program be traced";
+  // Stops there, unless the machine forbids it.
+  void RunToTheSum() {
+    Workbench->Documents().OpenFileAt(Source, LineOf("the sum"));
+    Run("RunBreakpointCommand");
+    Workbench->Debugging().RunProgram(WRENFOLD_BIN_DIR "/wrenfold-test-steps");
+    const bool stopped = UntilStopped();
+    ASSERT_TRUE(stopped || std::getenv("WRENFOLD_REQUIRE_TRACE") == nullptr);
+  }
+  // The CPU window, with the code at the program's place.
+  TForm& OpenCpu() {
+    Run("ViewCPUCommand");
+    const auto here = static_cast<std::int64_t>(Session().Now().Address());
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return Number(*Pane("DisassemblerView1"), "SelectedAddress") == here; }, 10000));
+    return *Screen().FindForm("DisassemblyView");
+  }
+  static TAction* FindAction(const std::string& caption) {
+    for (const TActionList* list : TActionList::All())
+      for (TAction* action : list->Actions())
+        if (action->Caption() == caption) return action;
+    return nullptr;
+  }
   bool UntilStopped() {
     return QTest::qWaitFor([this] { return Session().Stopped(); }, 20000);
   }
@@ -60,13 +88,8 @@ class Debugging : public HostTest {
 };
 
 TEST_F(Debugging, StopIsShownInTheEditorAndPublishedByTheCpuWindow) {
-  Workbench->Documents().OpenFileAt(Source, LineOf("the sum"));
-  Run("RunBreakpointCommand");
-  Workbench->Debugging().RunProgram(WRENFOLD_BIN_DIR "/wrenfold-test-steps");
-  const bool stopped = UntilStopped();
-  if (!stopped && std::getenv("WRENFOLD_REQUIRE_TRACE") == nullptr)
-    GTEST_SKIP() << "this machine does not let a program be traced";
-  ASSERT_TRUE(stopped);
+  ASSERT_NO_FATAL_FAILURE(RunToTheSum());
+  if (!Session().Stopped()) GTEST_SKIP() << NoTrace;
 
   TEditPage& page = *Workbench->EditWindow().ActivePage();
   int line = 0, column = 0;
@@ -95,6 +118,53 @@ TEST_F(Debugging, StopIsShownInTheEditorAndPublishedByTheCpuWindow) {
 
   Run("RunResetCommand");
   EXPECT_TRUE(QTest::qWaitFor([this] { return !Session().Active(); }, 10000));
+}
+
+// As the suite's scan goes: by steps of one byte, however far the code reaches.
+TEST_F(Debugging, StepsOfAPackageArriveBehindWhatIsShownAndMoveNothing) {
+  ASSERT_NO_FATAL_FAILURE(RunToTheSum());
+  if (!Session().Stopped()) GTEST_SKIP() << NoTrace;
+  OpenCpu();
+  TComponent& code = *Pane("DisassemblerView1");
+  const TPropInfo& address = *code.GetClassInfo().FindProperty("SelectedAddress");
+  auto& view = dynamic_cast<QTreeWidget&>(code);
+  const int top = view.verticalScrollBar()->value();
+  const std::int64_t start = Number(code, "SelectedAddress");
+  for (int line = 0; line < 400; ++line) {
+    const std::int64_t before = Number(code, "SelectedAddress");
+    address.Access->SetInt64(code, before + 1);
+    ASSERT_GT(Number(code, "SelectedAddress"), before) << "line " << line;
+  }
+  address.Access->SetInt64(code, start);
+  EXPECT_EQ(Number(code, "SelectedAddress"), start);
+  EXPECT_EQ(view.verticalScrollBar()->value(), top);
+}
+
+TEST_F(Debugging, ScanOfTheSuiteTakesTheWindowsText) {
+  Folder.Write("Wrenfold4.so", Folder.Read(WRENFOLD_BIN_DIR "/Wrenfold4.so"));
+  ASSERT_TRUE(Workbench->Packages().Load(Folder.Path() + "/Wrenfold4.so"));
+  ASSERT_TRUE(QTest::qWaitFor([] { return FindAction("View CPU data") != nullptr; }, 5000));
+  TAction& scan = *FindAction("View CPU data");
+  scan.Update();
+  EXPECT_FALSE(scan.Enabled());
+  ASSERT_NO_FATAL_FAILURE(RunToTheSum());
+  if (!Session().Stopped()) GTEST_SKIP() << NoTrace;
+  OpenCpu();
+  scan.Update();
+  EXPECT_TRUE(scan.Enabled());
+  scan.Execute();
+  TForm& form = *Screen().FindForm("CPUForm");
+  static_cast<TPopupMenu*>(form.FindComponent("TargetMenu"))->Items()->Find("All types")->Click();
+  static_cast<TAction*>(form.FindComponent("acGetData"))->Execute();
+  const auto& box = *form.findChild<QPlainTextEdit*>("Text");
+  const QStringList lines = box.toPlainText().split('\n');
+  const std::string here = IntToHex(Session().Now().Address(), 16);
+  EXPECT_EQ(lines.filter(QRegularExpression("^[0-9A-F]{16} ")).size(), 10);
+  EXPECT_FALSE(lines.filter(QRegularExpression("^" + ToQString(here) + " ")).isEmpty());
+  EXPECT_FALSE(lines.filter(QRegularExpression("^RIP " + ToQString(here) + "$")).isEmpty());
+  EXPECT_EQ(lines.filter(QRegularExpression(R"(^[A-Z]{2} \d \[.+\]$)")).size(), 14);
+  EXPECT_EQ(Number(*Pane("DisassemblerView1"), "SelectedAddress"),
+            static_cast<std::int64_t>(Session().Now().Address()));
 }
 
 }  // namespace

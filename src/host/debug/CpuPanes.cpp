@@ -21,6 +21,8 @@ namespace wrenfold {
 namespace {
 
 constexpr std::size_t LinesBefore = 96, LinesAfter = 192;
+// So many instructions are held ready behind the current one.
+constexpr std::size_t LinesReady = 64;
 constexpr std::size_t DumpSize = 512, DumpWidth = 16, StackSize = 256;
 
 std::string Address(std::uint64_t value, const TProcessor* processor) {
@@ -139,8 +141,15 @@ std::int64_t TDisassemblyPane::SelectedAddress() const {
 }
 
 void TDisassemblyPane::SetSelectedAddress(std::int64_t address) {
-  const int index = IndexOf(static_cast<std::uint64_t>(address));
-  if (index >= 0) setCurrentItem(FItems[static_cast<std::size_t>(index)]);
+  // Whoever goes back has arrived.
+  if (address <= SelectedAddress()) FPatience = MaxPatience;
+  const auto wanted = static_cast<std::uint64_t>(address);
+  if (!FLines.empty() && wanted > FLines.back().Instruction.Address) WaitForMore();
+  const int index = IndexOf(wanted);
+  if (index < 0) return;
+  setAutoScroll(false);
+  setCurrentItem(FItems[static_cast<std::size_t>(index)]);
+  setAutoScroll(true);
 }
 
 std::string TDisassemblyPane::SelectedLabel() const {
@@ -172,10 +181,10 @@ void TDisassemblyPane::Update() {
   if (!FSession.Stopped()) return Mark();
   const std::uint64_t address = FSession.Now().Address();
   const int index = IndexOf(address);
-  const bool shown = index > 0 &&
-                     FLines[static_cast<std::size_t>(index)].Instruction.Address == address &&
-                     index + 8 < static_cast<int>(FLines.size());
+  const bool shown =
+      index > 0 && FLines[static_cast<std::size_t>(index)].Instruction.Address == address;
   if (!shown) return GoTo(address);
+  if (static_cast<std::size_t>(index) + LinesReady > FLines.size()) ReadOn();
   Mark();
   setCurrentItem(FItems[static_cast<std::size_t>(index)]);
 }
@@ -183,18 +192,80 @@ void TDisassemblyPane::Update() {
 void TDisassemblyPane::Take(std::uint64_t address, const std::vector<TCodeLine>& lines) {
   FReading = false;
   if (lines.empty()) return;
-  FLines = lines;
+  FLines.clear();
   FItems.clear();
   clear();
-  for (const TCodeLine& line : FLines) AddLine(line);
-  Mark();
+  Append(lines);
   ScrollTo(IndexOf(address));
 }
 
-void TDisassemblyPane::AddLine(const TCodeLine& line) {
+void TDisassemblyPane::Append(const std::vector<TCodeLine>& lines) {
+  QList<QTreeWidgetItem*> items;
+  const std::size_t first = FLines.size();
+  for (const TCodeLine& line : lines) {
+    items += MakeItems(line);
+    FLines.push_back(line);
+    FItems.push_back(items.back());
+  }
+  addTopLevelItems(items);
+  for (std::size_t i = first; i < FLines.size(); ++i) MarkLine(i);
+}
+
+void TDisassemblyPane::Prepend(std::vector<TCodeLine> lines) {
+  QList<QTreeWidgetItem*> items;
+  std::vector<QTreeWidgetItem*> instructions;
+  for (const TCodeLine& line : lines) {
+    items += MakeItems(line);
+    instructions.push_back(items.back());
+  }
+  FLines.insert(FLines.begin(), lines.begin(), lines.end());
+  FItems.insert(FItems.begin(), instructions.begin(), instructions.end());
+  const int top = verticalScrollBar()->value();
+  insertTopLevelItems(0, items);
+  for (std::size_t i = 0; i < lines.size(); ++i) MarkLine(i);
+  // What was at the top stays there.
+  doItemsLayout();
+  verticalScrollBar()->setValue(top + static_cast<int>(items.size()));
+}
+
+// Reads behind the last line, which is read again: what follows it knows its source line by it.
+void TDisassemblyPane::ReadOn() {
+  if (FReading) return;
+  FReading = true;
+  const std::uint64_t last = FLines.back().Instruction.Address;
+  FSession.Debugger().ReadCode(last, 0, LinesAfter, [this, last](std::vector<TCodeLine> lines) {
+    FReading = false;
+    if (FLines.empty() || FLines.back().Instruction.Address != last || lines.size() < 2) return;
+    lines.erase(lines.begin());
+    Append(lines);
+  });
+}
+
+void TDisassemblyPane::ReadBack() {
+  if (FReading) return;
+  FReading = true;
+  const std::uint64_t first = FLines.front().Instruction.Address;
+  FSession.Debugger().ReadCode(first, LinesBefore, 1, [this, first](std::vector<TCodeLine> lines) {
+    FReading = false;
+    if (FLines.empty() || FLines.front().Instruction.Address != first || lines.size() < 2) return;
+    lines.pop_back();
+    Prepend(std::move(lines));
+  });
+}
+
+void TDisassemblyPane::WaitForMore() {
+  const std::size_t before = FLines.size();
+  ReadOn();
+  FPatience =
+      FSession.Debugger().WaitUntil([&] { return FLines.size() > before || !FReading; }, FPatience);
+}
+
+QList<QTreeWidgetItem*> TDisassemblyPane::MakeItems(const TCodeLine& line) {
+  QList<QTreeWidgetItem*> items;
   // Names and source stand on lines of their own above their instruction.
-  const auto note = [this](const std::string& text) {
-    auto* item = new QTreeWidgetItem(this, {QString(), QString(), ToQString(text)});
+  const auto note = [&](const std::string& text) {
+    auto* item =
+        items.emplace_back(new QTreeWidgetItem(QStringList{QString(), QString(), ToQString(text)}));
     item->setFlags(Qt::ItemIsEnabled);
     item->setForeground(2, palette().placeholderText());
   };
@@ -203,9 +274,10 @@ void TDisassemblyPane::AddLine(const TCodeLine& line) {
     const std::string text = SourceText(line.Place);
     note(fmt::format("{}:{}  {}", ExtractFileName(line.Place.File), line.Place.Line, text));
   }
-  FItems.push_back(new QTreeWidgetItem(
-      this, {ToQString(Address(line.Instruction.Address, FSession.Now().Processor)),
-             ToQString(Bytes(line.Instruction.Bytes)), ToQString(line.Instruction.Text)}));
+  items.append(new QTreeWidgetItem(
+      QStringList{ToQString(Address(line.Instruction.Address, FSession.Now().Processor)),
+                  ToQString(Bytes(line.Instruction.Bytes)), ToQString(line.Instruction.Text)}));
+  return items;
 }
 
 std::string TDisassemblyPane::SourceText(const TCodePlace& place) {
@@ -228,25 +300,28 @@ std::string TDisassemblyPane::SourceText(const TCodePlace& place) {
 }
 
 void TDisassemblyPane::Mark() {
+  for (std::size_t i = 0; i < FItems.size(); ++i) MarkLine(i);
+}
+
+void TDisassemblyPane::MarkLine(std::size_t index) {
   const TSnapshot& now = FSession.Now();
-  for (std::size_t i = 0; i < FItems.size(); ++i) {
-    const TInstruction& instruction = FLines[i].Instruction;
-    const bool here = FSession.Stopped() && instruction.Address == now.Address();
-    const bool stop = FSession.Addresses().contains(instruction.Address);
-    FItems[i]->setIcon(0, style()->standardIcon(here   ? QStyle::SP_ArrowRight
-                                                : stop ? QStyle::SP_DialogNoButton
-                                                       : QStyle::SP_CustomBase));
-    SetBold(FItems[i], here);
-    QString goes;
-    if (instruction.Target) goes = *instruction.Target < instruction.Address ? "↑" : "↓";
-    if (here && instruction.Conditional) {
-      const TProcessor& processor = *now.Processor;
-      const bool taken =
-          processor.Taken(instruction.Bytes, now.FlagBits(), now.Register(processor.Counter));
-      goes += taken ? tr(" will be taken") : tr(" will not be taken");
-    }
-    FItems[i]->setText(3, goes);
+  const TInstruction& instruction = FLines[index].Instruction;
+  QTreeWidgetItem& item = *FItems[index];
+  const bool here = FSession.Stopped() && instruction.Address == now.Address();
+  const bool stop = FSession.Addresses().contains(instruction.Address);
+  item.setIcon(0, style()->standardIcon(here   ? QStyle::SP_ArrowRight
+                                        : stop ? QStyle::SP_DialogNoButton
+                                               : QStyle::SP_CustomBase));
+  SetBold(&item, here);
+  QString goes;
+  if (instruction.Target) goes = *instruction.Target < instruction.Address ? "↑" : "↓";
+  if (here && instruction.Conditional) {
+    const TProcessor& processor = *now.Processor;
+    const bool taken =
+        processor.Taken(instruction.Bytes, now.FlagBits(), now.Register(processor.Counter));
+    goes += taken ? tr(" will be taken") : tr(" will not be taken");
   }
+  item.setText(3, goes);
 }
 
 void TDisassemblyPane::ScrollTo(int index) {
@@ -259,8 +334,8 @@ void TDisassemblyPane::ScrollTo(int index) {
 void TDisassemblyPane::ReadMore(int scrollValue) {
   const QScrollBar& bar = *verticalScrollBar();
   if (FReading || FLines.empty() || !FSession.Stopped() || bar.maximum() == bar.minimum()) return;
-  if (scrollValue == bar.minimum()) GoTo(FLines.front().Instruction.Address);
-  else if (scrollValue == bar.maximum()) GoTo(FLines.back().Instruction.Address);
+  if (scrollValue == bar.minimum()) ReadBack();
+  else if (scrollValue == bar.maximum()) ReadOn();
 }
 
 // --- registers

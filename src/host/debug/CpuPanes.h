@@ -38,7 +38,8 @@ class TDisassemblyPane final : public TCpuPane {
   TDisassemblyPane(TComponent* owner, QWidget* parent, TDebugSession& session);
 
   // The address of the selected line, 0 without one. Setting it inside an instruction selects the
-  // next one.
+  // next one. What is shown does not move; behind its end it is read on, which may take a moment:
+  // a package that goes line by line waits for it here, a quarter of a second in all on its way.
   std::int64_t SelectedAddress() const;
   void SetSelectedAddress(std::int64_t address);
   // The line's parts; the text of the instruction begins with its address.
@@ -52,8 +53,15 @@ class TDisassemblyPane final : public TCpuPane {
 
  private:
   void Take(std::uint64_t address, const std::vector<TCodeLine>& lines);
-  void AddLine(const TCodeLine& line);
+  void Append(const std::vector<TCodeLine>& lines);
+  void Prepend(std::vector<TCodeLine> lines);
+  void ReadOn();
+  void ReadBack();
+  void WaitForMore();
+  // The items of a line, the instruction's last.
+  QList<QTreeWidgetItem*> MakeItems(const TCodeLine& line);
   void Mark();
+  void MarkLine(std::size_t index);
   const TCodeLine* SelectedLine() const;
   int IndexOf(std::uint64_t address) const;
   void ScrollTo(int index);
@@ -63,6 +71,8 @@ class TDisassemblyPane final : public TCpuPane {
   std::vector<TCodeLine> FLines;
   std::vector<QTreeWidgetItem*> FItems;  // of the instructions, one for each line
   bool FReading = false;
+  static constexpr int MaxPatience = 250;
+  int FPatience = MaxPatience;  // milliseconds that a package may still wait for lines
   std::map<std::string, std::vector<std::string>> FSources;
 };
 
