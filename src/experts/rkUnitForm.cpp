@@ -226,6 +226,7 @@ void TUnitForm::SetProperties() {
   UpdateCaption();
   FListBox->setAccessibleName(ToQString(LocaleStr(sUnitFormCaption)));
   FFilterBox->setAccessibleName(ToQString(LocaleStr(sHintApplyFilter)));
+  FFilterBox->lineEdit()->setAccessibleName(FFilterBox->accessibleName());
   FFilterBox->setToolTip(ToQString(LocaleStr(sHintApplyFilter)) + " (Enter)");
   scExit()->SetHint(LocaleStr(sHintExit));
   for (const TActionRow& row : ActionRows) {

@@ -154,6 +154,7 @@ TDesignerForm::TDesignerForm(TComponent* owner, TFormEditor& editor)
   splitter->setSizes({190, 610});
   FState->setObjectName("DesignerState");
   FState->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  FState->setAccessibleName(tr("Place and size"));
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(4, 4, 4, 4);
   column->addWidget(splitter, 1);
@@ -299,6 +300,7 @@ void TDesignerForm::ShowState() {
   for (const std::string& note : FSurface->Notes())
     text += (text.empty() ? "" : " \xC2\xB7 ") + note;
   FState->setText(ToQString(text));
+  FState->setAccessibleDescription(FState->text());
 }
 
 void TDesignerForm::ShowSelection() {

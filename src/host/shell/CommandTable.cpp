@@ -267,7 +267,7 @@ constexpr auto InEditor = [](TEditControl& editor) { (editor.*Method)(); };
 constexpr auto SelectAll = [](TEditControl& editor) { editor.selectAll(); };
 
 constexpr char FileMenu[] = "&File", EditMenu[] = "&Edit", SearchMenu[] = "&Search",
-               ViewMenu[] = "&View", ProjectMenu[] = "&Project", RunMenu[] = "&Run",
+               ViewMenu[] = "&View", ProjectMenu[] = "&Project", RunMenu[] = "R&un",
                ToolsMenu[] = "&Tools",
                HelpMenu[] = "&Help";
 constexpr char Standard[] = "Standard", View[] = "View";

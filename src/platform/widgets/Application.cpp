@@ -13,6 +13,7 @@
 #include "platform/core/model/Dialogs.h"
 #include "platform/core/system/Exceptions.h"
 #include "platform/core/text/SysUtils.h"
+#include "platform/widgets/AccessibleCombo.h"
 #include "platform/widgets/Actions.h"
 #include "platform/widgets/Desktop.h"
 #include "platform/widgets/HeldInput.h"
@@ -227,6 +228,7 @@ TApplication::TApplication(int& argc, char** argv) : QApplication(argc, argv) {
   setQuitOnLastWindowClosed(false);
   installEventFilter(this);
   InstallFormAccessibility();
+  InstallComboAccessibility();
   const auto follow = [] { Screen().UpdateActiveForm(); };
   connect(this, &QApplication::focusChanged, this, follow);
   connect(this, &QGuiApplication::focusWindowChanged, this, follow);

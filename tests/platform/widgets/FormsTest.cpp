@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <QAccessible>
+#include <QComboBox>
 #include <QContextMenuEvent>
 #include <QDockWidget>
 #include <QLineEdit>
@@ -212,6 +213,19 @@ TEST(HeldForms, LookAsTheyDidAndTellAssistivePrograms) {
   EXPECT_TRUE(QAccessible::queryAccessibleInterface(window.Editor)->state().disabled);
   window.Editor->SetEnabled(true);
   EXPECT_FALSE(QAccessible::queryAccessibleInterface(window.Editor)->state().disabled);
+}
+
+TEST(Accessible, AComboBoxIsToldByItsNameAndNotByWhatItShows) {
+  QComboBox named;
+  named.setAccessibleName("Kind");
+  named.setEditable(true);
+  named.addItems({"first", "second"});
+  QAccessibleInterface* told = QAccessible::queryAccessibleInterface(&named);
+  EXPECT_EQ(told->role(), QAccessible::ComboBox);
+  EXPECT_EQ(told->text(QAccessible::Name), "Kind");
+  named.setCurrentIndex(1);
+  EXPECT_EQ(told->text(QAccessible::Value), "second");
+  EXPECT_EQ(told->indexOfChild(QAccessible::queryAccessibleInterface(named.lineEdit())), 0);
 }
 
 TEST(HeldForms, CannotBeEnabledByWhatStandsInThem) {
