@@ -1,6 +1,8 @@
 // The tables of views, registers and flags, and how they become text.
 #include "experts/rkCPUScan.h"
 
+#include <fmt/format.h>
+
 #include <optional>
 #include <span>
 
@@ -195,7 +197,7 @@ void ReadCpuView(TForm& cpuWindow, TStrings& strings, TCPUViewType view, int lin
     return;
   }
   for (const TCPUViewType each : {rkDisasmView, rkRegView, rkFlagsView}) {
-    strings.Add("[" + ViewName(each) + "]");
+    strings.Add(fmt::format("[{}]", ViewName(each)));
     ReadCpuView(cpuWindow, strings, each, lineCount);
     strings.Add("");
   }
