@@ -19,8 +19,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::array<std::string_view, 8> Patterns = {"*.dfm", "*.xfm", "*.nfm", "*.lfm",
-                                                      "*.fmx", "*.sbn", "*.sbr", "*.stx"};
+constexpr std::array<std::string_view, 9> Patterns = {
+    "*.dfm", "*.xfm", "*.nfm", "*.lfm", "*.fmx", "*.sbn", "*.sbr", "*.sbe", "*.stx"};
 constexpr std::string_view Attributes = "diff=wrenfold merge=wrenfold";
 
 struct TSetting {

@@ -138,7 +138,8 @@ std::vector<std::string> ListFiles(const std::vector<std::string>& names) {
 
 std::string NamedTrouble(const std::string& name, const Exception& error) {
   const bool isNamed = dynamic_cast<const EFOpenError*>(&error) != nullptr ||
-                       dynamic_cast<const EFCreateError*>(&error) != nullptr;
+                       dynamic_cast<const EFCreateError*>(&error) != nullptr ||
+                       error.Message().starts_with(name + ": ");
   return isNamed ? error.Message() : fmt::format("{}: {}", name, error.Message());
 }
 

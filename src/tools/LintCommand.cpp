@@ -55,8 +55,11 @@ int RunLint(const std::vector<std::string>& names, const TLintOptions& options, 
   const auto guarded = [&](const std::string& name, const auto& action) {
     try {
       action();
+    } catch (const Exception& error) {
+      output.Error(NamedTrouble(name, error));
+      trouble = true;
     } catch (const std::exception& error) {
-      output.Error(NamedTrouble(name, Exception(error.what())));
+      output.Error(fmt::format("{}: {}", name, error.what()));
       trouble = true;
     }
   };

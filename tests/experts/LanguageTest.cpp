@@ -12,9 +12,11 @@
 #include "controls/rkInfoForm.h"
 #include "editor/rkSpcEditor.h"
 #include "editor/rkSpcForm.h"
+#include "editor/rkStrEdit.h"
 #include "experts/rkCPUForm.h"
 #include "experts/rkExpStrCount.h"
 #include "experts/rkUnitForm.h"
+#include "experts/rkViewForm.h"
 #include "locale/rkLocale.h"
 #include "manager/rkExpMng.h"
 #include "manager/rkLocaleSet.h"
@@ -32,6 +34,7 @@ class Language : public testing::Test {
     for (const char* name : {"wren_ger.dll", "wren_rus.dll"})
       SafeWriteFile(Path(name), ReadWholeFile(std::string(WRENFOLD_BIN_DIR "/") + name));
     InitExpManager(Path(""));
+    RegisterFormView();
     RegisterCPUView();
     RegisterUnitManager();
     RegisterExpManager();
@@ -127,6 +130,9 @@ TEST_F(Language, NoWindowCutsItsTextsInAny) {
   const auto dialog = [&](TMsgDlgType type, TMsgDlgButtons buttons) {
     return make(CreateMessageDialog("?", type, buttons, &LocaleDialogText));
   };
+  const auto viewer = [&](TViewModuleMode mode) {
+    return make(NewForm<TViewForm>(nullptr, &Expert<TViewFormMng>(), mode));
+  };
   const struct {
     const char* Name;
     std::function<TForm*()> Open;
@@ -134,6 +140,9 @@ TEST_F(Language, NoWindowCutsItsTextsInAny) {
       {"units", [&] { return &OpenUnits(); }},
       {"scan", [&] { return &OpenScan(); }},
       {"line count", [&] { return make(NewForm<TStrCountForm>(nullptr)); }},
+      {"strings", [&] { return make(NewForm<TStrEditDlg>(nullptr)); }},
+      {"forms of the project", [&] { return viewer(svmForm); }},
+      {"units of the project", [&] { return viewer(svmUnit); }},
       {"about", [&] { return make(NewForm<TInfoForm>(nullptr, "1.0")); }},
       {"languages", [&] { return make(NewForm<TLocaleForm>(nullptr, settings, Path(""))); }},
       {"new language", [&] { return make(NewForm<TAddLanguageForm>(nullptr, modules, Path(""))); }},
