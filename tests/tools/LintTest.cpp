@@ -239,7 +239,7 @@ TEST(LintCommand, TellsFindingsAsTextAndAsJson) {
                 "\"TMain does not declare the method Gone\"}");
   const std::string bad = folder.Write("Bad.dfm", "object M: TMain\n");
   EXPECT_EQ(RunLint({folder.Path()}, {}, text), ecTrouble);
-  EXPECT_THAT(text.Errors, testing::ElementsAre(testing::StartsWith(bad + ": (")));
+  EXPECT_THAT(text.Errors, testing::ElementsAre(testing::StartsWith(bad + ": Line 2")));
 }
 
 TEST(LintCommand, SamplesAreClean) {
