@@ -25,12 +25,15 @@ struct TLaunch {
   std::string Folder{};
 };
 
-// Where to stop: a line of a source, or an address.
+// Where to stop: a line of a source, an address, or the beginning of a function, of which the
+// first that is given counts.
 struct TBreakpoint {
   TCodePlace Place{};
-  std::uint64_t Address = 0;  // when Place is empty
+  std::uint64_t Address = 0;
+  std::string Function{};
+  // In the language of the place; empty: always.
   std::string Condition{};
-  int PassCount = 0;  // how many times it is passed over first
+  int PassCount = 0;  // how many times, the condition holding, it is passed over first
   friend bool operator==(const TBreakpoint&, const TBreakpoint&) = default;
 };
 
@@ -70,6 +73,8 @@ class TDebugBackend : public TCodeSource {
   // Answers the number of places where it stands; 0 when there is no such line yet.
   virtual int SetBreakpoint(const TBreakpoint& breakpoint, int& id) = 0;
   virtual void RemoveBreakpoint(int id) = 0;
+  // The breakpoint that the selected thread stopped at; 0: none.
+  virtual int Hit() = 0;
 
   // Of the loaded program; null for one without a row.
   virtual const TProcessor* Processor() = 0;

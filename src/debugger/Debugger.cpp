@@ -6,6 +6,8 @@
 #include <chrono>
 #include <utility>
 
+#include "debugger/Raised.h"
+
 namespace wrenfold {
 
 namespace {
@@ -173,6 +175,13 @@ void TDebugger::SetBreakpoints(std::vector<TBreakpoint> breakpoints) {
   });
 }
 
+void TDebugger::SetExceptionStops(bool stops) {
+  Post([this, stops](TDebugBackend&) {
+    FExceptionStops = stops;
+    if (FLoaded) PlaceBreakpoints();
+  });
+}
+
 void TDebugger::SelectThread(std::uint64_t id) {
   Post([this, id](TDebugBackend& backend) {
     backend.SelectThread(id);
@@ -204,7 +213,14 @@ void TDebugger::WriteMemory(std::uint64_t address, const std::string& bytes) {
 void TDebugger::Evaluate(const std::string& expression,
                          std::function<void(const TVariable&)> answer) {
   Post([this, expression, answer = std::move(answer)](TDebugBackend& backend) {
-    Tell([answer, value = backend.Evaluate(expression)] { answer(value); });
+    TVariable value{.Name = expression};
+    try {
+      value = backend.Evaluate(expression);
+    } catch (const EDebugError& error) {
+      value.Value = error.what();
+      value.Failed = true;
+    }
+    Tell([answer, value] { answer(value); });
   });
 }
 
@@ -271,6 +287,7 @@ void TDebugger::TakeEvents() {
         if (OnOutput) OnOutput(text);
       });
     FState = event->State;
+    FRaised = FState == TRunState::Stopped ? Raised() : std::string();
     Publish();
   } catch (const std::exception& error) {
     FState = TRunState::Exited;
@@ -281,7 +298,10 @@ void TDebugger::TakeEvents() {
 
 void TDebugger::Publish() {
   auto snapshot = std::make_shared<TSnapshot>();
-  if (FBackend != nullptr) *snapshot = FBackend->Look();
+  if (FBackend != nullptr) {
+    *snapshot = FBackend->Look();
+    if (FState == TRunState::Stopped && !FRaised.empty()) snapshot->Reason = FRaised;
+  }
   snapshot->State = FState;
   snapshot->Number = ++FNumber;
   Tell([this, snapshot] {
@@ -290,21 +310,46 @@ void TDebugger::Publish() {
   });
 }
 
+std::vector<TBreakpoint> TDebugger::Wanted() const {
+  std::vector<TBreakpoint> wanted = FWanted;
+  if (FExceptionStops)
+    for (const TRaiseFunction& row : RaiseFunctions()) wanted.push_back({.Function = row.Name});
+  return wanted;
+}
+
 void TDebugger::PlaceBreakpoints() {
-  std::erase_if(FPlaced, [this](const auto& placed) {
-    if (std::find(FWanted.begin(), FWanted.end(), placed.first) != FWanted.end()) return false;
+  const std::vector<TBreakpoint> wanted = Wanted();
+  std::erase_if(FPlaced, [&](const auto& placed) {
+    if (std::find(wanted.begin(), wanted.end(), placed.first) != wanted.end()) return false;
     FBackend->RemoveBreakpoint(placed.second);
     return true;
   });
-  for (const TBreakpoint& breakpoint : FWanted) {
+  for (const TBreakpoint& breakpoint : wanted) {
     const auto known = [&](const auto& placed) { return placed.first == breakpoint; };
     if (std::any_of(FPlaced.begin(), FPlaced.end(), known)) continue;
     int id = 0;
-    if (FBackend->SetBreakpoint(breakpoint, id) == 0)
+    if (FBackend->SetBreakpoint(breakpoint, id) == 0 && breakpoint.Place)
       TellError(fmt::format("There is no code at {}:{} to stop at", breakpoint.Place.File,
                             breakpoint.Place.Line));
     FPlaced.emplace_back(breakpoint, id);
   }
+}
+
+std::string TDebugger::Raised() {
+  const int hit = FBackend->Hit();
+  const auto placed = std::find_if(FPlaced.begin(), FPlaced.end(),
+                                   [hit](const auto& each) { return each.second == hit; });
+  if (hit == 0 || placed == FPlaced.end()) return {};
+  const TRaiseFunction* function = FindRaiseFunction(placed->first.Function);
+  const TProcessor* processor = FBackend->Processor();
+  if (function == nullptr || processor == nullptr) return {};
+  FBackend->SelectFrame(0);
+  const TSnapshot snapshot = FBackend->Look();
+  const auto raising = std::find_if(snapshot.Frames.begin(), snapshot.Frames.end(),
+                                    [](const TCall& call) { return bool(call.Place); });
+  if (raising != snapshot.Frames.end())
+    FBackend->SelectFrame(static_cast<std::size_t>(raising - snapshot.Frames.begin()));
+  return function->Describe(*FBackend, *processor, snapshot.Registers);
 }
 
 void TDebugger::End() {

@@ -65,13 +65,15 @@ class TDebugger {
   void SendInput(const std::string& text);
   // All breakpoints there are; those that are new are placed, those that are gone removed.
   void SetBreakpoints(std::vector<TBreakpoint> breakpoints);
+  // Whether the program stops where an exception is raised; yes at first.
+  void SetExceptionStops(bool stops);
   void SelectThread(std::uint64_t id);
   void SelectFrame(std::size_t index);
   void WriteRegister(const std::string& name, std::uint64_t value);
   void WriteMemory(std::uint64_t address, const std::string& bytes);
 
   // Questions: the answer reaches `answer` by Dispatch, or not at all when it fails or the program
-  // is gone.
+  // is gone. An expression without a value is answered by one that tells why.
   void Evaluate(const std::string& expression, std::function<void(const TVariable&)> answer);
   void ReadMemory(std::uint64_t address, std::size_t size,
                   std::function<void(const std::string&)> answer);
@@ -92,6 +94,9 @@ class TDebugger {
   void TakeEvents();
   void Publish();
   void PlaceBreakpoints();
+  std::vector<TBreakpoint> Wanted() const;
+  // Why it stopped, when it was an exception; the call with the raising line is selected then.
+  std::string Raised();
   void End();
 
   const std::function<void()> FWake;
@@ -109,6 +114,8 @@ class TDebugger {
   // The worker's thread only.
   std::unique_ptr<TDebugBackend> FBackend;
   std::vector<TBreakpoint> FWanted;
+  bool FExceptionStops = true;
+  std::string FRaised;                               // at the stop of now
   std::vector<std::pair<TBreakpoint, int>> FPlaced;  // with the backend's numbers
   bool FLoaded = false;
   TRunState FState = TRunState::None;

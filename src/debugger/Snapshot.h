@@ -39,6 +39,8 @@ struct TVariable {
   std::string Type{};
   std::string Value{};
   std::vector<TVariable> Parts{};
+  // It has none: Value tells why.
+  bool Failed = false;
 };
 
 // Registers by the debugger's names.

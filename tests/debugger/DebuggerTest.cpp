@@ -4,14 +4,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <condition_variable>
-#include <cstdlib>
-#include <fstream>
-#include <mutex>
 #include <string>
 
-#include "debugger/Debugger.h"
+#include "DebuggedProgram.h"
 
 namespace wrenfold {
 namespace {
@@ -19,71 +14,14 @@ namespace {
 const std::string Program = std::string(WRENFOLD_BIN_DIR) + "/wrenfold-test-steps";
 const std::string Source = std::string(WRENFOLD_SOURCE_DIR) + "/tests/debugger/programs/steps.cpp";
 
-// The number of the line of the program that ends in this comment.
-int LineOf(const std::string& comment) {
-  std::ifstream file(Source);
-  std::string line;
-  for (int number = 1; std::getline(file, line); ++number)
-    if (line.ends_with("// " + comment)) return number;
-  return 0;
-}
-const int SumLine = LineOf("the sum"), LoopLine = LineOf("the loop");
+const int SumLine = LineWith(Source, "the sum"), LoopLine = LineWith(Source, "the loop");
 
-class DebuggerTest : public testing::Test {
+class DebuggerTest : public DebuggedProgram {
  protected:
-  DebuggerTest() {
-    Debugger.OnOutput = [this](const std::string& text) { Output += text; };
-    Debugger.OnError = [this](const std::string& message) { Errors += message + "\n"; };
-  }
-
-  // Until it is so, or ten seconds are over.
-  template <class Condition>
-  bool Until(const Condition& condition) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    for (;;) {
-      Debugger.Dispatch();
-      if (condition()) return true;
-      std::unique_lock lock(Mutex);
-      if (std::chrono::steady_clock::now() > end) return false;
-      Woken.wait_for(lock, std::chrono::milliseconds(50));
-    }
-  }
-  bool UntilState(TRunState state) {
-    return Until([this, state] { return Debugger.Snapshot()->State == state; });
-  }
-  // After a command that runs the program: until a newer stop than the one seen.
-  bool UntilNextStop() {
-    return Until([this] {
-      const TSnapshot& now = *Debugger.Snapshot();
-      if (now.State != TRunState::Stopped || now.Number == Seen) return false;
-      Seen = now.Number;
-      return true;
-    });
-  }
-
   void LaunchTo(int line, std::vector<std::string> arguments = {}) {
-    if (line > 0) Debugger.SetBreakpoints({{.Place = {Source, line}}});
-    Debugger.Launch({Program, std::move(arguments), {}});
-    const bool started =
-        Until([this] { return !Errors.empty() || Debugger.Snapshot()->State != TRunState::None; });
-    if (!Errors.empty() && std::getenv("WRENFOLD_REQUIRE_TRACE") == nullptr)
-      GTEST_SKIP() << "this machine does not let a program be traced: " << Errors;
-    ASSERT_TRUE(started && Errors.empty()) << Errors;
-    ASSERT_TRUE(line == 0 || UntilNextStop()) << Errors;
+    Launch({Program, std::move(arguments), {}}, Source, line);
   }
-  const TSnapshot& Now() const { return *Debugger.Snapshot(); }
-  int Line() const { return Now().Frames.empty() ? 0 : Now().Frames[0].Place.Line; }
-
-  std::mutex Mutex;
-  std::condition_variable Woken;
-  std::string Output, Errors;
-  std::uint64_t Seen = 0;
-  TDebugger Debugger{[this] { Woken.notify_one(); }};
 };
-
-#define LAUNCH(...)      \
-  LaunchTo(__VA_ARGS__); \
-  if (IsSkipped() || HasFatalFailure()) return
 
 TEST_F(DebuggerTest, StopsStepsAndShowsWhereItIs) {
   LAUNCH(LoopLine);
@@ -169,6 +107,30 @@ TEST_F(DebuggerTest, CrashStopsInWordsAndOutputIsNotLost) {
   ASSERT_TRUE(UntilState(TRunState::Exited)) << Errors;
   EXPECT_TRUE(Until([this] { return Output.find("total 35") != std::string::npos; }));
   EXPECT_GT(Output.size(), 1'000'000u);
+}
+
+TEST_F(DebuggerTest, RaisedExceptionStopsAtItsLineWithClassAndMessage) {
+  LAUNCH(0, {"raise"});
+  ASSERT_TRUE(UntilNextStop()) << Errors;
+  EXPECT_EQ(Now().Reason, "EStep: too far");
+  ASSERT_LT(Now().FrameIndex, Now().Frames.size());
+  EXPECT_EQ(Now().Frames[Now().FrameIndex].Place.Line, LineWith(Source, "the raising"));
+  Debugger.SetExceptionStops(false);
+  Debugger.Launch({Program, {"raise"}, {}});
+  ASSERT_TRUE(UntilState(TRunState::Exited)) << Errors;
+}
+
+TEST_F(DebuggerTest, ConditionAndCountDecideWhetherItStops) {
+  LAUNCH(SumLine);
+  Debugger.SetBreakpoints(
+      {{.Place = {Source, SumLine}, .Condition = "point.X == 3", .PassCount = 3}});
+  Debugger.Launch({Program, {}, {}});
+  ASSERT_TRUE(Until([this] { return Now().State == TRunState::Running; }));
+  ASSERT_TRUE(UntilNextStop()) << Errors;
+  EXPECT_EQ(ValueOf("point.X + point.Y"), "7");
+  Debugger.SelectFrame(1);
+  EXPECT_EQ(ValueOf("i"), "3");
+  EXPECT_NE(ValueOf("nobody").find("nobody"), std::string::npos);
 }
 
 TEST_F(DebuggerTest, AttachedProgramLivesOnWhenTheDebuggerGoes) {

@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <utility>
 
+#include "debugger/lldb/PascalValues.h"
+
 namespace wrenfold {
 
 namespace {
@@ -59,7 +61,9 @@ std::string ReasonOf(SBThread thread, bool paused) {
 }
 
 TVariable VariableFrom(SBValue value, int depth) {
-  TVariable variable{Text(value.GetName()), Text(value.GetTypeName()), Text(value.GetValue()), {}};
+  TVariable variable{.Name = Text(value.GetName()),
+                     .Type = Text(value.GetTypeName()),
+                     .Value = Text(value.GetValue())};
   const std::string summary = Text(value.GetSummary());
   if (!summary.empty()) variable.Value = summary;
   if (value.GetError().Fail()) variable.Value = Text(value.GetError().GetCString());
@@ -122,6 +126,7 @@ std::optional<TSymbol> TLldbBackend::SymbolAt(std::uint64_t address) {
 void TLldbBackend::Load(const std::string& program) {
   FProcess = {};
   if (FTarget.IsValid()) FDebugger.DeleteTarget(FTarget);
+  FConditions.clear();
   SBError error;
   FTarget = FDebugger.CreateTarget(program.c_str(), nullptr, nullptr, true, error);
   Check(error, fmt::format("{} cannot be debugged", program).c_str());
@@ -141,6 +146,7 @@ void TLldbBackend::Launch(const TLaunch& launch) {
     if (!launch.Folder.empty()) info.SetWorkingDirectory(launch.Folder.c_str());
     info.SetLaunchFlags(fixedAddresses ? eLaunchFlagDisableASLR : eLaunchFlagNone);
     error.Clear();
+    FStopped = FPaused = false;
     FProcess = FTarget.Launch(info, error);
     if (error.Success()) return;
   }
@@ -164,21 +170,24 @@ void TLldbBackend::Attach(std::uint64_t processId) {
   FPaused = true;
   // The stop of attaching may come a little later, or may have been taken by the library itself.
   for (int i = 0; i < 500 && FProcess.GetState() != eStateStopped; ++i) Wait(10);
+  FStopped = FProcess.GetState() == eStateStopped;
 }
 
 void TLldbBackend::Detach() {
   Check(FProcess.Detach(), "The program cannot be left");
   FProcess = {};
+  FStopped = false;
 }
 
 void TLldbBackend::Kill() {
   if (FProcess.IsValid()) FProcess.Kill();
   FProcess = {};
+  FStopped = false;
 }
 
 void TLldbBackend::NeedStopped() {
   if (!FProcess.IsValid()) throw EDebugError("No program runs");
-  if (FProcess.GetState() != eStateStopped) throw EDebugError("The program is not stopped");
+  if (!FStopped) throw EDebugError("The program is not stopped");
 }
 
 SBThread TLldbBackend::Thread() {
@@ -194,6 +203,7 @@ void TLldbBackend::Continue() {
   NeedStopped();
   FPaused = false;
   Check(FProcess.Continue(), "The program cannot go on");
+  FStopped = false;
 }
 
 void TLldbBackend::Step(TStep step) {
@@ -222,6 +232,7 @@ void TLldbBackend::Step(TStep step) {
       break;
   }
   Check(error, "The step failed");
+  FStopped = false;
 }
 
 void TLldbBackend::RunTo(const TBreakpoint& place) {
@@ -234,6 +245,7 @@ void TLldbBackend::RunTo(const TBreakpoint& place) {
   breakpoint.SetOneShot(true);
   FPaused = false;
   Check(FProcess.Continue(), "The program cannot go on");
+  FStopped = false;
 }
 
 void TLldbBackend::Pause() {
@@ -261,14 +273,17 @@ std::optional<TDebugBackend::TEvent> TLldbBackend::TakeState(const SBEvent& even
   switch (SBProcess::GetStateFromEvent(event)) {
     case eStateStopped:
       if (SBProcess::GetRestartedFromEvent(event)) return std::nullopt;
+      FStopped = true;
       return TEvent{TRunState::Stopped, {}};
     case eStateCrashed:
+      FStopped = true;
       return TEvent{TRunState::Stopped, {}};
     case eStateRunning:
       if (std::exchange(FPausePending, false)) FProcess.Stop();
       return std::nullopt;
     case eStateExited:
     case eStateDetached:
+      FStopped = false;
       return TEvent{TRunState::Exited, {}};
     default:
       return std::nullopt;
@@ -294,7 +309,9 @@ std::optional<TDebugBackend::TEvent> TLldbBackend::Wait(int milliseconds) {
 
 SBBreakpoint TLldbBackend::Place(const TBreakpoint& breakpoint) {
   if (!FTarget.IsValid()) throw EDebugError("No program is loaded");
-  if (!breakpoint.Place) return FTarget.BreakpointCreateByAddress(breakpoint.Address);
+  if (!breakpoint.Place && breakpoint.Address != 0)
+    return FTarget.BreakpointCreateByAddress(breakpoint.Address);
+  if (!breakpoint.Place) return FTarget.BreakpointCreateByName(breakpoint.Function.c_str());
   const SBFileSpec file(breakpoint.Place.File.c_str());
   const auto line = static_cast<std::uint32_t>(breakpoint.Place.Line);
   SBBreakpoint placed = FTarget.BreakpointCreateByLocation(file, line);
@@ -306,15 +323,51 @@ SBBreakpoint TLldbBackend::Place(const TBreakpoint& breakpoint) {
 
 int TLldbBackend::SetBreakpoint(const TBreakpoint& breakpoint, int& id) {
   SBBreakpoint placed = Place(breakpoint);
-  if (!breakpoint.Condition.empty()) placed.SetCondition(breakpoint.Condition.c_str());
-  if (breakpoint.PassCount > 0)
-    placed.SetIgnoreCount(static_cast<std::uint32_t>(breakpoint.PassCount));
+  AddCondition(placed, breakpoint);
   id = placed.GetID();
   return static_cast<int>(placed.GetNumLocations());
 }
 
+void TLldbBackend::AddCondition(SBBreakpoint placed, const TBreakpoint& breakpoint) {
+  SBCompileUnit unit = placed.GetLocationAtIndex(0).GetAddress().GetCompileUnit();
+  const bool pascal = unit.IsValid() && unit.GetLanguage() == eLanguageTypePascal83;
+  if (pascal && !breakpoint.Condition.empty()) {
+    auto condition = std::make_unique<TPascalCondition>(
+        TPascalCondition{breakpoint.Condition, breakpoint.PassCount});
+    placed.SetCallback(&PascalConditionHolds, condition.get());
+    FConditions[placed.GetID()] = std::move(condition);
+    return;
+  }
+  if (!breakpoint.Condition.empty()) placed.SetCondition(breakpoint.Condition.c_str());
+  if (breakpoint.PassCount > 0)
+    placed.SetIgnoreCount(static_cast<std::uint32_t>(breakpoint.PassCount));
+}
+
+bool TLldbBackend::PascalConditionHolds(void* data, SBProcess&, SBThread& thread,
+                                        SBBreakpointLocation&) {
+  auto& condition = *static_cast<TPascalCondition*>(data);
+  condition.Error.clear();
+  try {
+    TLldbPascalScope scope(thread.GetFrameAtIndex(0));
+    if (EvaluatePascal(condition.Text, scope).Number == 0) return false;
+    return condition.PassesLeft-- <= 0;
+  } catch (const std::exception& error) {
+    // Whoever cannot be asked stops: the user has to see why.
+    condition.Error = error.what();
+    return true;
+  }
+}
+
 void TLldbBackend::RemoveBreakpoint(int id) {
   if (FTarget.IsValid()) FTarget.BreakpointDelete(id);
+  FConditions.erase(id);
+}
+
+int TLldbBackend::Hit() {
+  if (!FStopped) return 0;
+  SBThread thread = FProcess.GetSelectedThread();
+  if (thread.GetStopReason() != eStopReasonBreakpoint) return 0;
+  return static_cast<int>(thread.GetStopReasonDataAtIndex(0));
 }
 
 void TLldbBackend::LookAtThreads(TSnapshot& snapshot) {
@@ -327,6 +380,10 @@ void TLldbBackend::LookAtThreads(TSnapshot& snapshot) {
   snapshot.ThreadId = thread.GetThreadID();
   snapshot.Reason = ReasonOf(thread, FPaused);
   if (snapshot.Reason.empty() && FPaused) snapshot.Reason = "paused";
+  if (const auto condition = FConditions.find(Hit()); condition != FConditions.end()) {
+    if (!condition->second->Error.empty())
+      snapshot.Reason = "The condition of the breakpoint: " + condition->second->Error;
+  }
   for (std::uint32_t i = 0; i < std::min(thread.GetNumFrames(), MostFrames); ++i) {
     SBFrame frame = thread.GetFrameAtIndex(i);
     snapshot.Frames.push_back(
@@ -341,8 +398,11 @@ void TLldbBackend::LookAtFrame(TSnapshot& snapshot) {
     for (const TRegisterRow& row : FProcessor->Registers)
       snapshot.Registers[row.Name] = frame.FindRegister(row.Name).GetValueAsUnsigned();
   SBValueList values = frame.GetVariables(true, true, false, true);
-  for (std::uint32_t i = 0; i < values.GetSize(); ++i)
-    snapshot.Locals.push_back(VariableFrom(values.GetValueAtIndex(i), 1));
+  const bool pascal = IsPascal(frame);
+  for (std::uint32_t i = 0; i < values.GetSize(); ++i) {
+    SBValue value = values.GetValueAtIndex(i);
+    snapshot.Locals.push_back(pascal ? ShowPascalVariable(value) : VariableFrom(value, 1));
+  }
 }
 
 TSnapshot TLldbBackend::Look() {
@@ -355,7 +415,7 @@ TSnapshot TLldbBackend::Look() {
     snapshot.ExitCode = FProcess.GetExitStatus();
     snapshot.Reason = Text(FProcess.GetExitDescription());
   }
-  if (state != eStateStopped && state != eStateCrashed) return snapshot;
+  if (!FStopped) return snapshot;
   LookAtThreads(snapshot);
   LookAtFrame(snapshot);
   return snapshot;
@@ -372,6 +432,10 @@ void TLldbBackend::SelectFrame(std::size_t index) {
 
 TVariable TLldbBackend::Evaluate(const std::string& expression) {
   SBFrame frame = Frame();
+  if (IsPascal(frame)) {
+    TLldbPascalScope scope(frame);
+    return ShowPascal(EvaluatePascal(expression, scope), expression);
+  }
   SBValue value = frame.GetValueForVariablePath(expression.c_str());
   if (!value.IsValid() || value.GetError().Fail()) {
     SBExpressionOptions options;

@@ -3,6 +3,8 @@
 
 #include <lldb/API/LLDB.h>
 
+#include <map>
+#include <memory>
 #include <string>
 
 #include "debugger/Backend.h"
@@ -31,6 +33,7 @@ class TLldbBackend final : public TDebugBackend {
   std::optional<TEvent> Wait(int milliseconds) override;
   int SetBreakpoint(const TBreakpoint& breakpoint, int& id) override;
   void RemoveBreakpoint(int id) override;
+  int Hit() override;
   const TProcessor* Processor() override { return FProcessor; }
   TSnapshot Look() override;
   void SelectThread(std::uint64_t id) override;
@@ -49,6 +52,10 @@ class TLldbBackend final : public TDebugBackend {
   std::optional<TEvent> TakeOutput();
   std::optional<TEvent> TakeState(const lldb::SBEvent& event);
   lldb::SBBreakpoint Place(const TBreakpoint& breakpoint);
+  void AddCondition(lldb::SBBreakpoint placed, const TBreakpoint& breakpoint);
+  // Called by the library while the next event is taken: the program stands at the breakpoint.
+  static bool PascalConditionHolds(void* condition, lldb::SBProcess& process,
+                                   lldb::SBThread& thread, lldb::SBBreakpointLocation& location);
   void LookAtThreads(TSnapshot& snapshot);
   void LookAtFrame(TSnapshot& snapshot);
 
@@ -57,6 +64,16 @@ class TLldbBackend final : public TDebugBackend {
   lldb::SBTarget FTarget;
   lldb::SBProcess FProcess;
   const TProcessor* FProcessor = nullptr;
+
+  // A condition that the library does not understand.
+  struct TPascalCondition {
+    std::string Text;
+    int PassesLeft;
+    std::string Error{};  // of the last time
+  };
+  std::map<int, std::unique_ptr<TPascalCondition>> FConditions;
+  // It stands, and its stop was told: until then the library itself is at work with its threads.
+  bool FStopped = false;
   bool FPaused = false;  // by us, not by what it ran into
   bool FPausePending = false;
 };

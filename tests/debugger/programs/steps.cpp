@@ -15,6 +15,15 @@ int Sum(const TPoint& point) {
   return sum;
 }
 
+class EStep : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+void Raise() {
+  throw EStep("too far");  // the raising
+}
+
 int main(int count, char** arguments) {
   TPoint point{3, 4};
   if (count > 1 && std::strcmp(arguments[1], "forever") == 0)
@@ -24,6 +33,11 @@ int main(int count, char** arguments) {
   if (count > 1 && std::strcmp(arguments[1], "flood") == 0)
     for (int i = 0; i < 20000; ++i)
       std::printf("a line of output that is fifty characters long 12345\n");
+  if (count > 1 && std::strcmp(arguments[1], "raise") == 0) try {
+      Raise();
+    } catch (const std::exception& error) {
+      std::puts(error.what());
+    }
   int total = 0;
   for (int i = 0; i < 5; ++i) total += Sum(point);  // the loop
   std::printf("total %d\n", total);
