@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "host/HostTest.h"
+#include "host/debug/ExpressionAt.h"
 #include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Text.h"
 
@@ -36,6 +37,49 @@ TEST(Compiler, LineAboutAPlaceLeadsThere) {
   }
   for (const char* line : {"Compiling Main.pas", "make: *** [all] Error 1", "12 lines compiled"})
     EXPECT_FALSE(CompilerMessage(line, "/work").has_value()) << line;
+}
+
+TEST(ExpressionAt, TakesTheNameWithWhatItIsAPartOf) {
+  struct TRow {
+    const char* Line;  // the place is marked by "|"
+    const char* Expression;
+  };
+  const TRow rows[] = {
+      {"  x := Sh|ape.Points[1].X + 1;", "Shape"},
+      {"  x := Shape.Po|ints[1].X + 1;", "Shape.Points"},
+      {"  x := Shape.Points[i + 1].|X + 1;", "Shape.Points[i + 1].X"},
+      {"  p^.Next^.Na|me", "p^.Next^.Name"},
+      {"  (*p).n|ame", "name"},
+      {"  this->list->co|unt", "this->list->count"},
+      {"  a[1].b[2].|c", "a[1].b[2].c"},
+      {"  1|2 + x", ""},
+      {"  x |+ y", ""},
+      {"].|c", "c"},
+      {"  x|", ""},
+  };
+  for (const TRow& row : rows) {
+    std::string line = row.Line;
+    const std::size_t at = line.find('|');
+    line.erase(at, 1);
+    EXPECT_EQ(ExpressionAt(line, at), row.Expression) << row.Line;
+  }
+}
+
+TEST(Breakpoints, ConditionsGoWithTheirLinesAndAreKeptAsText) {
+  TBreakpoints list;
+  list.Put({.Place = {"/a.pas", 3}, .Condition = "I = 2", .PassCount = 4});
+  list.Put({.Place = {"/a.pas", 9}, .Condition = "a\tb"});
+  list.Put({.Address = 0x401000});
+  list.Move("/a.pas", {5, 11});
+  EXPECT_EQ(list.LinesOf("/a.pas"), (std::set<int>{5, 11}));
+  EXPECT_EQ(list.Find({.Place = {"/a.pas", 5}})->Condition, "I = 2");
+  const TBreakpoints read = TBreakpoints::FromText(list.ToText() + "noise\n/b.pas\tx\t1\t\n\t\t\n");
+  ASSERT_EQ(read.All().size(), 2u) << "addresses mean nothing in another run";
+  EXPECT_EQ(read.Find({.Place = {"/a.pas", 5}})->PassCount, 4);
+  EXPECT_EQ(read.Find({.Place = {"/a.pas", 11}})->Condition, "a\tb");
+  list.Move("/a.pas", {5});
+  EXPECT_EQ(list.LinesOf("/a.pas"), std::set<int>{5});
+  EXPECT_EQ(list.Find({.Place = {"/a.pas", 5}})->Condition, "I = 2");
 }
 
 class Debugging : public HostTest {
@@ -118,6 +162,43 @@ TEST_F(Debugging, StopIsShownInTheEditorAndPublishedByTheCpuWindow) {
 
   Run("RunResetCommand");
   EXPECT_TRUE(QTest::qWaitFor([this] { return !Session().Active(); }, 10000));
+}
+
+TEST_F(Debugging, WatchesAndConditionsAreKeptWithTheProject) {
+  const std::string project = WriteProject();
+  Workbench->Documents().OpenProject(project);
+  TDebugging& debugging = Workbench->Debugging();
+  debugging.Session().PutBreakpoint({.Place = {FileOf("Main"), 4}, .Condition = "I = 3"});
+  TWatchPanel& watches = Workbench->Panels().Get<TWatchPanel>();
+  watches.Add("Count + 1");
+  Restart();
+  EXPECT_TRUE(Workbench->Debugging().Session().Breakpoints().All().empty());
+  Workbench->Documents().OpenProject(project);
+  const TBreakpoint* kept =
+      Workbench->Debugging().Session().Breakpoints().Find({.Place = {FileOf("Main"), 4}});
+  ASSERT_NE(kept, nullptr);
+  EXPECT_EQ(kept->Condition, "I = 3");
+  EXPECT_EQ(Workbench->Panels().Get<TWatchPanel>().Expressions(),
+            std::vector<std::string>{"Count + 1"});
+}
+
+TEST_F(Debugging, WatchShowsItsValueOrWhyItHasNone) {
+  ASSERT_NO_FATAL_FAILURE(RunToTheSum());
+  if (!Session().Stopped()) GTEST_SKIP() << NoTrace;
+  TWatchPanel& watches = Workbench->Panels().Get<TWatchPanel>();
+  watches.Add("point.X + 1");
+  watches.Add("nobody");
+  const auto& list = *watches.findChild<QTreeWidget*>("Watches");
+  const auto text = [&](int row) { return FromQString(list.topLevelItem(row)->text(1)); };
+  ASSERT_TRUE(QTest::qWaitFor([&] { return text(0) == "4" && !text(1).empty(); }, 10000));
+  EXPECT_NE(text(1).find("nobody"), std::string::npos);
+  // The list of breakpoints is the one place for condition and count.
+  auto& points =
+      *Workbench->Panels().Get<TBreakpointPanel>().findChild<QTreeWidget*>("Breakpoints");
+  points.topLevelItem(0)->setText(1, "point.X == 4");
+  EXPECT_EQ(Session().Breakpoints().All()[0].Condition, "point.X == 4");
+  Run("RunRunCommand");
+  EXPECT_TRUE(QTest::qWaitFor([this] { return !Session().Active(); }, 10000)) << "it stopped";
 }
 
 // As the suite's scan goes: by steps of one byte, however far the code reaches.

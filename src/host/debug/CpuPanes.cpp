@@ -117,7 +117,8 @@ TDisassemblyPane::TDisassemblyPane(TComponent* owner, QWidget* parent, TDebugSes
           [this](int value) { Guarded(this, [&] { ReadMore(value); }); });
   connect(this, &QTreeWidget::itemDoubleClicked, this, [this] {
     Guarded(this, [&] {
-      if (const TCodeLine* line = SelectedLine()) FSession.ToggleAddress(line->Instruction.Address);
+      if (const TCodeLine* line = SelectedLine())
+        FSession.ToggleBreakpoint({.Address = line->Instruction.Address});
     });
   });
 }
@@ -308,7 +309,7 @@ void TDisassemblyPane::MarkLine(std::size_t index) {
   const TInstruction& instruction = FLines[index].Instruction;
   QTreeWidgetItem& item = *FItems[index];
   const bool here = FSession.Stopped() && instruction.Address == now.Address();
-  const bool stop = FSession.Addresses().contains(instruction.Address);
+  const bool stop = FSession.Breakpoints().Find({.Address = instruction.Address}) != nullptr;
   item.setIcon(0, style()->standardIcon(here   ? QStyle::SP_ArrowRight
                                         : stop ? QStyle::SP_DialogNoButton
                                                : QStyle::SP_CustomBase));

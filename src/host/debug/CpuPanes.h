@@ -50,6 +50,8 @@ class TDisassemblyPane final : public TCpuPane {
   // Shows the code at the address, whatever is shown now.
   void GoTo(std::uint64_t address);
   void Update();
+  // Shows breakpoints and the program's place as they are now.
+  void Mark();
 
  private:
   void Take(std::uint64_t address, const std::vector<TCodeLine>& lines);
@@ -60,7 +62,6 @@ class TDisassemblyPane final : public TCpuPane {
   void WaitForMore();
   // The items of a line, the instruction's last.
   QList<QTreeWidgetItem*> MakeItems(const TCodeLine& line);
-  void Mark();
   void MarkLine(std::size_t index);
   const TCodeLine* SelectedLine() const;
   int IndexOf(std::uint64_t address) const;

@@ -51,6 +51,7 @@ void TCpuWindow::Serve(TDebugSession& session) {
   column->addWidget(columns, 1);
   setFocusProxy(FCode);
   session.Listen([this] { Update(); });
+  session.ListenToBreakpoints([this] { FCode->Mark(); });
   Update();
 }
 

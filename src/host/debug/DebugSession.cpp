@@ -20,6 +20,7 @@ TDebugSession::TDebugSession(TDebugger::TMakeBackend make) {
 TDebugSession::~TDebugSession() {
   // What still comes has nobody to reach.
   FListeners.clear();
+  FBreakpointListeners.clear();
   OnOutput = nullptr;
   OnError = nullptr;
 }
@@ -35,37 +36,35 @@ void TDebugSession::Run(const TLaunch& launch) {
   if (!Running()) FDebugger->Launch(launch);
 }
 
-void TDebugSession::ToggleBreakpoint(const std::string& fileName, int line) {
-  std::set<int>& lines = FLines[fileName];
-  if (lines.erase(line) == 0) lines.insert(line);
-  SendBreakpoints();
-  if (OnBreakpoints) OnBreakpoints(fileName);
+void TDebugSession::SetBreakpoints(TBreakpoints breakpoints) {
+  FBreakpoints = std::move(breakpoints);
+  BreakpointsChanged();
+}
+
+void TDebugSession::PutBreakpoint(const TBreakpoint& breakpoint) {
+  FBreakpoints.Put(breakpoint);
+  BreakpointsChanged();
+}
+
+void TDebugSession::RemoveBreakpoint(const TBreakpoint& place) {
+  FBreakpoints.Remove(place);
+  BreakpointsChanged();
+}
+
+void TDebugSession::ToggleBreakpoint(const TBreakpoint& place) {
+  FBreakpoints.Toggle(place);
+  BreakpointsChanged();
 }
 
 void TDebugSession::MoveBreakpoints(const std::string& fileName, const std::set<int>& lines) {
-  if (Breakpoints(fileName) == lines) return;
-  FLines[fileName] = lines;
-  SendBreakpoints();
+  if (FBreakpoints.LinesOf(fileName) == lines) return;
+  FBreakpoints.Move(fileName, lines);
+  BreakpointsChanged();
 }
 
-const std::set<int>& TDebugSession::Breakpoints(const std::string& fileName) const {
-  static const std::set<int> none;
-  const auto found = FLines.find(fileName);
-  return found == FLines.end() ? none : found->second;
-}
-
-void TDebugSession::ToggleAddress(std::uint64_t address) {
-  if (FAddresses.erase(address) == 0) FAddresses.insert(address);
-  SendBreakpoints();
-  for (const auto& listener : FListeners) listener();
-}
-
-void TDebugSession::SendBreakpoints() {
-  std::vector<TBreakpoint> all;
-  for (const auto& [file, lines] : FLines)
-    for (const int line : lines) all.push_back({.Place = {file, line}});
-  for (const std::uint64_t address : FAddresses) all.push_back({.Address = address});
-  FDebugger->SetBreakpoints(std::move(all));
+void TDebugSession::BreakpointsChanged() {
+  FDebugger->SetBreakpoints(FBreakpoints.All());
+  for (const auto& listener : FBreakpointListeners) listener();
 }
 
 }  // namespace wrenfold

@@ -3,13 +3,13 @@
 
 #include <QObject>
 #include <functional>
-#include <map>
 #include <memory>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "debugger/Debugger.h"
+#include "host/debug/Breakpoints.h"
 
 namespace wrenfold {
 
@@ -30,27 +30,28 @@ class TDebugSession final : public QObject {
   void Listen(std::function<void()> listener) { FListeners.push_back(std::move(listener)); }
   std::function<void(const std::string& text)> OnOutput;
   std::function<void(const std::string& message)> OnError;
-  // The breakpoints of a file are others than before.
-  std::function<void(const std::string& fileName)> OnBreakpoints;
+  // Called after each change of the breakpoints, in the order of listening.
+  void ListenToBreakpoints(std::function<void()> listener) {
+    FBreakpointListeners.push_back(std::move(listener));
+  }
 
   // Starts the program, or lets the stopped one go on.
   void Run(const TLaunch& launch);
 
-  // Lines count from 1.
-  void ToggleBreakpoint(const std::string& fileName, int line);
+  const TBreakpoints& Breakpoints() const { return FBreakpoints; }
+  void SetBreakpoints(TBreakpoints breakpoints);
+  void PutBreakpoint(const TBreakpoint& breakpoint);
+  void RemoveBreakpoint(const TBreakpoint& place);
+  void ToggleBreakpoint(const TBreakpoint& place);
   void MoveBreakpoints(const std::string& fileName, const std::set<int>& lines);
-  const std::set<int>& Breakpoints(const std::string& fileName) const;
-  void ToggleAddress(std::uint64_t address);
-  const std::set<std::uint64_t>& Addresses() const { return FAddresses; }
 
  private:
   void Wake();
-  void SendBreakpoints();
+  void BreakpointsChanged();
 
   std::unique_ptr<TDebugger> FDebugger;
-  std::vector<std::function<void()>> FListeners;
-  std::map<std::string, std::set<int>> FLines;
-  std::set<std::uint64_t> FAddresses;
+  std::vector<std::function<void()>> FListeners, FBreakpointListeners;
+  TBreakpoints FBreakpoints;
 };
 
 }  // namespace wrenfold

@@ -2,40 +2,15 @@
 
 #include <fmt/format.h>
 
-#include <QHeaderView>
 #include <QSplitter>
 #include <QVBoxLayout>
 
+#include "host/debug/VariableTree.h"
 #include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Guard.h"
 #include "platform/widgets/Text.h"
 
 namespace wrenfold {
-
-namespace {
-
-QTreeWidget* MakeTree(QWidget* parent, const char* name, const QString& title, const QString& tip,
-                      const QStringList& columns) {
-  auto* tree = new QTreeWidget(parent);
-  tree->setObjectName(name);
-  tree->setAccessibleName(title);
-  tree->setToolTip(tip);
-  tree->setHeaderLabels(columns);
-  tree->setUniformRowHeights(true);
-  tree->setFrameShape(QFrame::NoFrame);
-  tree->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
-  return tree;
-}
-
-void AddVariable(QTreeWidget* tree, QTreeWidgetItem* parent, const TVariable& variable) {
-  auto* item = new QTreeWidgetItem(
-      QStringList{ToQString(variable.Name), ToQString(variable.Value), ToQString(variable.Type)});
-  if (parent != nullptr) parent->addChild(item);
-  else tree->addTopLevelItem(item);
-  for (const TVariable& part : variable.Parts) AddVariable(tree, item, part);
-}
-
-}  // namespace
 
 const TTypeInfo& TStackPanel::ClassInfo() {
   static const TTypeInfo info = Publish<TStackPanel>("TCallStackForm", TForm::ClassInfo());
@@ -50,12 +25,12 @@ TStackPanel::TStackPanel(TComponent* owner, QWidget* parent)
   FThreads->setAccessibleName(tr("Thread"));
   FThreads->setToolTip(tr("The thread whose calls are shown"));
   auto* halves = new QSplitter(Qt::Horizontal, this);
-  FFrames = MakeTree(halves, "CallStack", tr("Call stack"),
-                     tr("Double click or Enter goes to the call"), {tr("Call"), tr("Line")});
+  FFrames = MakeValueTree(halves, "CallStack", tr("Call stack"),
+                          tr("Double click or Enter goes to the call"), {tr("Call"), tr("Line")});
   FFrames->setRootIsDecorated(false);
-  FLocals =
-      MakeTree(halves, "LocalVariables", tr("Local variables"),
-               tr("The variables of the chosen call"), {tr("Variable"), tr("Value"), tr("Type")});
+  FLocals = MakeValueTree(halves, "LocalVariables", tr("Local variables"),
+                          tr("The variables of the chosen call"),
+                          {tr("Variable"), tr("Value"), tr("Type")});
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
@@ -82,7 +57,8 @@ void TStackPanel::Update() {
   FillThreads(now);
   FillFrames(now);
   FLocals->clear();
-  for (const TVariable& variable : now.Locals) AddVariable(FLocals, nullptr, variable);
+  for (const TVariable& variable : now.Locals)
+    ShowVariable(*new QTreeWidgetItem(FLocals), variable);
   setEnabled(FSession->Stopped());
   FFilling = false;
 }

@@ -17,6 +17,7 @@ namespace {
 
 constexpr int IndentWidth = 2;
 constexpr int MarginPadding = 2;  // characters beside the line numbers
+constexpr int TipMilliseconds = 500;
 constexpr int MarkMargin = 1, MarkMarginWidth = 16;
 
 // Marks of lines, in the order in which they are drawn over each other.
@@ -59,6 +60,7 @@ TEditControl::TEditControl(TComponent* owner, QWidget* parent) : TControlOf(owne
   setMarginType(MarkMargin, QsciScintilla::SymbolMargin);
   setMarginWidth(MarkMargin, MarkMarginWidth);
   setMarginSensitivity(MarkMargin, true);
+  SendScintilla(SCI_SETMOUSEDWELLTIME, static_cast<unsigned long>(TipMilliseconds));
   setMarginMarkerMask(MarkMargin, 1 << lmBreakpoint | 1 << lmExecution);
   markerDefine(QsciScintilla::Circle, lmBreakpoint);
   markerDefine(QsciScintilla::RightArrow, lmExecution);
@@ -229,6 +231,15 @@ void TEditWindow::ConnectEditor() {
         OnMarginClick(*FShown, line + 1);
     });
   });
+  connect(FEditor, &QsciScintilla::marginRightClicked, this, [this](int margin, int line) {
+    Guarded(this, [&] {
+      if (margin == MarkMargin && FShown != nullptr && OnMarginMenu)
+        OnMarginMenu(*FShown, line + 1, QCursor::pos());
+    });
+  });
+  connect(FEditor, &QsciScintillaBase::SCN_DWELLSTART, this, [this](int position, int x, int y) {
+    Guarded(this, [&] { MouseRests(position, x, y); });
+  });
   connect(FTabs, &QTabBar::tabCloseRequested, this, [this](int index) {
     Guarded(this, [&] {
       auto* page = dynamic_cast<TEditPage*>(FTabs->Tabs()->GetObject(index));
@@ -251,6 +262,15 @@ void TEditWindow::ShowMarks(const std::set<int>& breakpoints, int executionLine)
     FEditor->markerAdd(executionLine - 1, lmExecutionLine);
   }
   FMarking = false;
+}
+
+void TEditWindow::MouseRests(int position, int x, int y) {
+  if (position < 0 || FShown == nullptr || !OnTipWanted) return;
+  const long line = FEditor->SendScintilla(QsciScintilla::SCI_LINEFROMPOSITION, position);
+  const long start = FEditor->SendScintilla(QsciScintilla::SCI_POSITIONFROMLINE, line);
+  const std::string text = FromQString(FEditor->text(static_cast<int>(line)));
+  OnTipWanted(text, static_cast<std::size_t>(position - start),
+              FEditor->viewport()->mapToGlobal(QPoint(x, y)));
 }
 
 // Marks follow the text that they stand at.

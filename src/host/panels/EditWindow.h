@@ -9,10 +9,11 @@
 #include <functional>
 #include <memory>
 #include <set>
+#include <string_view>
 #include <vector>
 
-#include "platform/source/Highlighting.h"
 #include "host/documents/Modules.h"
+#include "platform/source/Highlighting.h"
 #include "platform/widgets/Forms.h"
 #include "platform/widgets/Menus.h"
 #include "platform/widgets/TabControl.h"
@@ -135,6 +136,10 @@ class TEditWindow : public TForm {
   std::function<void(TEditPage&)> OnCloseRequest;
   // A click beside the line numbers; lines from 1.
   std::function<void(TEditPage&, int line)> OnMarginClick;
+  // The menu of the place beside the line numbers is wanted; lines from 1.
+  std::function<void(TEditPage&, int line, const QPoint& place)> OnMarginMenu;
+  // The mouse rests on a byte of a line's text.
+  std::function<void(std::string_view line, std::size_t column, const QPoint& place)> OnTipWanted;
   // Lines were added or removed: where the breakpoints stand now.
   std::function<void(TEditPage&, const std::set<int>& lines)> OnMarksMoved;
   // A page is shown, or none: its marks are wanted.
@@ -156,6 +161,7 @@ class TEditWindow : public TForm {
   void UpdateMark(int index);
   void ModificationChanged(bool modified);
   void MarksMoved();
+  void MouseRests(int position, int x, int y);
 
   TEditTabs* FTabs;
   TEditControl* FEditor;

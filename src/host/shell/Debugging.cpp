@@ -4,8 +4,12 @@
 
 #include <QFileInfo>
 #include <QInputDialog>
+#include <QMenu>
 #include <QRegularExpression>
+#include <QToolTip>
+#include <algorithm>
 
+#include "host/debug/ExpressionAt.h"
 #include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Guard.h"
 #include "platform/widgets/Text.h"
@@ -67,26 +71,57 @@ TDebugging::TDebugging(const TParts& parts)
   FSession->OnError = [this](const std::string& message) {
     F.Views.Tell({.Kind = TMessageKind::Error, .Text = message});
   };
-  FSession->OnBreakpoints = [this](const std::string&) { ShowMarks(); };
   FSession->Listen([this] { StateChanged(); });
+  FSession->ListenToBreakpoints([this] {
+    ShowMarks();
+    StoreBreakpoints();
+  });
+  ConnectEditor();
+  ServePanels();
+  FProjectOpened = std::move(F.Documents.OnProjectOpened);
+  F.Documents.OnProjectOpened = [this](TProjectHolder& project) {
+    LoadUserSettings();
+    if (FProjectOpened) FProjectOpened(project);
+  };
+}
+
+TDebugging::~TDebugging() {
+  F.Documents.OnProjectOpened = std::move(FProjectOpened);
+  F.Editor.OnMarksWanted = nullptr;
+  F.Editor.OnMarginClick = nullptr;
+  F.Editor.OnMarginMenu = nullptr;
+  F.Editor.OnTipWanted = nullptr;
+  F.Editor.OnMarksMoved = nullptr;
+  F.Panels.Get<TWatchPanel>().OnChange = nullptr;
+  if (FBuild != nullptr) FBuild->disconnect();
+}
+
+void TDebugging::ConnectEditor() {
   F.Editor.OnMarksWanted = [this] { ShowMarks(); };
   F.Editor.OnMarginClick = [this](TEditPage& page, int line) {
-    FSession->ToggleBreakpoint(page.Source().FileName(), line);
+    FSession->ToggleBreakpoint({.Place = {page.Source().FileName(), line}});
+  };
+  F.Editor.OnMarginMenu = [this](TEditPage& page, int line, const QPoint& place) {
+    OpenMarginMenu(page, line, place);
+  };
+  F.Editor.OnTipWanted = [this](std::string_view line, std::size_t column, const QPoint& place) {
+    ShowTip(ExpressionAt(line, column), place);
   };
   F.Editor.OnMarksMoved = [this](TEditPage& page, const std::set<int>& lines) {
     FSession->MoveBreakpoints(page.Source().FileName(), lines);
   };
-  F.Panels.Get<TProgramPanel>().Serve(*FSession);
-  F.Panels.Get<TStackPanel>().Serve(*FSession);
-  F.Panels.Get<TStackPanel>().OnOpen = [this](const TCodePlace& place) { GoTo(place); };
-  F.Panels.Get<TCpuWindow>().Serve(*FSession);
 }
 
-TDebugging::~TDebugging() {
-  F.Editor.OnMarksWanted = nullptr;
-  F.Editor.OnMarginClick = nullptr;
-  F.Editor.OnMarksMoved = nullptr;
-  if (FBuild != nullptr) FBuild->disconnect();
+void TDebugging::ServePanels() {
+  const auto open = [this](const TCodePlace& place) { GoTo(place); };
+  F.Panels.Get<TProgramPanel>().Serve(*FSession);
+  F.Panels.Get<TStackPanel>().Serve(*FSession);
+  F.Panels.Get<TStackPanel>().OnOpen = open;
+  F.Panels.Get<TBreakpointPanel>().Serve(*FSession);
+  F.Panels.Get<TBreakpointPanel>().OnOpen = open;
+  F.Panels.Get<TWatchPanel>().Serve(*FSession);
+  F.Panels.Get<TWatchPanel>().OnChange = [this] { StoreWatches(); };
+  F.Panels.Get<TCpuWindow>().Serve(*FSession);
 }
 
 bool TDebugging::CanRun() const {
@@ -101,17 +136,44 @@ void TDebugging::Run() {
   else if (!FProgram.empty()) RunProgram(FProgram);
 }
 
-std::string TDebugging::ParametersKey() const {
+std::string TDebugging::Key(const char* what) const {
   TProjectHolder* project = F.Documents.Workspace().Project();
-  if (project == nullptr) return "Parameters/None";
-  return "Parameters/" + FromQString(ToQString(project->Project().FileName()).replace('/', '|'));
+  if (project == nullptr) return fmt::format("{}/None", what);
+  return fmt::format("{}/{}", what,
+                     FromQString(ToQString(project->Project().FileName()).replace('/', '|')));
+}
+
+void TDebugging::LoadUserSettings() {
+  FLoading = true;
+  FSession->SetBreakpoints(
+      TBreakpoints::FromText(F.Settings.Value(Key("Breakpoints").c_str()).toStdString()));
+  std::vector<std::string> watches;
+  const QString text = QString::fromUtf8(F.Settings.Value(Key("Watches").c_str()));
+  for (const QString& line : text.split('\n', Qt::SkipEmptyParts))
+    watches.push_back(FromQString(line));
+  F.Panels.Get<TWatchPanel>().SetExpressions(watches);
+  FLoading = false;
+}
+
+void TDebugging::StoreBreakpoints() {
+  if (FLoading || F.Documents.Workspace().Project() == nullptr) return;
+  F.Settings.SetValue(Key("Breakpoints").c_str(),
+                      QByteArray::fromStdString(FSession->Breakpoints().ToText()));
+}
+
+void TDebugging::StoreWatches() {
+  if (FLoading || F.Documents.Workspace().Project() == nullptr) return;
+  std::string text;
+  for (const std::string& expression : F.Panels.Get<TWatchPanel>().Expressions())
+    text += expression + "\n";
+  F.Settings.SetValue(Key("Watches").c_str(), QByteArray::fromStdString(text));
 }
 
 void TDebugging::RunProgram(const std::string& program) {
   FProgram = program;
   F.Panels.Get<TProgramPanel>().Clear();
   TPanels::Open(F.Panels.Get<TProgramPanel>());
-  const QString parameters = QString::fromUtf8(F.Settings.Value(ParametersKey().c_str()));
+  const QString parameters = QString::fromUtf8(F.Settings.Value(Key("Parameters").c_str()));
   std::vector<std::string> arguments;
   for (const QString& argument : QProcess::splitCommand(parameters))
     arguments.push_back(FromQString(argument));
@@ -119,10 +181,17 @@ void TDebugging::RunProgram(const std::string& program) {
   FSession->Run({program, std::move(arguments), std::move(folder)});
 }
 
+TBuildPlan TDebugging::Plan(const TProject& project) const {
+  TBuildPlan plan = PlanBuild(project);
+  const std::string command = F.Settings.Value(Key("BuildCommand").c_str()).toStdString();
+  if (!command.empty()) plan.Command = command;
+  return plan;
+}
+
 void TDebugging::StartBuild(bool run) {
   TProjectHolder* project = F.Documents.Workspace().Project();
   if (project == nullptr || Building() || !F.Documents.SaveAll()) return;
-  const TBuildPlan plan = PlanBuild(project->Project());
+  const TBuildPlan plan = Plan(project->Project());
   FBuildFolder = project->Project().Folder();
   F.Views.Tell({.Kind = TMessageKind::Information, .Text = plan.Command});
   FBuild = std::make_unique<QProcess>();
@@ -165,12 +234,17 @@ void TDebugging::Step(TStep step) {
   FSession->Debugger().Step(step);
 }
 
-void TDebugging::RunToCursor() {
+TCodePlace TDebugging::CursorPlace() {
   TEditPage* page = F.Editor.ActivePage();
-  if (page == nullptr) return;
-  int line = 1, column = 1;
-  F.Editor.CursorOf(*page, line, column);
-  FSession->Debugger().RunTo({.Place = {page->Source().FileName(), line}});
+  if (page == nullptr) return {};
+  TCodePlace place{page->Source().FileName(), 1};
+  int column = 1;
+  F.Editor.CursorOf(*page, place.Line, column);
+  return place;
+}
+
+void TDebugging::RunToCursor() {
+  if (const TCodePlace place = CursorPlace()) FSession->Debugger().RunTo({.Place = place});
 }
 
 void TDebugging::Pause() {
@@ -182,20 +256,79 @@ void TDebugging::Reset() {
 }
 
 void TDebugging::ToggleBreakpoint() {
+  if (const TCodePlace place = CursorPlace()) FSession->ToggleBreakpoint({.Place = place});
+}
+
+void TDebugging::EditBreakpoint() {
+  if (const TCodePlace place = CursorPlace()) EditBreakpointAt(place);
+}
+
+void TDebugging::EditBreakpointAt(const TCodePlace& place) {
+  TBreakpoint breakpoint{.Place = place};
+  if (const TBreakpoint* known = FSession->Breakpoints().Find(breakpoint)) breakpoint = *known;
+  if (AskBreakpoint(&F.Editor, breakpoint)) FSession->PutBreakpoint(breakpoint);
+}
+
+void TDebugging::OpenMarginMenu(TEditPage& page, int line, const QPoint& at) {
+  const TBreakpoint breakpoint{.Place = {page.Source().FileName(), line}};
+  const bool stands = FSession->Breakpoints().Find(breakpoint) != nullptr;
+  QMenu menu(&F.Editor);
+  const QAction* toggle =
+      menu.addAction(stands ? QObject::tr("Remove breakpoint") : QObject::tr("Add breakpoint"));
+  const QAction* edit = menu.addAction(QObject::tr("Condition and count..."));
+  const QAction* chosen = menu.exec(at);
+  if (chosen == toggle) FSession->ToggleBreakpoint(breakpoint);
+  if (chosen == edit) EditBreakpointAt(breakpoint.Place);
+}
+
+void TDebugging::AddWatch() {
+  TPanels::Open(F.Panels.Get<TWatchPanel>());
+  std::string expression = F.Editor.SelectedText();
   TEditPage* page = F.Editor.ActivePage();
-  if (page == nullptr) return;
-  int line = 1, column = 1;
-  F.Editor.CursorOf(*page, line, column);
-  FSession->ToggleBreakpoint(page->Source().FileName(), line);
+  if (expression.empty() && page != nullptr) {
+    int line = 1, column = 1;
+    F.Editor.CursorOf(*page, line, column);
+    const std::string text = FromQString(F.Editor.Editor().text(line - 1));
+    expression = ExpressionAt(text, static_cast<std::size_t>(column - 1));
+  }
+  if (!expression.empty() && expression.find('\n') == std::string::npos)
+    F.Panels.Get<TWatchPanel>().Add(expression);
+}
+
+void TDebugging::ShowTip(const std::string& expression, const QPoint& place) {
+  if (expression.empty() || !FSession->Stopped()) return;
+  FSession->Debugger().Evaluate(expression, [this, place](const TVariable& value) {
+    if (value.Failed) return;
+    std::string text = value.Name + " = " + value.Value;
+    constexpr std::size_t mostParts = 12;
+    for (std::size_t i = 0; i < std::min(value.Parts.size(), mostParts); ++i)
+      text += "\n  " + value.Parts[i].Name + " = " + value.Parts[i].Value;
+    if (value.Parts.size() > mostParts) text += "\n  …";
+    QToolTip::showText(place, ToQString(text), &F.Editor);
+  });
+}
+
+void TDebugging::AskBuildCommand() {
+  TProjectHolder* project = F.Documents.Workspace().Project();
+  if (project == nullptr) return;
+  bool ok = false;
+  const QString after = QInputDialog::getText(
+      &F.Editor, QObject::tr("Build command"),
+      QObject::tr("Run by the shell in the project's folder; empty: what suits the project"),
+      QLineEdit::Normal, ToQString(Plan(project->Project()).Command), &ok);
+  if (!ok) return;
+  // What would be chosen anyhow is not kept, so that it goes on following the project.
+  const bool usual = FromQString(after.trimmed()) == PlanBuild(project->Project()).Command;
+  F.Settings.SetValue(Key("BuildCommand").c_str(), usual ? QByteArray() : after.trimmed().toUtf8());
 }
 
 void TDebugging::AskParameters() {
   bool ok = false;
-  const QString before = QString::fromUtf8(F.Settings.Value(ParametersKey().c_str()));
+  const QString before = QString::fromUtf8(F.Settings.Value(Key("Parameters").c_str()));
   const QString after = QInputDialog::getText(&F.Editor, QObject::tr("Parameters"),
                                               QObject::tr("The program is started with:"),
                                               QLineEdit::Normal, before, &ok);
-  if (ok) F.Settings.SetValue(ParametersKey().c_str(), after.toUtf8());
+  if (ok) F.Settings.SetValue(Key("Parameters").c_str(), after.toUtf8());
 }
 
 void TDebugging::LoadProgram() {
@@ -219,7 +352,8 @@ void TDebugging::StateChanged() {
   F.Views.Status(now.Reason);
   // A choice of another call, or a changed value, is no new place.
   const std::uint64_t here = now.Address();
-  if (std::exchange(FShown, here) != here && now.Frames[0].Place) GoTo(now.Frames[0].Place);
+  const TCodePlace place = now.Frames[std::min(now.FrameIndex, now.Frames.size() - 1)].Place;
+  if (std::exchange(FShown, here) != here && place) GoTo(place);
 }
 
 void TDebugging::GoTo(const TCodePlace& place) {
@@ -236,9 +370,10 @@ void TDebugging::ShowMarks() {
   const std::string& file = page->Source().FileName();
   int line = 0;
   const TSnapshot& now = FSession->Now();
-  if (FSession->Stopped() && !now.Frames.empty() && now.Frames[0].Place.File == file)
-    line = now.Frames[0].Place.Line;
-  F.Editor.ShowMarks(FSession->Breakpoints(file), line);
+  if (FSession->Stopped() && now.FrameIndex < now.Frames.size() &&
+      now.Frames[now.FrameIndex].Place.File == file)
+    line = now.Frames[now.FrameIndex].Place.Line;
+  F.Editor.ShowMarks(FSession->Breakpoints().LinesOf(file), line);
 }
 
 }  // namespace wrenfold

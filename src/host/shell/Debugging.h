@@ -5,10 +5,12 @@
 #include <memory>
 #include <string>
 
+#include "host/debug/BreakpointPanel.h"
 #include "host/debug/CpuWindow.h"
 #include "host/debug/DebugSession.h"
 #include "host/debug/ProgramPanel.h"
 #include "host/debug/StackPanel.h"
+#include "host/debug/WatchPanel.h"
 #include "host/documents/Documents.h"
 #include "host/panels/EditWindow.h"
 #include "host/shell/DocumentWindows.h"
@@ -57,7 +59,11 @@ class TDebugging {
   void Pause();
   void Reset();
   void ToggleBreakpoint();
+  // Asks for condition and count of the breakpoint at the cursor's line.
+  void EditBreakpoint();
+  void AddWatch();
   void AskParameters();
+  void AskBuildCommand();
   void LoadProgram();
   void AskAttach();
 
@@ -68,13 +74,26 @@ class TDebugging {
   void StateChanged();
   void ShowMarks();
   void GoTo(const TCodePlace& place);
-  std::string ParametersKey() const;
+  void ConnectEditor();
+  void ServePanels();
+  void OpenMarginMenu(TEditPage& page, int line, const QPoint& place);
+  void EditBreakpointAt(const TCodePlace& place);
+  TCodePlace CursorPlace();
+  void ShowTip(const std::string& expression, const QPoint& place);
+  // What the user has set for the open project, or without one.
+  std::string Key(const char* what) const;
+  void LoadUserSettings();
+  void StoreBreakpoints();
+  void StoreWatches();
+  TBuildPlan Plan(const TProject& project) const;
 
   TParts F;
   std::unique_ptr<QProcess> FBuild;
   std::string FBuildFolder;
   std::string FProgram;  // what was started without a project
   std::uint64_t FShown = 0;
+  bool FLoading = false;
+  std::function<void(TProjectHolder&)> FProjectOpened;  // who was told of it before
   // Ends before what it tells.
   std::unique_ptr<TDebugSession> FSession;
 };

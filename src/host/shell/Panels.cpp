@@ -3,9 +3,11 @@
 
 #include <QApplication>
 
+#include "host/debug/BreakpointPanel.h"
 #include "host/debug/CpuWindow.h"
 #include "host/debug/ProgramPanel.h"
 #include "host/debug/StackPanel.h"
+#include "host/debug/WatchPanel.h"
 #include "host/panels/MessagePanel.h"
 #include "host/panels/ProjectPanel.h"
 #include "host/panels/PropertyInspector.h"
@@ -33,6 +35,8 @@ constexpr TPanel Table[] = {
     {Make<TMessagePanel>, Qt::BottomDockWidgetArea, 600, 110, true},
     {Make<TProgramPanel>, Qt::BottomDockWidgetArea, 300, 110, false},
     {Make<TStackPanel>, Qt::BottomDockWidgetArea, 300, 110, false},
+    {Make<TBreakpointPanel>, Qt::BottomDockWidgetArea, 300, 110, false},
+    {Make<TWatchPanel>, Qt::BottomDockWidgetArea, 300, 110, false},
     {Make<TCpuWindow>, Qt::RightDockWidgetArea, 760, 500, false},
 };
 
