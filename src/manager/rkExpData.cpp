@@ -117,9 +117,9 @@ namespace {
 // carried over for those that are not.
 template <class Base, class Collection>
 void DefineKeyed(TFiler& filer, const char* name, Collection& collection,
-                 const std::string& keyProperty, std::vector<TStoredItem>& carried,
+                 const std::string& keyProperty, std::vector<TCarriedItem>& carried,
                  void (TFitReader::*read)(Base&, bool)) {
-  const auto isThere = [&](const TStoredItem& item) {
+  const auto isThere = [&](const TCarriedItem& item) {
     return item.Key.empty() || collection.Find(item.Key) != nullptr;
   };
   // Only the suite's own reader and writer match items by key.
@@ -131,7 +131,7 @@ void DefineKeyed(TFiler& filer, const char* name, Collection& collection,
   };
   const auto writeData = [&](TWriter&) {
     std::string further;
-    for (const TStoredItem& item : carried)
+    for (const TCarriedItem& item : carried)
       if (!isThere(item)) further += item.Bytes;
     dynamic_cast<TFitWriter&>(filer).WriteCollectionEx(collection, further);
   };

@@ -160,7 +160,7 @@ class TExpData : public TSpcObject {
   std::string PropNames;
 
  private:
-  std::vector<TStoredItem> FCarriedExperts, FCarriedMenuData, FCarriedCustomData;
+  std::vector<TCarriedItem> FCarriedExperts, FCarriedMenuData, FCarriedCustomData;
 };
 
 // The window settings of the settings editor.

@@ -97,11 +97,11 @@ void TFitReader::ReadByKey(TCollection& collection, const std::string& property,
   ReadListEnd();
 }
 
-std::vector<TStoredItem> TFitReader::PeekItems(std::string_view keyProperty) {
+std::vector<TCarriedItem> TFitReader::PeekItems(std::string_view keyProperty) {
   const std::size_t start = Bytes().Position();
   if (NextValue() != TValueType::vaCollection) Bytes().Fail("a collection");
   ReadValue();
-  std::vector<TStoredItem> items;
+  std::vector<TCarriedItem> items;
   while (!EndOfList()) {
     if (NextValue() != TValueType::vaList) ReadInteger();
     const std::size_t item = Bytes().Position();

@@ -19,7 +19,7 @@ class EFitReaderError : public Exception {
 };
 
 // An item of a stored collection as it stands in the stream, from the begin of its list to the end.
-struct TStoredItem {
+struct TCarriedItem {
   std::string Key;
   std::string Bytes;
 };
@@ -45,7 +45,7 @@ class TFitReader : public TAdvReader {
   // The stored properties go into the object that the item holds.
   void ReadFreeCollection(TFreeCollection& collection, bool reorder);
   // The items of the collection value that comes next, which stays to be read.
-  std::vector<TStoredItem> PeekItems(std::string_view keyProperty);
+  std::vector<TCarriedItem> PeekItems(std::string_view keyProperty);
 
  private:
   void ReadRecordHead();

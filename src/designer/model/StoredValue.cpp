@@ -147,20 +147,20 @@ std::vector<std::string> StoredStrings(std::string_view value, int codePage) {
   return strings;
 }
 
-std::string_view TStoredItem::Value(std::string_view path) const {
+std::string_view TCollectionEntry::Value(std::string_view path) const {
   for (const TDesignProperty& property : Properties)
     if (EqualText(property.Path, path)) return property.Value;
   return {};
 }
 
-std::vector<TStoredItem> StoredItems(std::string_view value) {
-  std::vector<TStoredItem> items;
+std::vector<TCollectionEntry> StoredItems(std::string_view value) {
+  std::vector<TCollectionEntry> items;
   if (TypeOf(value) != vaCollection) return items;
   return ReadOr(value, items, [&](TByteReader& reader, TValueType) {
     while (items.size() < MaxStoredItems && !reader.SkipEndOfList("an item")) {
       if (reader.PeekValueType() != vaList) reader.SkipValue();  // the stored order
       reader.ReadValueType();
-      TStoredItem& item = items.emplace_back();
+      TCollectionEntry& item = items.emplace_back();
       while (!reader.SkipEndOfList("a property")) {
         const std::string_view path = reader.ReadShortString("a property name");
         const std::size_t start = reader.Position();

@@ -30,11 +30,11 @@ std::vector<std::string_view> StoredList(std::string_view value);
 std::vector<std::string> StoredStrings(std::string_view value, int codePage);
 
 // The properties of one item of a collection.
-struct TStoredItem {
+struct TCollectionEntry {
   std::vector<TDesignProperty> Properties;
 
   std::string_view Value(std::string_view path) const;
 };
-std::vector<TStoredItem> StoredItems(std::string_view value);
+std::vector<TCollectionEntry> StoredItems(std::string_view value);
 
 }  // namespace wrenfold
