@@ -200,8 +200,8 @@ class TComposer {
   void ResolveAll() {
     for (TDesignNode* node : FForm->FNodes) {
       node->Class = KnownClass(*node);
-      if (node->IsRoot())
-        node->Class.Row = node->Class.Row != nullptr ? node->Class.Row : FormRow();
+      // A root is no component of another, whatever its class is called ("TOpenDialog").
+      if (node->IsRoot()) node->Class = IsRootClass(node->Class) ? node->Class : LikeAForm();
       else if (!node->Parent->Visual()) node->Class = PartOfAnother();
       else if (node->IsInline) ResolveFrame(*node);
       else ResolveComponent(*node);
@@ -217,6 +217,10 @@ class TComposer {
   }
 
   static const TClassRow* FormRow() { return FindClassRow("TForm"); }
+  static TResolvedClass LikeAForm() { return {FormRow(), TResolution::ByLikeness, "root"}; }
+  static bool IsRootClass(const TResolvedClass& known) {
+    return known.Row != nullptr && IsRootLook(known.Row->Look);
+  }
   static TResolvedClass PartOfAnother() {
     return {FindClassRow("TAction"), TResolution::ByLikeness, "part of another"};
   }
@@ -228,9 +232,14 @@ class TComposer {
       node.Class = ResolveByContents(node, seen);
     } else if (node.Visual() && !seen && node.Look() != TLook::Page) {
       node.Class = ResolveByContents(node, false);
-    } else if (node.Look() == TLook::Icon && node.Has("TabOrder")) {
+    } else if (!node.Visual() && HasPlace(node)) {
       node.Class = ResolveByContents(node, true);
     }
+  }
+
+  // Stored of controls alone.
+  static bool HasPlace(const TDesignNode& node) {
+    return node.Has("TabOrder") || (node.Has("Width") && node.Has("Height"));
   }
 
   // Components without a place on the form lie on its root and store where their icon is, no more.

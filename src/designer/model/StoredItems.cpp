@@ -32,6 +32,27 @@ TListItem ReadTreeItem(TByteReader& reader, std::uint32_t& children) {
   return item;
 }
 
+// The same of the free environment: a mark and a version stand before the count of its items.
+constexpr std::int32_t FreeTreeMark = -7;
+
+TListItem ReadFreeTreeItem(TByteReader& reader, std::uint32_t& children) {
+  TListItem item;
+  item.Image = reader.ReadFixed<std::int32_t>("a picture");
+  reader.ReadView(12, "further pictures");
+  children = reader.ReadFixed<std::uint32_t>("the count of children");
+  reader.ReadView(4, "data");
+  item.Open = reader.ReadFixed<std::uint8_t>("whether it is open") != 0;
+  item.Texts.emplace_back(reader.ReadLongString("a text"));
+  return item;
+}
+
+bool SkipFreeMark(TByteReader& reader, std::string_view bytes) {
+  TByteReader mark(bytes);
+  if (mark.ReadFixed<std::int32_t>("the count of items") != FreeTreeMark) return false;
+  reader.ReadView(6, "the mark and the version");
+  return true;
+}
+
 constexpr std::size_t DeepestTree = 256;
 
 }  // namespace
@@ -54,6 +75,7 @@ std::vector<TListItem> DecodeTreeItems(std::string_view bytes) {
   std::vector<TListItem> items;
   try {
     TByteReader reader(bytes);
+    const bool free = SkipFreeMark(reader, bytes);
     std::vector<std::uint32_t> open{reader.ReadFixed<std::uint32_t>("the count of items")};
     while (!open.empty() && items.size() < MaxStoredItems) {
       if (open.back() == 0) {
@@ -62,7 +84,7 @@ std::vector<TListItem> DecodeTreeItems(std::string_view bytes) {
       }
       --open.back();
       std::uint32_t children = 0;
-      TListItem item = ReadTreeItem(reader, children);
+      TListItem item = free ? ReadFreeTreeItem(reader, children) : ReadTreeItem(reader, children);
       item.Depth = static_cast<int>(open.size()) - 1;
       items.push_back(std::move(item));
       if (open.size() < DeepestTree) open.push_back(children);

@@ -1,5 +1,6 @@
 // Paints lists, trees and grids with the items that are stored.
 #include <QStyleOptionButton>
+#include <climits>
 
 #include "designer/model/StoredItems.h"
 #include "designer/paint/Colours.h"
@@ -24,7 +25,7 @@ struct TColumn {
   int Alignment = Qt::AlignLeft;
 };
 
-QString FirstText(const TStoredItem& item, std::initializer_list<std::string_view> properties,
+QString FirstText(const TCollectionEntry& item, std::initializer_list<std::string_view> properties,
                   int codePage) {
   for (const std::string_view property : properties)
     if (QString text = ToQString(StoredText(item.Value(property), codePage)); !text.isEmpty())
@@ -32,7 +33,7 @@ QString FirstText(const TStoredItem& item, std::initializer_list<std::string_vie
   return {};
 }
 
-int ColumnAlignment(const TStoredItem& item) {
+int ColumnAlignment(const TCollectionEntry& item) {
   const std::string_view stored = StoredIdentifier(item.Value("Alignment"));
   if (EqualText(stored, "taRightJustify")) return Qt::AlignRight;
   return EqualText(stored, "taCenter") ? Qt::AlignHCenter : Qt::AlignLeft;
@@ -40,7 +41,7 @@ int ColumnAlignment(const TStoredItem& item) {
 
 std::vector<TColumn> ColumnsOf(const TDesignNode& node, std::string_view property, int usualWidth) {
   std::vector<TColumn> columns;
-  for (const TStoredItem& item : StoredItems(node.Value(property))) {
+  for (const TCollectionEntry& item : StoredItems(node.Value(property))) {
     if (!StoredBoolean(item.Value("Visible"), true)) continue;
     columns.push_back(
         {FirstText(item, {"Caption", "Title.Caption", "Text", "FieldName"}, node.Form->CodePage()),
@@ -182,13 +183,16 @@ void DrawTreeItems(TPainting& painting, const TDesignNode& node, const QRect& ro
   const int indent = std::clamp(node.Bound("Indent", 19), 5, 100);
   const bool open = node.Boolean("AutoExpand", false);
   int top = room.top();
+  int closed = INT_MAX;  // the depth below which nothing is shown
   for (std::size_t i = 0; i < items.size() && top <= room.bottom(); ++i) {
-    if (items[i].Depth > 0 && !open) continue;
+    if (items[i].Depth > closed) continue;
+    const bool isOpen = open || items[i].Open;
+    closed = isOpen ? INT_MAX : items[i].Depth;
     const int left = room.left() + items[i].Depth * indent;
     if (HasChildren(items, i)) {
       QStyleOption option;
       painting.Prepare(option, QRect(left + 4, top + height / 2 - 4, 9, 9));
-      option.state |= QStyle::State_Children | (open ? QStyle::State_Open : QStyle::State_None);
+      option.state |= QStyle::State_Children | (isOpen ? QStyle::State_Open : QStyle::State_None);
       painting.Theme.Style->drawPrimitive(QStyle::PE_IndicatorBranch, &option, &painting.Canvas);
     }
     const QRect line = DrawItemPicture(
@@ -237,7 +241,23 @@ int EdgeAfter(const std::vector<int>& edges, std::int64_t count, int start) {
   return edges[std::min(static_cast<std::size_t>(count), edges.size()) - 1];
 }
 
-// Texts of cells are stored as a collection of bytes; only titles of columns are text.
+// "Cells" of the free environment: a count, then column, row and text of each cell.
+void DrawCells(TPainting& painting, const TDesignNode& node, const QRect& room,
+               const TGridLines& lines) {
+  const auto stored = StoredList(node.Value("Cells"));
+  for (std::size_t i = 1; i + 2 < stored.size(); i += 3) {
+    const auto column = static_cast<std::size_t>(StoredInteger(stored[i], -1));
+    const auto row = static_cast<std::size_t>(StoredInteger(stored[i + 1], -1));
+    if (column >= lines.Columns.size() || row >= lines.Rows.size()) continue;
+    const int left = column > 0 ? lines.Columns[column - 1] : room.left();
+    const int top = row > 0 ? lines.Rows[row - 1] : room.top();
+    painting.DrawText(QRect(left + 3, top, lines.Columns[column] - left - 5, lines.Rows[row] - top),
+                      Qt::AlignVCenter | Qt::TextSingleLine,
+                      ToQString(StoredText(stored[i + 2], node.Form->CodePage())));
+  }
+}
+
+// The titles stand behind the fixed columns.
 void DrawColumnTitles(TPainting& painting, const TDesignNode& node, const QRect& room,
                       const TGridLines& lines) {
   const auto columns = ColumnsOf(node, "Columns", 64);
@@ -304,6 +324,7 @@ void PaintGrid(TPainting& painting, const TDesignNode& node) {
                 fixed);
   DrawGridLines(painting, room, lines);
   if (!titles.empty() && !lines.Rows.empty()) DrawColumnTitles(painting, node, room, lines);
+  DrawCells(painting, node, room, lines);
 }
 
 void PaintDataGrid(TPainting& painting, const TDesignNode& node) {

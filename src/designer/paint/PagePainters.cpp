@@ -16,11 +16,22 @@ struct TTab {
 
 constexpr int TabStrip = 21, TabPadding = 6;
 
-bool AtBottom(const TDesignNode& node) {
-  return node.Is("TabPosition", "tpBottom");
+enum class TTabSide { Top, Bottom, Left, Right };
+
+TTabSide SideOf(const TDesignNode& node) {
+  const std::string_view stored = node.Identifier("TabPosition");
+  if (stored == "tpBottom") return TTabSide::Bottom;
+  if (stored == "tpLeft") return TTabSide::Left;
+  return stored == "tpRight" ? TTabSide::Right : TTabSide::Top;
 }
-bool AtLeft(const TDesignNode& node) {
-  return node.Is("TabPosition", "tpLeft");
+
+bool IsUpright(TTabSide side) {
+  return side == TTabSide::Left || side == TTabSide::Right;
+}
+
+int StripOf(const TDesignNode& node) {
+  const int height = std::clamp(node.Bound("TabHeight", 0), 0, 100);
+  return height > 0 ? height : TabStrip;
 }
 
 QString PageCaption(const TDesignNode& page) {
@@ -28,18 +39,20 @@ QString PageCaption(const TDesignNode& page) {
   return caption.isEmpty() && !page.Has("Caption") ? ToQString(page.Name()) : caption;
 }
 
-// Tabs in rows from the left; what does not fit is left out.
+// Tabs side by side from the beginning of their side; what does not fit is left out.
 void PlaceTabs(std::vector<TTab>& tabs, const QFontMetrics& metrics, const TDesignNode& node) {
-  const int height = std::clamp(node.Bound("TabHeight", 0), 0, 100);
-  const int strip = height > 0 ? height : TabStrip;
+  const TTabSide side = SideOf(node);
+  const int strip = StripOf(node);
   const int fixed = std::clamp(node.Bound("TabWidth", 0), 0, 1000);
-  const int top = AtBottom(node) ? node.Bounds.Height - strip - 2 : 2;
-  int left = 2;
+  const int far = (IsUpright(side) ? node.Bounds.Width : node.Bounds.Height) - strip - 2;
+  const int across = side == TTabSide::Bottom || side == TTabSide::Right ? far : 2;
+  int along = 2;
   for (TTab& tab : tabs) {
     const int text = metrics.size(Qt::TextShowMnemonic, tab.Caption).width();
-    const int width = fixed > 0 ? fixed : text + 2 * TabPadding;
-    tab.Place = QRect(left, top, width, strip);
-    left += width;
+    const int length = fixed > 0 ? fixed : text + 2 * TabPadding;
+    tab.Place =
+        IsUpright(side) ? QRect(across, along, strip, length) : QRect(along, across, length, strip);
+    along += length;
   }
 }
 
@@ -55,25 +68,54 @@ std::vector<TTab> TabsOf(const QFontMetrics& metrics, const TDesignNode& node) {
   return tabs;
 }
 
-void DrawTab(TPainting& painting, const TTab& tab, bool chosen, bool bottom) {
+// The edge of the tab at its page.
+QLine InnerEdge(const QRect& place, TTabSide side) {
+  switch (side) {
+    case TTabSide::Top:
+      return {place.left() + 1, place.bottom(), place.right() - 1, place.bottom()};
+    case TTabSide::Bottom:
+      return {place.left() + 1, place.top(), place.right() - 1, place.top()};
+    case TTabSide::Left:
+      return {place.right(), place.top() + 1, place.right(), place.bottom() - 1};
+    case TTabSide::Right:
+      return {place.left(), place.top() + 1, place.left(), place.bottom() - 1};
+  }
+  return {};
+}
+
+// Upwards at the left side, downwards at the right one.
+void DrawUprightText(TPainting& painting, const QRect& place, bool upwards, const QString& text) {
+  painting.Canvas.save();
+  painting.Canvas.translate(upwards ? place.left() : place.right() + 1,
+                            upwards ? place.bottom() + 1 : place.top());
+  painting.Canvas.rotate(upwards ? -90 : 90);
+  painting.DrawText(QRect(0, 0, place.height(), place.width()),
+                    Qt::AlignCenter | Qt::TextShowMnemonic, text);
+  painting.Canvas.restore();
+}
+
+void DrawTab(TPainting& painting, const TTab& tab, bool chosen, TTabSide side) {
   QRect place = tab.Place;
-  if (chosen) place.adjust(-2, bottom ? 0 : -2, 2, bottom ? 2 : 0);
+  if (chosen && IsUpright(side))
+    place.adjust(side == TTabSide::Left ? -2 : 0, -2, side == TTabSide::Right ? 2 : 0, 2);
+  else if (chosen)
+    place.adjust(-2, side == TTabSide::Top ? -2 : 0, 2, side == TTabSide::Bottom ? 2 : 0);
   painting.Fill(place, painting.SystemColour(chosen ? QPalette::Window : QPalette::Midlight));
   painting.DrawOutline(place, painting.SystemColour(QPalette::Mid));
   if (chosen) {
     // The tab opens into its page.
-    const int edge = bottom ? place.top() : place.bottom();
     painting.Canvas.setPen(painting.SystemColour(QPalette::Window));
-    painting.Canvas.drawLine(place.left() + 1, edge, place.right() - 1, edge);
+    painting.Canvas.drawLine(InnerEdge(place, side));
   }
-  painting.DrawText(tab.Place, Qt::AlignCenter | Qt::TextShowMnemonic, tab.Caption);
+  if (IsUpright(side)) DrawUprightText(painting, tab.Place, side == TTabSide::Left, tab.Caption);
+  else painting.DrawText(tab.Place, Qt::AlignCenter | Qt::TextShowMnemonic, tab.Caption);
 }
 
 void DrawTabs(TPainting& painting, const TDesignNode& node, const std::vector<TTab>& tabs,
               std::size_t chosen) {
-  const int right = painting.Area().right();
   const auto draw = [&](std::size_t i) {
-    if (tabs[i].Place.left() < right) DrawTab(painting, tabs[i], i == chosen, AtBottom(node));
+    if (tabs[i].Place.intersects(painting.Area()))
+      DrawTab(painting, tabs[i], i == chosen, SideOf(node));
   };
   for (std::size_t i = 0; i < tabs.size(); ++i)
     if (i != chosen) draw(i);
@@ -82,11 +124,20 @@ void DrawTabs(TPainting& painting, const TDesignNode& node, const std::vector<TT
 
 void DrawPane(TPainting& painting, const TDesignNode& node, bool tabs) {
   QRect pane = painting.Area();
-  const int strip =
-      node.Bound("TabHeight", 0) > 0 ? std::min(node.Bound("TabHeight", 0), 100) : TabStrip;
-  if (tabs && !AtLeft(node)) {
-    if (AtBottom(node)) pane.adjust(0, 0, 0, -strip - 1);
-    else pane.adjust(0, strip + 1, 0, 0);
+  const int room = tabs ? StripOf(node) + 1 : 0;
+  switch (SideOf(node)) {
+    case TTabSide::Top:
+      pane.adjust(0, room, 0, 0);
+      break;
+    case TTabSide::Bottom:
+      pane.adjust(0, 0, 0, -room);
+      break;
+    case TTabSide::Left:
+      pane.adjust(room, 0, 0, 0);
+      break;
+    case TTabSide::Right:
+      pane.adjust(0, 0, -room, 0);
+      break;
   }
   painting.DrawOutline(pane, painting.SystemColour(QPalette::Mid));
 }
@@ -105,7 +156,7 @@ void PaintPageControl(TPainting& painting, const TDesignNode& node) {
   painting.FillGround();
   const auto tabs = TabsOf(QFontMetrics(painting.Font()), node);
   DrawPane(painting, node, !tabs.empty());
-  if (!AtLeft(node)) DrawTabs(painting, node, tabs, ChosenTab(node, tabs));
+  DrawTabs(painting, node, tabs, ChosenTab(node, tabs));
 }
 
 void PaintTabControl(TPainting& painting, const TDesignNode& node) {

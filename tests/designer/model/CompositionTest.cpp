@@ -64,6 +64,15 @@ TEST(Composition, ChildrenOfAFrameHaveNamesOfTheirOwn) {
   EXPECT_EQ(form["First"].Bounds.Width, 80);
 }
 
+TEST(Composition, RootNamedLikeAComponentIsAFormAllTheSame) {
+  for (const char* name : {"TOpenDialog1", "TMyTimer", "TBigPanel"}) {
+    const TTestForm form(std::string("object A: ") + name +
+                         "\n  Caption = 'a'\n  object B: TButton\n    Left = 1\n  end\nend\n");
+    EXPECT_EQ(form->Root().Look(), TLook::Form) << name;
+    EXPECT_EQ(form["B"].Look(), TLook::Button) << name;
+  }
+}
+
 struct TBrokenRow {
   const char* Name;
   const char* Text;

@@ -166,5 +166,21 @@ TEST(StoredItems, TreesNestAndEndWhereTheirBytesEnd) {
   EXPECT_EQ(items[0].Image, 3);
 }
 
+TEST(StoredItems, TreesOfTheFreeEnvironmentKeepWhatIsOpen) {
+  const auto node = [](const std::string& text, int children, bool open) {
+    return Number(5) + std::string(12, '\xFF') + Number(children) + Number(0) +
+           static_cast<char>(open) + Number(static_cast<int>(text.size())) + text;
+  };
+  const std::string mark = Number(-7) + std::string("\2\0", 2);
+  const auto items = DecodeTreeItems(mark + Number(2) + node("a", 1, true) + node("b", 0, false) +
+                                     node("c", 0, false));
+  ASSERT_EQ(items.size(), 3u);
+  EXPECT_TRUE(items[0].Open);
+  EXPECT_EQ(items[1].Depth, 1);
+  EXPECT_EQ(items[2].Texts[0], "c");
+  EXPECT_EQ(items[0].Image, 5);
+  EXPECT_TRUE(DecodeTreeItems(mark).empty());
+}
+
 }  // namespace
 }  // namespace wrenfold
