@@ -24,7 +24,7 @@ bool IsText(std::string_view bytes) {
   return TestFormFormat(bytes) == TFormFormat::Text;
 }
 
-TFormFile FormFileOf(std::string fileName) {
+TModuleFormFile FormFileOf(std::string fileName) {
   if (!FileExists(fileName)) return {};
   const TFormFileKind kind =
       IsText(ReadWholeFile(fileName)) ? TFormFileKind::Text : TFormFileKind::Binary;
@@ -63,8 +63,8 @@ bool PassesGuarded(const TListedModule& module) {
 
 }  // namespace
 
-TFormFile FindFormFile(const std::string& moduleFile) {
-  TFormFile file = FormFileOf(ChangeFileExt(moduleFile, GetProjectFormExt()));
+TModuleFormFile FindFormFile(const std::string& moduleFile) {
+  TModuleFormFile file = FormFileOf(ChangeFileExt(moduleFile, GetProjectFormExt()));
   if (!DesignedKinds().Contains(dkTextForms)) return file;
   for (const char* extension : OtherFormExtensions)
     if (file.Kind == TFormFileKind::Missing)
@@ -83,7 +83,7 @@ bool PassesFormCheck(const TListedModule& module) {
     MessageDlg(LocaleStr(sFramesNotSupported), mtInformation, {mbOK});
     return false;
   }
-  const TFormFile file = FindFormFile(module.FileName);
+  const TModuleFormFile file = FindFormFile(module.FileName);
   if (file.Kind != TFormFileKind::Text || designed.Contains(dkTextForms)) return true;
   if (MessageDlg(LocaleStr(sConvertTextForm), mtConfirmation, {mbYes, mbNo}) != mbYes) return false;
   ConvertToBinary(file.FileName);

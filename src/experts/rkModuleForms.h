@@ -10,14 +10,14 @@ namespace wrenfold {
 
 enum class TFormFileKind : std::uint8_t { Missing, Binary, Text };
 
-struct TFormFile {
+struct TModuleFormFile {
   std::string FileName;
   TFormFileKind Kind = TFormFileKind::Missing;
 };
 
 // The form file beside a module's file: with the project's form extension, or, where the
 // environment designs text forms, else with that of another kind of project.
-TFormFile FindFormFile(const std::string& moduleFile);
+TModuleFormFile FindFormFile(const std::string& moduleFile);
 
 // What the environment designs beside forms in binary files.
 TDesignedKinds DesignedKinds();

@@ -42,7 +42,7 @@ void TViewForm::UpdatePreview() {
 
 void TViewForm::PreviewForm(const TListedModule& module) {
   const TDesignedKinds designed = DesignedKinds();
-  const TFormFile file = FindFormFile(module.FileName);
+  const TModuleFormFile file = FindFormFile(module.FileName);
   const std::string path = file.FileName.empty() ? module.FileName : file.FileName;
   const auto tell = [&](int warning) {
     SetStatus(KindText(file.Kind), warning == 0 ? std::string() : LocaleStr(warning), path);

@@ -66,9 +66,12 @@ std::unique_ptr<TFileForms> TFileForms::OfFolder(const std::string& folder) {
 }
 
 std::unique_ptr<TFileForms> TFileForms::OfProject(const std::string& fileName) {
-  const auto project = TProject::Open(fileName);
+  return OfProject(*TProject::Open(fileName));
+}
+
+std::unique_ptr<TFileForms> TFileForms::OfProject(const TProject& project) {
   std::vector<std::string> files;
-  for (const TProjectModule& module : project->Modules()) {
+  for (const TProjectModule& module : project.Modules()) {
     if (module.State == TModuleState::Missing) continue;
     if (const std::string header = FindHeader(module.FileName); !header.empty())
       files.push_back(header);
@@ -117,6 +120,7 @@ const TDesignComponent* TFileForms::FindForm(std::string_view className) {
   if (found == FKnown.end()) return nullptr;
   TKnownForm& form = found->second;
   if (!std::exchange(form.Tried, true)) {
+    form.Stamp = StampOf(form.FileName);
     try {
       form.File = LoadFormFile(form.FileName);
     } catch (const Exception&) {
@@ -124,6 +128,18 @@ const TDesignComponent* TFileForms::FindForm(std::string_view className) {
     }
   }
   return form.File.Root.get();
+}
+
+TFileForms::TFileStamp TFileForms::StampOf(const std::string& fileName) {
+  std::error_code error;
+  return {FileSize(fileName), std::filesystem::last_write_time(fileName, error)};
+}
+
+bool TFileForms::Outdated() const {
+  return std::ranges::any_of(FKnown, [](const auto& known) {
+    const TKnownForm& form = known.second;
+    return form.Tried && form.Stamp != StampOf(form.FileName);
+  });
 }
 
 }  // namespace wrenfold

@@ -1,6 +1,8 @@
 // Knows the forms and classes of a set of files: those of a project or a folder.
 #pragma once
 
+#include <cstdint>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <string>
@@ -11,6 +13,8 @@
 #include "project/FormFile.h"
 
 namespace wrenfold {
+
+class TProject;
 
 // Units tell the ancestors of classes, form files are found by the class of their root. Files are
 // read when something is asked for, each once; what cannot be read is as if it were not there.
@@ -23,14 +27,23 @@ class TFileForms final : public TFormCatalog {
   static std::unique_ptr<TFileForms> OfFolder(const std::string& folder);
   // The modules of a project. Raises EProjectError, EFOpenError.
   static std::unique_ptr<TFileForms> OfProject(const std::string& fileName);
+  static std::unique_ptr<TFileForms> OfProject(const TProject& project);
 
   std::vector<std::string> Ancestors(std::string_view className) override;
   const TDesignComponent* FindForm(std::string_view className) override;
 
   // In the order in which they were named or found.
   const std::vector<std::string>& FormFiles() const { return FForms; }
+  // Whether a form file that was read is another one on disk now.
+  bool Outdated() const;
 
  private:
+  struct TFileStamp {
+    std::int64_t Size = -1;
+    std::filesystem::file_time_type Time;
+    friend bool operator==(const TFileStamp&, const TFileStamp&) = default;
+  };
+  static TFileStamp StampOf(const std::string& fileName);
   void ReadUnits();
   void ReadFormHeaders();
 
@@ -43,6 +56,7 @@ class TFileForms final : public TFormCatalog {
     std::string FileName;
     bool Tried = false;
     TFormFile File;
+    TFileStamp Stamp;  // of the file when it was read
   };
   std::unordered_map<std::string, TKnownForm> FKnown;  // by the folded class of the root
 };

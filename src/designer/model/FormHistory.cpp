@@ -1,6 +1,7 @@
 #include "designer/model/FormHistory.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "platform/core/stream/Bytes.h"
 #include "platform/core/text/SysUtils.h"
@@ -39,9 +40,16 @@ std::size_t ChildIndexOf(const TDesignComponent& component) {
   return static_cast<std::size_t>(found - parent->Children().begin());
 }
 
-void TFormHistory::Begin(std::string name) {
-  FOpen = TStep{std::move(name), {}};
+void TFormHistory::StartMove(TMove move) {
+  FMove = move;
   FRenamed.clear();
+  FAdded.clear();
+  FRemoved.clear();
+}
+
+void TFormHistory::Begin(std::string name, bool continues) {
+  FOpen = TStep{std::move(name), {}, continues};
+  StartMove(TMove::Done);
 }
 
 void TFormHistory::Cancel() {
@@ -51,12 +59,22 @@ void TFormHistory::Cancel() {
     Apply(*change, false);
   for (const TChange& change : step.Changes)
     if (change.Kind == TKind::Add) End(change);
+  StartMove(TMove::Done);
+}
+
+bool TFormHistory::Joins(const TStep& step) const {
+  return step.Continues && FDone > 0 && FDone == FSteps.size() && !AtSaved() &&
+         FSteps.back().Name == step.Name;
 }
 
 void TFormHistory::Commit() {
   TStep step = std::move(*FOpen);
   FOpen.reset();
   if (step.Changes.empty()) return;
+  if (Joins(step)) {
+    std::ranges::move(step.Changes, std::back_inserter(FSteps.back().Changes));
+    return Changed();
+  }
   DropRedo();
   FSteps.push_back(std::move(step));
   FDone = FSteps.size();
@@ -115,6 +133,7 @@ TDesignComponent& TFormHistory::Add(std::string stream, TDesignComponent& parent
   change.Parent = &parent;
   change.IndexAfter = ChildIndexOf(*added);
   FOpen->Changes.push_back(std::move(change));
+  FAdded.push_back(added);
   return *added;
 }
 
@@ -161,9 +180,11 @@ void TFormHistory::Attach(TDesignComponent& component, TDesignComponent& parent,
   for (TDesignComponent* each : WithContents(component)) FRoot.InsertComponent(each);
   component.SetParentComponent(&parent);
   component.SetChildIndex(index);
+  FAdded.push_back(&component);
 }
 
 void TFormHistory::Detach(TDesignComponent& component) {
+  FRemoved.push_back(&component);
   component.SetParentComponent(nullptr);
   for (TDesignComponent* each : WithContents(component)) FRoot.RemoveComponent(each);
 }
@@ -187,7 +208,7 @@ void TFormHistory::Apply(const TChange& change, bool forward) {
 
 void TFormHistory::Undo() {
   if (!CanUndo()) return;
-  FRenamed.clear();
+  StartMove(TMove::Undone);
   const TStep& step = FSteps[--FDone];
   for (auto change = step.Changes.rbegin(); change != step.Changes.rend(); ++change)
     Apply(*change, false);
@@ -196,7 +217,7 @@ void TFormHistory::Undo() {
 
 void TFormHistory::Redo() {
   if (!CanRedo()) return;
-  FRenamed.clear();
+  StartMove(TMove::Redone);
   for (const TChange& change : FSteps[FDone++].Changes) Apply(change, true);
   Changed();
 }

@@ -23,7 +23,9 @@ class TFormHistory {
 
   // What changes between Begin and Commit is one step; a step without a change is none. The name is
   // for the user ("Move"). Steps do not nest.
-  void Begin(std::string name);
+  // A step that continues the one before becomes part of it, when that has the same name and was
+  // neither undone nor saved since.
+  void Begin(std::string name, bool continues = false);
   void Commit();
   // Takes back what changed since Begin and forgets it.
   void Cancel();
@@ -58,6 +60,11 @@ class TFormHistory {
     std::string Before;
   };
   const std::vector<TRenamed>& Renamed() const { return FRenamed; }
+  // Those that it put into the form and took out of it, each with what is inside, in that order.
+  const std::vector<const TDesignComponent*>& Added() const { return FAdded; }
+  const std::vector<const TDesignComponent*>& Removed() const { return FRemoved; }
+  enum class TMove { Done, Undone, Redone };
+  TMove Move() const { return FMove; }
 
   // The form is on disk as it is now.
   void MarkSaved() { FSaved = FDone; }
@@ -80,8 +87,11 @@ class TFormHistory {
   struct TStep {
     std::string Name;
     std::vector<TChange> Changes;
+    bool Continues = false;
   };
 
+  void StartMove(TMove move);
+  bool Joins(const TStep& step) const;
   void Record(TChange change);
   void Apply(const TChange& change, bool forward);
   void PutName(const TChange& change, const std::string& name);
@@ -99,6 +109,8 @@ class TFormHistory {
   std::vector<TStep> FSteps;
   std::optional<TStep> FOpen;
   std::vector<TRenamed> FRenamed;
+  std::vector<const TDesignComponent*> FAdded, FRemoved;
+  TMove FMove = TMove::Done;
   std::size_t FDone = 0;
   std::size_t FSaved = 0;
 };

@@ -55,12 +55,6 @@ std::string PathOf(const TDesignNode& node) {
   return node.Scope != nullptr ? PathOf(*node.Scope) + "." + node.Name() : node.Name();
 }
 
-// The node itself or the nearest parent that the form stores and that can be chosen.
-const TDesignNode* StoredNode(const TDesignNode* node) {
-  while (node != nullptr && node->Own == nullptr) node = node->Parent;
-  return node;
-}
-
 bool CanMove(const TDesignNode& node) {
   return !node.IsRoot() && node.Look() != TLook::Page && node.Own != nullptr;
 }
@@ -209,6 +203,31 @@ void TDesignSurface::ShowSelection(const TComponentList& selection) {
   Redraw();
 }
 
+// Components inside of frames belong to those, unless the form says something of them.
+bool TDesignSurface::Choosable(const TDesignNode& node) const {
+  return node.Own != nullptr || (OnTakeOver && node.Scope == nullptr && !node.Name().empty());
+}
+
+const TDesignNode* TDesignSurface::ChoosableNode(const TDesignNode* node) const {
+  while (node != nullptr && !Choosable(*node)) node = node->Parent;
+  return node;
+}
+
+TComponentList TDesignSurface::OwnOf(const std::vector<const TDesignNode*>& nodes) {
+  TComponentList own;
+  std::vector<std::string> inherited;
+  for (const TDesignNode* node : nodes) {
+    if (node->Own != nullptr) own.push_back(node->Own);
+    else inherited.push_back(node->Name());
+  }
+  if (inherited.empty()) return own;
+  OnTakeOver(inherited);
+  for (const std::string& name : inherited)
+    if (const TDesignNode* node = FForm->Find(name); node != nullptr && node->Own != nullptr)
+      own.push_back(node->Own);
+  return own;
+}
+
 void TDesignSurface::Choose(TComponentList selection) {
   if (selection == FSelection) return;
   FSelection = std::move(selection);
@@ -217,47 +236,48 @@ void TDesignSurface::Choose(TComponentList selection) {
 }
 
 void TDesignSurface::ChooseAt(TPlace place, bool add) {
-  const TDesignNode* node = StoredNode(NodeAt(*FForm, place));
-  if (node == nullptr) return;
+  const TDesignNode* node = ChoosableNode(NodeAt(*FForm, place));
+  const TComponentList own = node != nullptr ? OwnOf({node}) : TComponentList();
+  if (own.empty()) return;
+  const TDesignComponent* chosen = own.front();
   if (!add) {
     // A click into a selection of several leads it and keeps the others.
-    TComponentList selection{node->Own};
-    if (std::ranges::find(FSelection, node->Own) != FSelection.end())
+    TComponentList selection{chosen};
+    if (std::ranges::find(FSelection, chosen) != FSelection.end())
       for (const TDesignComponent* each : FSelection)
-        if (each != node->Own) selection.push_back(each);
+        if (each != chosen) selection.push_back(each);
     return Choose(std::move(selection));
   }
   TComponentList selection = FSelection;
-  if (std::erase(selection, node->Own) == 0) selection.push_back(node->Own);
+  if (std::erase(selection, chosen) == 0) selection.push_back(chosen);
   Choose(std::move(selection));
 }
 
 void TDesignSurface::ChooseBand() {
-  TComponentList selection;
+  std::vector<const TDesignNode*> nodes;
   for (const TDesignNode* node : NodesIn(*FDrag->Within, Between(FDrag->Start, FDrag->Now)))
-    if (node->Own != nullptr) selection.push_back(node->Own);
-  if (selection.empty()) selection.push_back(StoredNode(FDrag->Within)->Own);
-  Choose(std::move(selection));
+    if (Choosable(*node)) nodes.push_back(node);
+  if (nodes.empty()) nodes.push_back(ChoosableNode(FDrag->Within));
+  Choose(OwnOf(nodes));
 }
 
 void TDesignSurface::ChooseParent() {
   const TDesignNode* node = LeadingNode();
-  node = node != nullptr ? StoredNode(node->Parent) : nullptr;
-  if (node != nullptr) Choose({node->Own});
+  node = node != nullptr ? ChoosableNode(node->Parent) : nullptr;
+  if (node != nullptr) Choose(OwnOf({node}));
 }
 
 // Through the shown components in the order of the form.
 void TDesignSurface::WalkBy(int step) {
-  TComponentList order;
+  std::vector<const TDesignNode*> order;
   for (const TDesignNode* node : FForm->Nodes())
-    if (node->Own != nullptr && node->Shown) order.push_back(node->Own);
+    if (Choosable(*node) && node->Shown) order.push_back(node);
   if (order.empty()) return;
-  const TDesignComponent* leading = FSelection.empty() ? nullptr : FSelection.front();
-  const auto found = std::ranges::find(order, leading);
+  const auto found = std::ranges::find(order, LeadingNode());
   const auto size = static_cast<std::ptrdiff_t>(order.size());
   std::ptrdiff_t next = found == order.end() ? 0 : found - order.begin() + step;
   next = (next + size) % size;
-  Choose({order[static_cast<std::size_t>(next)]});
+  Choose(OwnOf({order[static_cast<std::size_t>(next)]}));
 }
 
 bool TDesignSurface::TurnPageAt(TPlace place) {
@@ -286,8 +306,8 @@ int TDesignSurface::HandleAt(QPointF point) const {
 std::vector<TBounds> TDesignSurface::NeighboursOf(const TDesignNode& node) const {
   std::vector<TBounds> neighbours;
   for (const TDesignNode* each : node.Parent->Children)
-    if (each->Shown && each->Own != nullptr &&
-        std::ranges::find(FSelection, each->Own) == FSelection.end())
+    if (each->Shown && Choosable(*each) &&
+        (each->Own == nullptr || std::ranges::find(FSelection, each->Own) == FSelection.end()))
       neighbours.push_back(each->Bounds);
   return neighbours;
 }
@@ -326,10 +346,11 @@ std::vector<TBoundsChange> TDesignSurface::Dragged() {
   return changes;
 }
 
-void TDesignSurface::Tell(const std::string& step, std::vector<TBoundsChange> changes) {
+void TDesignSurface::Tell(const std::string& step, std::vector<TBoundsChange> changes,
+                          bool continues) {
   std::erase_if(changes,
                 [](const TBoundsChange& each) { return each.Bounds == each.Node->Bounds; });
-  if (!changes.empty() && OnBounds) OnBounds(step, WithFollowers(std::move(changes)));
+  if (!changes.empty() && OnBounds) OnBounds(step, WithFollowers(std::move(changes)), continues);
 }
 
 std::vector<TBoundsChange> TDesignSurface::Arranged(TArrangement arrangement) const {
@@ -374,6 +395,7 @@ bool TDesignSurface::event(QEvent* event) {
 
 void TDesignSurface::mousePressEvent(QMouseEvent* event) {
   setFocus(Qt::MouseFocusReason);
+  FKeyRun.reset();
   if (FForm == nullptr || event->button() == Qt::MiddleButton) return;
   const TPlace place = FormPlace(event->position());
   const int handle = HandleAt(event->position());
@@ -382,13 +404,14 @@ void TDesignSurface::mousePressEvent(QMouseEvent* event) {
     return;
   }
   const bool turned = event->button() == Qt::LeftButton && TurnPageAt(place);
-  const TDesignNode* node = StoredNode(NodeAt(*FForm, place));
+  const TDesignNode* node = ChoosableNode(NodeAt(*FForm, place));
   if (node == nullptr) return;
   const bool add = event->modifiers().testFlag(Qt::ControlModifier);
   // From the form itself, a page, or with Ctrl from any container, a band is drawn.
   const bool band =
       node->IsRoot() || node->Look() == TLook::Page || (add && !node->Children.empty());
   if (!add || !band) ChooseAt(place, add);
+  node = ChoosableNode(NodeAt(*FForm, place));
   if (turned || event->button() != Qt::LeftButton || (add && !band)) return;
   FDrag = TDrag{band ? TDragKind::Band : TDragKind::Move, place, place, node, 0, false};
 }
@@ -425,8 +448,8 @@ void TDesignSurface::mouseReleaseEvent(QMouseEvent* event) {
 
 void TDesignSurface::mouseDoubleClickEvent(QMouseEvent* event) {
   if (FForm == nullptr || event->button() != Qt::LeftButton) return;
-  const TDesignNode* node = StoredNode(NodeAt(*FForm, FormPlace(event->position())));
-  if (node != nullptr && OnOpen) OnOpen(*node->Own);
+  const TDesignNode* node = ChoosableNode(NodeAt(*FForm, FormPlace(event->position())));
+  if (node != nullptr && node->Own != nullptr && OnOpen) OnOpen(*node->Own);
 }
 
 void TDesignSurface::contextMenuEvent(QContextMenuEvent* event) {
@@ -437,6 +460,9 @@ void TDesignSurface::keyPressEvent(QKeyEvent* event) {
   if (FForm == nullptr) return QWidget::keyPressEvent(event);
   const bool control = event->modifiers().testFlag(Qt::ControlModifier);
   const bool shift = event->modifiers().testFlag(Qt::ShiftModifier);
+  const bool modifier = event->key() == Qt::Key_Control || event->key() == Qt::Key_Shift;
+  const bool arrow = ArrowOf(event->key()) != nullptr && control != shift;
+  if (!arrow && !modifier) FKeyRun.reset();
   switch (event->key()) {
     case Qt::Key_Escape:
       if (!FDrag.has_value()) return ChooseParent();
@@ -449,19 +475,21 @@ void TDesignSurface::keyPressEvent(QKeyEvent* event) {
     default:
       break;
   }
-  if (ArrowOf(event->key()) != nullptr && control != shift)
-    return ChangeByKeys(event->key(), shift);
+  if (arrow) return ChangeByKeys(event->key(), shift);
   if (QAction* action = ActionOf(*event)) return action->trigger();
   QWidget::keyPressEvent(event);
 }
 
 void TDesignSurface::ChangeByKeys(int key, bool size) {
   const TArrow& arrow = *ArrowOf(key);
+  const TKeyRun run{size, FSelection};
+  const bool continues = FKeyRun == run;
+  FKeyRun = run;
   std::vector<TBoundsChange> changes;
   if (!size) {
     for (const TDesignNode* node : MovableNodes())
       changes.push_back({node, node->Bounds.Moved(arrow.X, arrow.Y)});
-    return Tell("Move", std::move(changes));
+    return Tell("Move", std::move(changes), continues);
   }
   for (const TDesignComponent* component : FSelection) {
     const TDesignNode* node = NodeOf(component);
@@ -471,7 +499,7 @@ void TDesignSurface::ChangeByKeys(int key, bool size) {
     bounds.Height = std::max(1, bounds.Height + arrow.Y);
     changes.push_back({node, bounds});
   }
-  Tell("Size", std::move(changes));
+  Tell("Size", std::move(changes), continues);
 }
 
 void TDesignSurface::wheelEvent(QWheelEvent* event) {

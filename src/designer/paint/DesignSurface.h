@@ -53,8 +53,13 @@ class TDesignSurface : public QWidget {
 
   // The user chose components.
   std::function<void(const TComponentList&)> OnSelect;
-  // The user moved or sized components, in one step of that name.
-  std::function<void(const std::string& step, const std::vector<TBoundsChange>&)> OnBounds;
+  // The user moved or sized components, in one step of that name, which may go on with the one
+  // before: presses of the arrow keys in a row are one.
+  std::function<void(const std::string& step, const std::vector<TBoundsChange>&, bool continues)>
+      OnBounds;
+  // Components that the form only inherits, by name, are about to be chosen. The owner puts
+  // components of those names into the form and calls Refresh. Without it their parents are chosen.
+  std::function<void(const std::vector<std::string>& names)> OnTakeOver;
   // A double click on a component.
   std::function<void(const TDesignComponent&)> OnOpen;
 
@@ -89,6 +94,12 @@ class TDesignSurface : public QWidget {
   const TDesignNode* LeadingNode() const;
   std::vector<const TDesignNode*> MovableNodes() const;
 
+  // The node itself or the nearest parent that can be chosen.
+  const TDesignNode* ChoosableNode(const TDesignNode* node) const;
+  bool Choosable(const TDesignNode& node) const;
+  // The components of the form behind the nodes, taken over where there are none. All nodes may be
+  // others afterwards.
+  TComponentList OwnOf(const std::vector<const TDesignNode*>& nodes);
   void Choose(TComponentList selection);
   void ChooseAt(TPlace place, bool add);
   void ChooseBand();
@@ -102,7 +113,7 @@ class TDesignSurface : public QWidget {
   TBounds SizedBounds(const TDesignNode& node, const TDrag& drag) const;
   QAction* ActionOf(const QKeyEvent& key) const;
   void ChangeByKeys(int key, bool size);
-  void Tell(const std::string& step, std::vector<TBoundsChange> changes);
+  void Tell(const std::string& step, std::vector<TBoundsChange> changes, bool continues = false);
 
   void Compose();
   void Redraw();
@@ -117,6 +128,12 @@ class TDesignSurface : public QWidget {
   std::vector<std::string> FTurnedPages;  // paths of names
   TComponentList FSelection;
   std::optional<TDrag> FDrag;
+  struct TKeyRun {
+    bool Size;
+    TComponentList Selection;
+    friend bool operator==(const TKeyRun&, const TKeyRun&) = default;
+  };
+  std::optional<TKeyRun> FKeyRun;  // the arrow keys that were pressed last
   TSnapped FSnapped;
   QImage FPicture;  // of the form, in the pixels of the screen
   double FZoom = 1;

@@ -34,6 +34,7 @@ class TDocumentViews {
   virtual void ShowForm(TFormEditor& editor) = 0;
   virtual std::vector<IOTAEditView*> ViewsOf(const TSourceEditor& editor) = 0;
   virtual TForm* DesignerOf(const TFormEditor& editor) = 0;
+  virtual QWidget* RootWindowOf(TFormEditor& editor) = 0;
   // Whether a page (of another source than this one) or a window shows the module.
   virtual bool Shows(const TModule& module, const TSourceEditor* except) const = 0;
   // The module of the designer or page that the user was in last, or null.
@@ -48,6 +49,8 @@ class TDocumentViews {
   virtual void FormRead(TFormEditor& editor) = 0;
   // The module is closed: its pages and windows go.
   virtual void Drop(TModule& module) = 0;
+  // Forms that are composed with the form of this class are others now.
+  virtual void BaseFormChanged(std::string_view className) = 0;
   // Another project is open, or none, or its modules are others than before.
   virtual void ProjectChanged(TProjectHolder* project) = 0;
 

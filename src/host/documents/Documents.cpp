@@ -253,8 +253,12 @@ void TDocuments::CloseHidden() {
 }
 
 void TDocuments::Remove(TModule& module) {
+  TFormEditor* form = module.FormEditor();
+  const TFormDocument* changed = form != nullptr && form->Modified() ? form->Document() : nullptr;
+  const std::string lost(changed != nullptr ? changed->Root().StoredClassName() : "");
   FViews.Drop(module);
   FWorkspace.Remove(module);
+  if (!lost.empty()) FViews.BaseFormChanged(lost);
 }
 
 bool TDocuments::CloseModule(TModule& module, bool ask) {
@@ -290,6 +294,7 @@ void TDocuments::EndProject() {
   if (project == nullptr) return;
   FViews.Drop(*project);
   FWorkspace.CloseProject();
+  FForms.Clear();
   FViews.ProjectChanged(nullptr);
   FNotifiers.Notify(ofnActiveProjectChanged, "");
 }

@@ -7,6 +7,7 @@
 
 #include "host/documents/DocumentViews.h"
 #include "host/documents/FileNotifiers.h"
+#include "host/documents/ProjectForms.h"
 #include "host/documents/Saving.h"
 #include "host/documents/Settings.h"
 #include "host/documents/Workspace.h"
@@ -17,7 +18,10 @@ class TDocuments final : public TModuleHost {
  public:
   // The views must outlive this object.
   explicit TDocuments(TDocumentViews& views)
-      : FViews(views), FWorkspace(*this), FSaving(FWorkspace, FSettings, views) {}
+      : FViews(views),
+        FWorkspace(*this),
+        FForms(FWorkspace),
+        FSaving(FWorkspace, FSettings, views) {}
 
   TWorkspace& Workspace() { return FWorkspace; }
   const TWorkspace& Workspace() const { return FWorkspace; }
@@ -67,6 +71,10 @@ class TDocuments final : public TModuleHost {
     return FViews.ViewsOf(editor);
   }
   TForm* DesignerOf(const TFormEditor& editor) override { return FViews.DesignerOf(editor); }
+  QWidget* RootWindowOf(TFormEditor& editor) override { return FViews.RootWindowOf(editor); }
+  std::unique_ptr<TModuleForms> FormsFor(TFormEditor& editor) override {
+    return std::make_unique<TModuleForms>(editor, FForms);
+  }
   void SelectionChanged(TFormEditor& editor) override { FViews.SelectionChanged(editor); }
   void EditorChanged(TModule& module) override { FViews.EditorChanged(module); }
   TModule* OpenModule(const std::string& fileName) override;
@@ -90,6 +98,7 @@ class TDocuments final : public TModuleHost {
   TSettings FSettings;
   TFileNotifiers FNotifiers;
   TWorkspace FWorkspace;
+  TProjectForms FForms;
   TSaving FSaving;
   std::vector<std::string>* FOpened = nullptr;  // what is to be remembered when all are open
 };

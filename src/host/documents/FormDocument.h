@@ -44,12 +44,20 @@ class TFormDocument {
   // The form as text, whatever it is stored as. That of a text file has the file's bytes where
   // nothing was changed. Appends where the components stand in it, when that is asked for.
   std::string Text(std::vector<TFormSpans::TPlace>* places = nullptr) const;
+  // A component that the form only inherits, so that it can be changed. As long as it says nothing,
+  // neither the text nor the file has it.
+  TDesignComponent& Override(const std::string& name, std::string_view className,
+                             TDesignComponent& parent);
+  // A copy of the form as it stands, the same one until it changes.
+  std::shared_ptr<const TDesignComponent> Copy();
   // Writes binary as binary and text as text; bytes of what was not changed stay. Raises
   // EFCreateError and leaves the file as it was.
   void Save() { SaveAs(FileName()); }
   void SaveAs(const std::string& fileName);
 
   std::function<void()> OnChange;
+  // A step was done, undone or done again; OnChange follows.
+  std::function<void()> OnStep;
 
  private:
   struct TStamp {
@@ -64,6 +72,7 @@ class TFormDocument {
   TStamp FStamp;
   std::optional<TFormSource> FSource;  // what the file held when it was read
   std::optional<TFormEdits> FEdits;
+  std::shared_ptr<const TDesignComponent> FCopy;
   bool FModified = false;
 };
 

@@ -1,6 +1,7 @@
 // Makes and takes back changes of properties.
 #include "host/documents/FormEdits.h"
 
+#include "designer/model/NameReferences.h"
 #include "platform/core/text/SysUtils.h"
 
 namespace wrenfold {
@@ -30,8 +31,24 @@ TFormChange TFormEdits::Change(const TDesignComponent& component, std::string_vi
 void TFormEdits::Apply(const TFormChange& change) {
   TDesignComponent* component = Find(change.Component);
   if (component == nullptr) return;
-  if (change.Path == NameOfComponent) FHistory.Rename(*component, change.After.value_or(""));
+  if (change.Path == NameOfComponent) Rename(*component, change.After.value_or(""));
   else FHistory.SetValue(*component, change.Path, change.After.value_or(""));
+}
+
+// What refers to the component by its name in the form goes on doing so.
+void TFormEdits::Rename(TDesignComponent& component, const std::string& name) {
+  const std::string before = component.Name();
+  FHistory.Rename(component, name);
+  if (before.empty() || name.empty()) return;
+  std::vector<TDesignComponent*> all{&FRoot};
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    all.insert(all.end(), all[i]->Children().begin(), all[i]->Children().end());
+    // A copy: setting a value may move the properties.
+    const std::vector<TDesignProperty> properties = all[i]->Properties();
+    for (const TDesignProperty& property : properties)
+      if (auto value = ValueWithName(property.Value, before, name))
+        FHistory.SetValue(*all[i], property.Path, *value);
+  }
 }
 
 void TFormEdits::Do(const std::vector<TFormChange>& changes) {

@@ -51,6 +51,7 @@ class TFormEdits {
 
  private:
   void Apply(const TFormChange& change);
+  void Rename(TDesignComponent& component, const std::string& name);
   const std::vector<TFormChange>& Renamed(bool forward);
 
   TDesignComponent& FRoot;

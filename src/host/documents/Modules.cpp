@@ -65,7 +65,7 @@ TSourceEditor::TSourceEditor(TModule& module, TModuleHost& host, const std::stri
 }
 
 HResult TSourceEditor::QueryInterface(const TGuid& iid, void** result) {
-  return QueryAmong<IOTASourceEditor, IOTAEditor>(this, iid, result);
+  return QueryAmong<IOTASourceEditor, IOTAEditor, IOTATextWriter>(this, iid, result);
 }
 
 void TSourceEditor::Watch() {
@@ -130,6 +130,15 @@ std::string TSourceEditor::GetText(std::int64_t position, std::int64_t count) {
   return document != nullptr ? document->TextRange(position, count) : std::string();
 }
 
+void TSourceEditor::Replace(std::int64_t position, std::int64_t count, const std::string& text) {
+  TUnitDocument* document = TryDocument();
+  if (document == nullptr) return;
+  const std::int64_t length = document->Length();
+  const std::int64_t begin = std::clamp<std::int64_t>(position, 0, length);
+  const std::int64_t cut = std::clamp<std::int64_t>(count, 0, length - begin);
+  document->Replace(static_cast<std::size_t>(begin), static_cast<std::size_t>(cut), text);
+}
+
 // --- form editors
 
 void TDesigner::Detach() {
@@ -157,6 +166,10 @@ TForm* TDesigner::GetDesignerForm() {
   return FEditor != nullptr ? FEditor->Host().DesignerOf(*FEditor) : nullptr;
 }
 
+QWidget* TDesigner::GetRootWindow() {
+  return GetRoot() != nullptr ? FEditor->Host().RootWindowOf(*FEditor) : nullptr;
+}
+
 TFormEditor::TFormEditor(TModule& module, TModuleHost& host, const std::string& fileName)
     : TEditorOf(module, host, fileName), FDesigner(new TDesigner(*this)) {}
 
@@ -174,6 +187,8 @@ TFormDocument* TFormEditor::Document() {
     auto document = std::make_unique<TFormDocument>(FileName());
     const std::string className(document->Root().StoredClassName());
     document->Root().SetDesignClass(FClasses.Record(FHost.ClassChain(*FModule, className)));
+    FFields = std::make_unique<TFieldDeclarations>(*this);
+    document->OnStep = [this] { FFields->Follow(FDocument->History()); };
     document->OnChange = [this] { Changed(Modified()); };
     FDocument = std::move(document);
   } catch (const Exception& e) {

@@ -6,7 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "host/documents/FieldDeclarations.h"
 #include "host/documents/FormDocument.h"
+#include "host/documents/ProjectForms.h"
 #include "host/documents/UnitDocument.h"
 #include "platform/toolsapi/ToolsAPI.h"
 #include "project/Project.h"
@@ -31,6 +33,10 @@ class TModuleHost {
   virtual std::vector<IOTAEditView*> ViewsOf(const TSourceEditor& editor) = 0;
   // The window that shows the form, or null.
   virtual TForm* DesignerOf(const TFormEditor& editor) = 0;
+  // The designed window for others to show, made at the first call; null for a data module.
+  virtual QWidget* RootWindowOf(TFormEditor& editor) = 0;
+  // What the form can be composed with.
+  virtual std::unique_ptr<TModuleForms> FormsFor(TFormEditor& editor) = 0;
   virtual void SelectionChanged(TFormEditor& editor) = 0;
   // An editor was modified, saved or renamed.
   virtual void EditorChanged(TModule& module) = 0;
@@ -105,7 +111,7 @@ class TEditorOf : public TInterfacedObject<Interfaces...>, public TModuleEditor 
 };
 
 // A source text. It is read when it is shown or asked for, not before.
-class TSourceEditor final : public TEditorOf<IOTASourceEditor> {
+class TSourceEditor final : public TEditorOf<IOTASourceEditor, IOTATextWriter> {
  public:
   TSourceEditor(TModule& module, TModuleHost& host, const std::string& fileName);
   // A new unit with this text.
@@ -131,6 +137,7 @@ class TSourceEditor final : public TEditorOf<IOTASourceEditor> {
   IOTAEditView* GetEditView(int index) override;
   int GetLinesInBuffer() override;
   std::string GetText(std::int64_t position, std::int64_t count) override;
+  void Replace(std::int64_t position, std::int64_t count, const std::string& text) override;
 
  private:
   void Watch();
@@ -141,7 +148,7 @@ class TSourceEditor final : public TEditorOf<IOTASourceEditor> {
 };
 
 // The designer of a form: its root and what is selected of it.
-class TDesigner final : public TInterfacedObject<IDesigner> {
+class TDesigner final : public TInterfacedObject<IDesigner, INTADesignWindow> {
  public:
   explicit TDesigner(TFormEditor& editor) : FEditor(&editor) {}
   void Detach();
@@ -150,6 +157,7 @@ class TDesigner final : public TInterfacedObject<IDesigner> {
   std::vector<TComponent*> GetSelections() override { return FSelections; }
   void SetSelections(const std::vector<TComponent*>& components) override;
   TForm* GetDesignerForm() override;
+  QWidget* GetRootWindow() override;
 
  private:
   TFormEditor* FEditor;
@@ -193,6 +201,7 @@ class TFormEditor final : public TEditorOf<IOTAFormEditor, INTAFormEditor> {
   void TellRenamed(const std::vector<TFormChange>& changes, bool forward);
 
   TDesignClasses FClasses;
+  std::unique_ptr<TFieldDeclarations> FFields;
   std::unique_ptr<TFormDocument> FDocument;
   TIntf<TDesigner> FDesigner;
   bool FFailed = false;

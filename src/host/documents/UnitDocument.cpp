@@ -79,12 +79,35 @@ std::string TDocumentAccess::TextRange(const QsciDocument& document, std::int64_
           static_cast<std::size_t>(std::min(count, size - position))};
 }
 
+std::int64_t TDocumentAccess::Length(const QsciDocument& document) {
+  return Show(document).SendScintilla(QsciScintilla::SCI_GETLENGTH);
+}
+
 void TDocumentAccess::Replace(const QsciDocument& document, std::size_t offset, std::size_t length,
                               const std::string& text) {
   QsciScintilla& editor = Show(document);
-  editor.SendScintilla(QsciScintilla::SCI_SETTARGETRANGE, offset,
-                       static_cast<long>(offset + length));
-  editor.SendScintilla(QsciScintilla::SCI_REPLACETARGET, text.size(), text.c_str());
+  // What only puts in or takes out joins what was typed beside it before, as typing does.
+  if (length == 0 && text.find('\0') == std::string::npos)
+    editor.SendScintilla(QsciScintilla::SCI_INSERTTEXT, offset, text.c_str());
+  else if (text.empty())
+    editor.SendScintilla(QsciScintilla::SCI_DELETERANGE, offset, static_cast<long>(length));
+  else {
+    editor.SendScintilla(QsciScintilla::SCI_SETTARGETRANGE, offset,
+                         static_cast<long>(offset + length));
+    editor.SendScintilla(QsciScintilla::SCI_REPLACETARGET, text.size(), text.c_str());
+  }
+}
+
+bool TDocumentAccess::Undo(const QsciDocument& document) {
+  QsciScintilla& editor = Show(document);
+  editor.SendScintilla(QsciScintilla::SCI_UNDO);
+  return editor.SendScintilla(QsciScintilla::SCI_GETMODIFY) == 0;
+}
+
+bool TDocumentAccess::Redo(const QsciDocument& document) {
+  QsciScintilla& editor = Show(document);
+  editor.SendScintilla(QsciScintilla::SCI_REDO);
+  return editor.SendScintilla(QsciScintilla::SCI_GETMODIFY) == 0;
 }
 
 void TDocumentAccess::SetSavePoint(const QsciDocument& document) {

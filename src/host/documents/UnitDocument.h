@@ -28,9 +28,13 @@ class TDocumentAccess {
   std::string Text(const QsciDocument& document);
   // The bytes from an offset on; fewer than count when the text ends before.
   std::string TextRange(const QsciDocument& document, std::int64_t position, std::int64_t count);
-  // Bytes of the text, which the user can undo like any edit.
+  std::int64_t Length(const QsciDocument& document);
+  // Bytes of the text, which the user can undo as one edit.
   void Replace(const QsciDocument& document, std::size_t offset, std::size_t length,
                const std::string& text);
+  // Take back or make again one step. Answer whether the text is as it was saved.
+  bool Undo(const QsciDocument& document);
+  bool Redo(const QsciDocument& document);
   void SetSavePoint(const QsciDocument& document);
   int LineCount(const QsciDocument& document);
   // Positions are bytes; lines and columns (characters) count from 0.
@@ -77,7 +81,10 @@ class TUnitDocument {
   }
   // As the user would edit it: can be undone, and is not saved.
   void Replace(std::size_t offset, std::size_t length, const std::string& text);
+  void Undo() { SetModified(!FAccess.Undo(FDocument)); }
+  void Redo() { SetModified(!FAccess.Redo(FDocument)); }
   int LineCount() const { return FAccess.LineCount(FDocument); }
+  std::int64_t Length() const { return FAccess.Length(FDocument); }
   void PlaceOf(long position, int& line, int& column) const {
     FAccess.PlaceOf(FDocument, position, line, column);
   }

@@ -3,16 +3,18 @@
 #include <fmt/format.h>
 
 #include <QAction>
+#include <QClipboard>
 #include <QFontDatabase>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QTextBlock>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <filesystem>
 
 #include "designer/model/ComponentText.h"
-#include "designer/model/FileForms.h"
 #include "host/documents/Icons.h"
+#include "platform/core/stream/ValueTypes.h"
+#include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Desktop.h"
 #include "platform/widgets/Guard.h"
 #include "platform/widgets/Text.h"
@@ -21,37 +23,13 @@ namespace wrenfold {
 
 namespace {
 
-// The forms of the project that has the module, or of the form's folder. Ancestors of classes are
-// asked of the workbench, which knows the texts of its editors.
-class TModuleForms final : public TFormCatalog {
- public:
-  explicit TModuleForms(TFormEditor& editor) : FEditor(editor), FFiles(FilesOf(editor)) {}
+// What the text of a component begins with.
+constexpr std::string_view FormTextWords[] = {"object ", "inherited ", "inline "};
 
-  std::vector<std::string> Ancestors(std::string_view className) override {
-    TModule* module = FEditor.Module();
-    if (module == nullptr) return {};
-    auto chain = FEditor.Host().ClassChain(*module, std::string(className));
-    if (!chain.empty()) chain.erase(chain.begin());
-    return chain.empty() ? FFiles->Ancestors(className) : chain;
-  }
-  const TDesignComponent* FindForm(std::string_view className) override {
-    return FFiles->FindForm(className);
-  }
-
- private:
-  static std::unique_ptr<TFileForms> FilesOf(TFormEditor& editor) {
-    try {
-      if (const TModule* module = editor.Module(); module != nullptr && !module->Owners.empty())
-        return TFileForms::OfProject(module->Owners.front()->GetFileName());
-    } catch (const Exception&) {
-      // The project's source cannot be read just now: the folder has to do.
-    }
-    return TFileForms::OfFolder(std::filesystem::path(editor.FileName()).parent_path().string());
-  }
-
-  TFormEditor& FEditor;
-  std::unique_ptr<TFileForms> FFiles;
-};
+bool IsInherited(const TDesignComponent& component) {
+  std::int32_t position = 0;
+  return (component.FilerFlags(position) & ffInherited) != 0;
+}
 
 // A command of the local menu; a row without a method is a line between groups.
 struct TCommandRow {
@@ -59,6 +37,7 @@ struct TCommandRow {
   const char* Caption;
   QKeySequence Keys;
   void (*Run)(TDesignerForm& form);
+  bool (*Applies)(const TDesignerForm& form) = nullptr;  // null: always
   QKeySequence OtherKeys = {};
 };
 
@@ -72,33 +51,59 @@ void RunCommand(TDesignerForm& form) {
   (form.*command)();
 }
 
+template <std::size_t count>
+bool AtLeast(const TDesignerForm& form) {
+  return form.Selected(false).size() >= count;
+}
+
+bool CanUndo(const TDesignerForm& form) {
+  const TFormDocument* document = form.Editor().LoadedDocument();
+  return document != nullptr && document->Edits().CanUndo();
+}
+
+bool CanRedo(const TDesignerForm& form) {
+  const TFormDocument* document = form.Editor().LoadedDocument();
+  return document != nullptr && document->Edits().CanRedo();
+}
+
+// What a base form declares can be changed, not deleted.
+bool CanDelete(const TDesignerForm& form) {
+  return std::ranges::any_of(form.Selected(false),
+                             [](const auto* each) { return !IsInherited(*each); });
+}
+
+bool CanPaste(const TDesignerForm& form) {
+  return form.CanPaste();
+}
+
 const std::vector<TCommandRow>& Commands() {
   using A = TArrangement;
   using F = TDesignerForm;
   static const std::vector<TCommandRow> commands = {
-      {"dsUndo", "&Undo", QKeySequence::Undo, RunCommand<&F::Undo>},
+      {"dsUndo", "&Undo", QKeySequence::Undo, RunCommand<&F::Undo>, CanUndo},
       {"dsRedo", "&Redo", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), RunCommand<&F::Redo>,
-       QKeySequence(Qt::CTRL | Qt::Key_Y)},
+       CanRedo, QKeySequence(Qt::CTRL | Qt::Key_Y)},
       {nullptr, nullptr, {}, nullptr},
-      {"dsCut", "Cu&t", QKeySequence::Cut, RunCommand<&F::CutComponents>},
-      {"dsCopy", "&Copy", QKeySequence::Copy, RunCommand<&F::CopyComponents>},
-      {"dsPaste", "&Paste", QKeySequence::Paste, RunCommand<&F::PasteComponents>},
-      {"dsDelete", "&Delete", QKeySequence(Qt::Key_Delete), RunCommand<&F::DeleteComponents>},
+      {"dsCut", "Cu&t", QKeySequence::Cut, RunCommand<&F::CutComponents>, CanDelete},
+      {"dsCopy", "&Copy", QKeySequence::Copy, RunCommand<&F::CopyComponents>, AtLeast<1>},
+      {"dsPaste", "&Paste", QKeySequence::Paste, RunCommand<&F::PasteComponents>, CanPaste},
+      {"dsDelete", "&Delete", QKeySequence(Qt::Key_Delete), RunCommand<&F::DeleteComponents>,
+       CanDelete},
       {"dsSelectAll", "Select &all", QKeySequence::SelectAll, RunCommand<&F::SelectAllComponents>},
       {nullptr, nullptr, {}, nullptr},
-      {"dsLefts", "Align &left edges", {}, RunArrangement<A::Lefts>},
-      {"dsCentres", "Align centres", {}, RunArrangement<A::Centres>},
-      {"dsRights", "Align right edges", {}, RunArrangement<A::Rights>},
-      {"dsTops", "Align top &edges", {}, RunArrangement<A::Tops>},
-      {"dsMiddles", "Align middles", {}, RunArrangement<A::Middles>},
-      {"dsBottoms", "Align &bottom edges", {}, RunArrangement<A::Bottoms>},
-      {"dsSpaceAcross", "Space equally ac&ross", {}, RunArrangement<A::SpaceAcross>},
-      {"dsSpaceDown", "Space equally do&wn", {}, RunArrangement<A::SpaceDown>},
-      {"dsSameWidth", "Same widt&h", {}, RunArrangement<A::SameWidth>},
-      {"dsSameHeight", "Same hei&ght", {}, RunArrangement<A::SameHeight>},
+      {"dsLefts", "Align &left edges", {}, RunArrangement<A::Lefts>, AtLeast<2>},
+      {"dsCentres", "Align centres", {}, RunArrangement<A::Centres>, AtLeast<2>},
+      {"dsRights", "Align right edges", {}, RunArrangement<A::Rights>, AtLeast<2>},
+      {"dsTops", "Align top &edges", {}, RunArrangement<A::Tops>, AtLeast<2>},
+      {"dsMiddles", "Align middles", {}, RunArrangement<A::Middles>, AtLeast<2>},
+      {"dsBottoms", "Align &bottom edges", {}, RunArrangement<A::Bottoms>, AtLeast<2>},
+      {"dsSpaceAcross", "Space equally ac&ross", {}, RunArrangement<A::SpaceAcross>, AtLeast<3>},
+      {"dsSpaceDown", "Space equally do&wn", {}, RunArrangement<A::SpaceDown>, AtLeast<3>},
+      {"dsSameWidth", "Same widt&h", {}, RunArrangement<A::SameWidth>, AtLeast<2>},
+      {"dsSameHeight", "Same hei&ght", {}, RunArrangement<A::SameHeight>, AtLeast<2>},
       {nullptr, nullptr, {}, nullptr},
-      {"dsFront", "Bring to &front", {}, RunCommand<&F::BringComponentsToFront>},
-      {"dsBack", "Send to bac&k", {}, RunCommand<&F::SendComponentsToBack>},
+      {"dsFront", "Bring to &front", {}, RunCommand<&F::BringComponentsToFront>, AtLeast<1>},
+      {"dsBack", "Send to bac&k", {}, RunCommand<&F::SendComponentsToBack>, AtLeast<1>},
       {nullptr, nullptr, {}, nullptr},
       {"dsFit", "F&it into window", QKeySequence(Qt::CTRL | Qt::Key_9),
        RunCommand<&F::FitIntoWindow>},
@@ -136,7 +141,7 @@ const TTypeInfo& TDesignerForm::ClassInfo() {
 TDesignerForm::TDesignerForm(TComponent* owner, TFormEditor& editor)
     : TForm(owner),
       FEditor(editor),
-      FCatalog(std::make_unique<TModuleForms>(editor)),
+      FCatalog(editor.Host().FormsFor(editor)),
       FTree(new QTreeWidget),
       FTabs(new QTabWidget),
       FScroll(new QScrollArea),
@@ -167,10 +172,17 @@ TDesignerForm::TDesignerForm(TComponent* owner, TFormEditor& editor)
   FSurface->OnSelect = [this](const TComponentList& selection) {
     Guarded(this, [&] { Select(selection); });
   };
-  FSurface->OnBounds = [this](const std::string& step, const std::vector<TBoundsChange>& changes) {
-    Guarded(this, [&] { StoreChanges(step, changes); });
+  FSurface->OnBounds = [this](const std::string& step, const std::vector<TBoundsChange>& changes,
+                              bool continues) {
+    Guarded(this, [&] { StoreChanges(step, changes, continues); });
   };
+  FSurface->OnTakeOver = [this](const std::vector<std::string>& names) {
+    Guarded(this, [&] { TakeOver(names); });
+  };
+  connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this,
+          [this] { Guarded(this, [&] { ClipboardChanged(); }); });
   AddCommands();
+  ClipboardChanged();
   Update();
   // The tree would choose its first row when it gets the focus.
   FSurface->setFocus();
@@ -208,12 +220,27 @@ void TDesignerForm::AddCommands() {
     action->setShortcuts({row.Keys, row.OtherKeys});
     action->setShortcutContext(Qt::WidgetShortcut);
     FSurface->addAction(action);
+    FCommands.push_back({action, row.Applies});
     connect(action, &QAction::triggered, this,
             [this, run = row.Run] { Guarded(this, [&] { run(*this); }); });
   }
   FScroll->setContextMenuPolicy(Qt::CustomContextMenu);
   connect(FScroll, &QWidget::customContextMenuRequested, this,
           [this, menu](const QPoint& place) { menu->popup(FScroll->mapToGlobal(place)); });
+}
+
+void TDesignerForm::ClipboardChanged() {
+  const std::string text = ClipboardText();
+  const std::string_view start = Trim(text);
+  FCanPaste = std::ranges::any_of(FormTextWords, [&](std::string_view word) {
+    return start.size() > word.size() && EqualText(start.substr(0, word.size()), word);
+  });
+  UpdateCommands();
+}
+
+void TDesignerForm::UpdateCommands() {
+  for (const TCommand& command : FCommands)
+    command.Action->setEnabled(command.Applies == nullptr || command.Applies(*this));
 }
 
 void TDesignerForm::Update() {
@@ -225,11 +252,11 @@ void TDesignerForm::Update() {
     FSurface->ShowForm(nullptr, nullptr);
   } else {
     SetCaption(document->Root().Name() + (document->Modified() ? " *" : ""));
-    auto* root = new QTreeWidgetItem(FTree);
-    AddItems(root, document->Root());
-    FTree->expandAll();
+    FCatalog->Renew();
     if (document == FShown) FSurface->Refresh();
     else FSurface->ShowForm(&document->Root(), FCatalog.get());
+    AddItems(new QTreeWidgetItem(FTree), FSurface->Form()->Root());
+    FTree->expandAll();
     FShown = document;
   }
   FFollowing = false;
@@ -246,12 +273,32 @@ bool TDesignerForm::LostSelection() const {
   });
 }
 
-void TDesignerForm::AddItems(QTreeWidgetItem* parent, const TDesignComponent& component) {
-  parent->setText(0, ToQString(component.Name() + ": " + component.ClassName()));
+// What the form only inherits stands there as well, fainter.
+void TDesignerForm::AddItems(QTreeWidgetItem* parent, const TDesignNode& node) {
+  parent->setText(0, ToQString(node.Name() + ": " + std::string(node.ClassName())));
   parent->setIcon(0, WorkbenchIcon("component"));
-  parent->setData(0, Qt::UserRole, ToQString(component.Name()));
-  for (const TDesignComponent* child : component.Children())
-    AddItems(new QTreeWidgetItem(parent), *child);
+  parent->setData(0, Qt::UserRole, ToQString(node.Name()));
+  if (node.Own == nullptr)
+    parent->setForeground(0, palette().brush(QPalette::Disabled, QPalette::Text));
+  for (const TDesignNode* child : node.Children)
+    if (child->Own != nullptr || (child->Scope == nullptr && !child->Name().empty()))
+      AddItems(new QTreeWidgetItem(parent), *child);
+}
+
+// The component of the form, made where it is only inherited.
+TDesignComponent* TDesignerForm::TakeOver(const TDesignNode& node) {
+  TFormDocument& document = *FEditor.Document();
+  if (node.IsRoot()) return &document.Root();
+  if (auto* own = dynamic_cast<TDesignComponent*>(document.Root().FindComponent(node.Name())))
+    return own;
+  return &document.Override(node.Name(), node.ClassName(), *TakeOver(*node.Parent));
+}
+
+void TDesignerForm::TakeOver(const std::vector<std::string>& names) {
+  if (FEditor.Document() == nullptr || FSurface->Form() == nullptr) return;
+  for (const std::string& name : names)
+    if (const TDesignNode* node = FSurface->Form()->Find(name)) TakeOver(*node);
+  FSurface->Refresh();
 }
 
 // The text is rendered only while it is looked at.
@@ -311,6 +358,7 @@ void TDesignerForm::ShowSelection() {
       shown.push_back(design);
   FSurface->ShowSelection(shown);
   ShowState();
+  UpdateCommands();
   if (FTabs->currentWidget() == FText) MarkLines();
   if (selected.empty() || FFollowing) return;
   FFollowing = true;
@@ -326,8 +374,11 @@ void TDesignerForm::ItemSelected() {
   if (FFollowing || item == nullptr || document == nullptr) return;
   FFollowing = true;
   TComponent* component = &document->Root();
-  if (item->parent() != nullptr)
-    component = component->FindComponent(FromQString(item->data(0, Qt::UserRole).toString()));
+  if (item->parent() != nullptr) {
+    const std::string name = FromQString(item->data(0, Qt::UserRole).toString());
+    if (component->FindComponent(name) == nullptr) TakeOver({name});
+    component = component->FindComponent(name);
+  }
   if (component != nullptr) FEditor.Designer().SelectComponent(component);
   FFollowing = false;
 }
@@ -364,12 +415,12 @@ void TDesignerForm::TellSelection() {
   FEditor.Designer().SetSelections(FEditor.Designer().GetSelections());
 }
 
-void TDesignerForm::StoreChanges(const std::string& step,
-                                 const std::vector<TBoundsChange>& changes) {
+void TDesignerForm::StoreChanges(const std::string& step, const std::vector<TBoundsChange>& changes,
+                                 bool continues) {
   TFormDocument* document = FEditor.Document();
   if (document == nullptr) return;
   TFormHistory& history = document->History();
-  history.Begin(step);
+  history.Begin(step, continues);
   for (const TBoundsChange& change : changes) {
     if (change.Node->Own == nullptr) continue;
     const auto& all = document->Root().Components();
@@ -408,6 +459,8 @@ void TDesignerForm::DeleteComponents() {
   auto selected = Selected(false);
   TFormDocument* document = FEditor.Document();
   if (document == nullptr || selected.empty()) return;
+  std::erase_if(selected, [](const TDesignComponent* each) { return IsInherited(*each); });
+  if (selected.empty()) return;
   auto* parent = dynamic_cast<TDesignComponent*>(selected[0]->GetParentComponent());
   // What is inside of another one goes with it.
   std::erase_if(selected, [&](const TDesignComponent* each) {
@@ -467,7 +520,7 @@ void TDesignerForm::SelectAllComponents() {
 
 void TDesignerForm::ArrangeComponents(TArrangement arrangement) {
   const auto changes = FSurface->Arranged(arrangement);
-  if (!changes.empty()) StoreChanges("Arrange", changes);
+  if (!changes.empty()) StoreChanges("Arrange", changes, false);
 }
 
 void TDesignerForm::SetDepth(bool front) {

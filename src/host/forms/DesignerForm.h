@@ -1,6 +1,7 @@
 // The window of a designed form: drawn to be changed, as text, and its components as a tree.
 #pragma once
 
+#include <QAction>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QScrollArea>
@@ -26,10 +27,18 @@ class TDesignerForm : public TForm {
 
   TFormEditor& Editor() const { return FEditor; }
   TDesignSurface& Surface() const { return *FSurface; }
+  // Whether the form is composed with the form of that class.
+  bool Uses(std::string_view className) const { return FCatalog->AskedFor(className); }
   // Components or properties may be others now.
   void Update();
   // The designer's selection changed.
   void ShowSelection();
+
+  // The form's own, writable components that are selected; without the root when it is asked so.
+  std::vector<TDesignComponent*> Selected(bool withRoot) const;
+
+  // Whether there are components in the clipboard.
+  bool CanPaste() const { return FCanPaste; }
 
   // The commands of the local menu, over the selection.
   void Undo();
@@ -47,7 +56,11 @@ class TDesignerForm : public TForm {
   void ShowOwnSize();
 
  private:
-  void AddItems(QTreeWidgetItem* parent, const TDesignComponent& component);
+  void AddItems(QTreeWidgetItem* parent, const TDesignNode& node);
+  void UpdateCommands();
+  void ClipboardChanged();
+  TDesignComponent* TakeOver(const TDesignNode& node);
+  void TakeOver(const std::vector<std::string>& names);
   void AddCommands();
   void AddTabs(QSplitter& splitter);
   bool LostSelection() const;
@@ -56,24 +69,29 @@ class TDesignerForm : public TForm {
   void MarkLines();
   void ShowState();
   void Select(const TComponentList& selection);
-  void StoreChanges(const std::string& step, const std::vector<TBoundsChange>& changes);
+  void StoreChanges(const std::string& step, const std::vector<TBoundsChange>& changes,
+                    bool continues);
   void SetDepth(bool front);
-  // The form's own, writable components that are selected; without the root when it is asked so.
-  std::vector<TDesignComponent*> Selected(bool withRoot) const;
   TDesignComponent& PasteTarget() const;
   // Tells everybody who shows the selection.
   void TellSelection();
 
   TFormEditor& FEditor;
-  std::unique_ptr<TFormCatalog> FCatalog;
+  std::unique_ptr<TModuleForms> FCatalog;
   QTreeWidget* FTree;
   QTabWidget* FTabs;
   QScrollArea* FScroll;
   TDesignSurface* FSurface;
   QPlainTextEdit* FText;
   QLabel* FState;
+  struct TCommand {
+    QAction* Action;
+    bool (*Applies)(const TDesignerForm& form);
+  };
+  std::vector<TCommand> FCommands;
   const TFormDocument* FShown = nullptr;
   bool FFollowing = false;
+  bool FCanPaste = false;
 };
 
 }  // namespace wrenfold

@@ -52,7 +52,30 @@ void TDesigners::KeepInFront(TDesignerForm& window) {
   window.windowHandle()->setTransientParent(owner->windowHandle());
 }
 
+TRootWindow* TDesigners::RootWindow(TFormEditor& editor) {
+  QPointer<TRootWindow>& window = FRootWindows[&editor];
+  if (window == nullptr) window = new TRootWindow(editor);
+  return window->HasForm() ? window.data() : nullptr;
+}
+
+void TDesigners::Update(TFormEditor& editor) {
+  if (TDesignerForm* window = Find(editor)) window->Update();
+  const auto root = FRootWindows.find(&editor);
+  if (root != FRootWindows.end() && root->second != nullptr) root->second->Update();
+}
+
+void TDesigners::UpdateUsersOf(std::string_view className) {
+  for (TDesignerForm* window : FWindows)
+    if (window->Uses(className)) window->Update();
+  for (const auto& [editor, window] : FRootWindows)
+    if (window != nullptr && window->Uses(className)) window->Update();
+}
+
 void TDesigners::Drop(TFormEditor& editor) {
+  if (const auto root = FRootWindows.find(&editor); root != FRootWindows.end()) {
+    delete root->second.data();
+    FRootWindows.erase(root);
+  }
   TDesignerForm* window = Find(editor);
   if (window == nullptr) return;
   window->Hide();
@@ -61,6 +84,8 @@ void TDesigners::Drop(TFormEditor& editor) {
 
 void TDesigners::Clear() {
   while (!FWindows.empty()) delete FWindows.back();
+  for (const auto& [editor, window] : FRootWindows) delete window.data();
+  FRootWindows.clear();
 }
 
 void TDesigners::Notification(TComponent* component, TOperation operation) {

@@ -1,10 +1,14 @@
 // The designer windows that are open, each over the editor of one form.
 #pragma once
 
+#include <QPointer>
 #include <functional>
+#include <map>
+#include <string_view>
 #include <vector>
 
 #include "host/forms/DesignerForm.h"
+#include "host/forms/RootWindow.h"
 
 namespace wrenfold {
 
@@ -18,7 +22,13 @@ class TDesigners : public TComponent {
   void Show(TFormEditor& editor);
   TDesignerForm* Find(const TFormEditor& editor) const;
   bool Shows(const TFormEditor& editor) const;
-  // The window goes, quietly.
+  // The designed window itself, made hidden at the first call; null for a form without one.
+  TRootWindow* RootWindow(TFormEditor& editor);
+  // The form is another one.
+  void Update(TFormEditor& editor);
+  // The form of that class is another one: those that are composed with it follow.
+  void UpdateUsersOf(std::string_view className);
+  // The windows go, quietly.
   void Drop(TFormEditor& editor);
   void Clear();
   const std::vector<TDesignerForm*>& Windows() const { return FWindows; }
@@ -35,6 +45,7 @@ class TDesigners : public TComponent {
 
   TForm& FOwner;
   std::vector<TDesignerForm*> FWindows;
+  std::map<const TFormEditor*, QPointer<TRootWindow>> FRootWindows;
 };
 
 }  // namespace wrenfold

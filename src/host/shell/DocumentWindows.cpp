@@ -133,7 +133,9 @@ void TDocumentWindows::SelectionChanged(TFormEditor& editor) {
 void TDocumentWindows::EditorChanged(TModule& module) {
   for (const TIntf<TSourceEditor>& source : module.Sources()) F.Editor.UpdatePage(*source);
   if (TFormEditor* form = module.FormEditor()) {
-    if (TDesignerForm* designer = F.Designers.Find(*form)) designer->Update();
+    F.Designers.Update(*form);
+    if (const TFormDocument* document = form->LoadedDocument())
+      F.Designers.UpdateUsersOf(document->Root().StoredClassName());
     if (F.Inspector.Editor() == form) F.Inspector.Refresh();
   }
   F.Project.ShowModified(module.FileName(), module.Modified());

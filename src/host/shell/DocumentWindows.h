@@ -50,6 +50,7 @@ class TDocumentWindows final : public TDocumentViews {
   void ShowForm(TFormEditor& editor) override;
   std::vector<IOTAEditView*> ViewsOf(const TSourceEditor& editor) override;
   TForm* DesignerOf(const TFormEditor& editor) override { return F.Designers.Find(editor); }
+  QWidget* RootWindowOf(TFormEditor& editor) override { return F.Designers.RootWindow(editor); }
   bool Shows(const TModule& module, const TSourceEditor* except) const override;
   TModule* CurrentModule() override;
   void SelectionChanged(TFormEditor& editor) override;
@@ -57,6 +58,9 @@ class TDocumentWindows final : public TDocumentViews {
   void FormGoes(TFormEditor& editor) override;
   void FormRead(TFormEditor& editor) override;
   void Drop(TModule& module) override;
+  void BaseFormChanged(std::string_view className) override {
+    F.Designers.UpdateUsersOf(className);
+  }
   void ProjectChanged(TProjectHolder* project) override;
   void Tell(const TMessage& message) override;
   void Status(const std::string& text) override;

@@ -37,7 +37,7 @@ TToolsServices::~TToolsServices() {
 
 HResult TToolsServices::QueryInterface(const TGuid& iid, void** result) {
   return QueryAmong<IOTAServices, IOTAModuleServices, IOTAActionServices, IOTAWizardServices,
-                    INTAServices>(this, iid, result);
+                    INTAServices, IOTADesignCapabilities>(this, iid, result);
 }
 
 int TToolsServices::AddWizard(IOTAWizard* wizard) {

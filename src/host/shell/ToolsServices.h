@@ -16,7 +16,8 @@ class TToolsServices final : public IOTAServices,
                              public IOTAModuleServices,
                              public IOTAActionServices,
                              public IOTAWizardServices,
-                             public INTAServices {
+                             public INTAServices,
+                             public IOTADesignCapabilities {
  public:
   // What packages are served from; all must outlive this object.
   struct TEnvironment {
@@ -62,6 +63,9 @@ class TToolsServices final : public IOTAServices,
   TImageList* GetImageList() override;
   TToolBar* GetToolBar(const std::string& name) override;
   int AddMasked(const QIcon& image) override;
+
+  // The designer draws every kind of form.
+  TDesignedKinds GetDesignedKinds() override { return {dkTextForms, dkFrames}; }
 
  private:
   const TEnvironment F;

@@ -31,7 +31,8 @@ class SurfaceTest : public testing::Test {
   void SetUp() override {
     Surface.ShowForm(File.Root.get(), &Forms);
     Surface.OnSelect = [this](const TComponentList&) { ++Told; };
-    Surface.OnBounds = [this](const std::string& step, const std::vector<TBoundsChange>& changes) {
+    Surface.OnBounds = [this](const std::string& step, const std::vector<TBoundsChange>& changes,
+                              bool) {
       Step = step;
       Changes = changes;
     };
