@@ -94,6 +94,7 @@ void TLocaleForm::CreateControls() {
   FGrid = new QTableWidget(0, 2, this);
   FGrid->setObjectName("Languages");
   FGrid->setAccessibleName(windowTitle());
+  FGrid->setToolTip(windowTitle());
   FGrid->setHorizontalHeaderLabels(
       {ToQString(LocaleStr(sLanguageColumn)), ToQString(LocaleStr(sLibraryColumn))});
   FGrid->horizontalHeader()->setStretchLastSection(true);
@@ -207,6 +208,7 @@ TAddLanguageForm::TAddLanguageForm(TComponent* owner, const TLanguageModules& kn
   } labels[] = {{sLanguageColumn, FName}, {sLibraryColumn, FLibrary}};
   for (const auto& [textId, control] : labels) {
     control->setAccessibleName(ToQString(LocaleStr(textId)));
+    control->setToolTip(control->accessibleName());
     control->setMinimumWidth(220);
     rows->addRow(ToQString(LocaleStr(textId)), control);
   }
