@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <set>
+#include <utility>
 
 #include "platform/core/text/SysUtils.h"
 
@@ -31,20 +33,119 @@ bool IsRootClass(std::string_view className) {
 
 }  // namespace
 
+// The project file of the same bare name that names the source.
+std::optional<TTextFile> TProject::FindDescription(const std::filesystem::path& source) {
+  constexpr std::string_view extensions[] = {".lpi", ".dproj", ".cbproj"};
+  TFileLookup lookup;
+  const std::string folder = source.parent_path().string();
+  for (const std::string_view extension : extensions) {
+    const std::string found = lookup.Find(folder, source.stem().string() + std::string(extension));
+    if (found.empty()) continue;
+    try {
+      TTextFile text = TTextFile::Load(found);
+      const TProjectFile project = ParseProjectFile(text.Text(), found);
+      if (lookup.Find(folder, project.MainSource) == source.string()) return text;
+    } catch (const Exception&) {
+      // The source says enough of itself.
+    }
+  }
+  return std::nullopt;
+}
+
 std::unique_ptr<TProject> TProject::Open(const std::string& fileName,
                                          const TDefinedSymbols& symbols) {
   const auto path = std::filesystem::absolute(fileName).lexically_normal();
-  std::unique_ptr<TProject> project(new TProject(TTextFile::Load(path.string())));
-  project->FFolder = path.parent_path().string();
-  project->FSymbols = symbols;
-  // Projects that two compilers build tell compiler and library apart by these symbols.
-  if (EqualText(path.extension().string(), ".lpr")) project->FSymbols.insert({"FPC", "LCL"});
+  TTextFile text = TTextFile::Load(path.string());
+  std::optional<TTextFile> description;
+  if (!IsProjectDescription(path.string())) {
+    description = FindDescription(path);
+  } else if (const TProjectFile file = ParseProjectFile(text.Text(), path.string());
+             !file.MainSource.empty()) {
+    const std::string source = TFileLookup().Find(path.parent_path().string(), file.MainSource);
+    if (source.empty())
+      throw EProjectError(path.string(), {},
+                          fmt::format("expected the project's source {}", file.MainSource));
+    description = std::exchange(text, TTextFile::Load(source));
+  }
+  std::unique_ptr<TProject> project(new TProject(std::move(text)));
+  project->FDescriptionText = std::move(description);
+  project->FFolder = std::filesystem::path(project->FileName()).parent_path().string();
+  project->FGivenSymbols = symbols;
   project->Refresh();
   return project;
 }
 
+std::string TProject::DescriptionName() const {
+  if (FDescriptionText) return FDescriptionText->FileName();
+  return IsProjectDescription(FileName()) ? FileName() : std::string();
+}
+
+// What the project file says, when there is one; raises what it raises.
+void TProject::ReadDescription() {
+  const std::string name = DescriptionName();
+  TProjectFile description;
+  if (!name.empty())
+    description =
+        ParseProjectFile(FDescriptionText ? FDescriptionText->Text() : FText.Text(), name);
+  FDescription = std::move(description);
+  FSymbols = FGivenSymbols;
+  FSymbols.insert(FDescription.Symbols.begin(), FDescription.Symbols.end());
+  // Projects that two compilers build tell compiler and library apart by these symbols.
+  if (EqualText(ExtractFileExt(FileName()), ".lpr")) FSymbols.insert({"FPC", "LCL"});
+  FUnitFolders.clear();
+  const std::string folder = ExtractFilePath(name);
+  for (const auto* paths : {&FDescription.UnitPaths, &FDescription.IncludePaths})
+    for (const std::string& path : *paths)
+      if (!IsForeignPath(path)) FUnitFolders.push_back(ResolveFileName(folder, path));
+}
+
+// A source without a list of units is one all the same when a project file has the list.
+TProjectSource TProject::ReadSource() {
+  TProjectSource source;
+  source.Kind = FDescription.Kind;
+  source.Name = FDescription.Name;
+  if (DescriptionName() == FileName()) return source;
+  try {
+    return ParseProjectSource(FText.Text(), FText.FileName(), FSymbols);
+  } catch (const EProjectError&) {
+    if (!FDescriptionText) throw;
+    source.Name = ExtractFileNameEx(FileName());
+    source.Language = LanguageOfFile(FileName());
+    return source;
+  }
+}
+
+// Units of the project file that the source does not name.
+void TProject::AddDescribed(TProjectSource& source) const {
+  const std::string folder = ExtractFilePath(DescriptionName());
+  std::set<std::string> known{UpperCase(FileName())};
+  for (const TProjectEntry& entry : source.Entries)
+    known.insert(
+        UpperCase(entry.Path.empty() ? entry.UnitName : ResolveFileName(FFolder, entry.Path)));
+  for (TProjectEntry entry : FDescription.Entries) {
+    entry.Path = ResolveFileName(folder, entry.Path);
+    if (known.contains(UpperCase(entry.UnitName))) {
+      // The source names the unit alone; the project file says where it is.
+      const auto named = std::find_if(
+          source.Entries.begin(), source.Entries.end(),
+          [&](const TProjectEntry& other) { return EqualText(other.UnitName, entry.UnitName); });
+      entry.Place = named->Place;
+      if (named->Path.empty()) *named = std::move(entry);
+    } else if (known.insert(UpperCase(entry.Path)).second) {
+      entry.Described = true;
+      source.Entries.push_back(std::move(entry));
+    }
+  }
+  for (const std::string& package : FDescription.Requires)
+    if (std::none_of(source.Requires.begin(), source.Requires.end(),
+                     [&](const std::string& other) { return EqualText(other, package); }))
+      source.Requires.push_back(package);
+}
+
 void TProject::Refresh() {
-  TProjectSource source = ParseProjectSource(FText.Text(), FText.FileName(), FSymbols);
+  ReadDescription();
+  TProjectSource source = ReadSource();
+  AddDescribed(source);
   TFileLookup lookup;
   std::vector<TProjectModule> modules;
   modules.reserve(source.Entries.size());
@@ -57,16 +158,30 @@ void TProject::Refresh() {
   FUnits.resize(FModules.size());
 }
 
+// In the project's folder, then in those of its units.
+std::string TProject::FindUnit(const std::string& name, TFileLookup& lookup) const {
+  std::string found = lookup.Find(FFolder, name);
+  for (const std::string& folder : FUnitFolders) {
+    if (!found.empty()) break;
+    found = lookup.Find(folder, name);
+  }
+  return found;
+}
+
 std::optional<TProjectModule> TProject::MakeModule(const TProjectEntry& entry,
                                                    TFileLookup& lookup) const {
-  TProjectModule module{entry.UnitName,   {}, entry.FormName, entry.DesignClass, entry.Place.Line,
-                        TModuleState::Ok, {}};
+  TProjectModule module;
+  module.UnitName = entry.UnitName;
+  module.FormName = entry.FormName;
+  module.DesignClass = entry.DesignClass;
+  module.Line = entry.Place.Line;
+  module.Described = entry.Described;
   std::string path = entry.Path;
   if (!path.empty()) module.FileName = lookup.Find(FFolder, path);
   for (std::string_view extension : PascalExtensions) {
     if (!entry.Path.empty() || !module.FileName.empty()) break;
     path = entry.UnitName + std::string(extension);
-    module.FileName = lookup.Find(FFolder, path);
+    module.FileName = FindUnit(path, lookup);
   }
   // A program also names units of the compiler's search path; a package contains its own.
   if (module.FileName.empty() && entry.Path.empty()) {
@@ -122,6 +237,7 @@ const TProjectModule* TProject::FindModuleByUnit(std::string_view unitName) cons
 
 void TProject::Save() {
   if (FText.Modified()) FText.Save();
+  if (FDescriptionText && FDescriptionText->Modified()) FDescriptionText->Save();
 }
 
 const TUnitSource* TProject::UnitSource(const TProjectModule& module) {
@@ -133,7 +249,7 @@ const TUnitSource* TProject::UnitSource(const TProjectModule& module) {
   try {
     const TTextFile text = TTextFile::Load(fileName);
     unit = std::make_unique<TUnitSource>(
-        ParseUnitSource(text.Text(), fileName, FSymbols, IncludesBeside(fileName)));
+        ParseUnitSource(text.Text(), fileName, FSymbols, IncludesBeside(fileName, FUnitFolders)));
   } catch (const EFOpenError&) {
     return nullptr;
   }
@@ -141,8 +257,8 @@ const TUnitSource* TProject::UnitSource(const TProjectModule& module) {
 }
 
 void TProject::TakeUnitText(const TProjectModule& module, std::string_view text) {
-  FUnits[IndexOf(module)] = std::make_unique<TUnitSource>(
-      ParseUnitSource(text, module.FileName, FSymbols, IncludesBeside(module.FileName)));
+  FUnits[IndexOf(module)] = std::make_unique<TUnitSource>(ParseUnitSource(
+      text, module.FileName, FSymbols, IncludesBeside(module.FileName, FUnitFolders)));
 }
 
 void TProject::ForgetUnit(const TProjectModule& module) {
@@ -195,10 +311,13 @@ TFormFile TProject::LoadForm(const TProjectModule& module) {
   return form;
 }
 
-TIncludeReader IncludesBeside(const std::string& fileName) {
-  const std::string folder = std::filesystem::path(fileName).parent_path().string();
-  return [folder](std::string_view name) -> std::optional<std::string> {
-    const std::string found = TFileLookup().Find(folder, name);
+TIncludeReader IncludesBeside(const std::string& fileName, std::vector<std::string> folders) {
+  folders.insert(folders.begin(), std::filesystem::path(fileName).parent_path().string());
+  return [folders = std::move(folders)](std::string_view name) -> std::optional<std::string> {
+    TFileLookup lookup;
+    std::string found;
+    for (auto folder = folders.begin(); folder != folders.end() && found.empty(); ++folder)
+      found = lookup.Find(*folder, name);
     if (found.empty()) return std::nullopt;
     try {
       return TTextFile::Load(found).Text();

@@ -1,6 +1,7 @@
 // A project open in the workbench: its source, its modules and what is known of them.
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "project/FileLookup.h"
 #include "project/FormFile.h"
+#include "project/ProjectFile.h"
 #include "project/ProjectSource.h"
 #include "project/TextFile.h"
 #include "project/UnitSource.h"
@@ -24,6 +26,7 @@ struct TProjectModule {
   std::string FormName;     // empty for a unit without a form
   std::string DesignClass;  // "TDataModule", "TFrame"; empty for a form
   int Line = 0;             // in the project's source, from 1
+  bool Described = false;   // the line is one of the project file
   TModuleState State = TModuleState::Ok;
   std::string Message;  // why the module is missing, in words
 };
@@ -40,8 +43,10 @@ struct TProjectStatistics {
 // are read when something in them is asked for.
 class TProject {
  public:
-  // Opens a project source (.dpr, .dpk, .lpr, C++ with form macros). Raises EProjectError when it
-  // is no project source, EFOpenError when it cannot be read. Missing modules are listed as such.
+  // Opens a project source (.dpr, .dpk, .lpr, C++ with form macros), or a project file (.lpi, .lpk,
+  // .dproj, .cbproj) with the source that it names. A source is opened together with the project
+  // file beside it that names it. Raises EProjectError when it is no project, EFOpenError when it
+  // cannot be read. Missing modules are listed as such.
   static std::unique_ptr<TProject> Open(const std::string& fileName,
                                         const TDefinedSymbols& symbols = DefaultSymbols());
 
@@ -49,6 +54,12 @@ class TProject {
   const std::string& FileName() const { return FText.FileName(); }
   const std::string& Folder() const { return FFolder; }
   const std::string& Name() const { return FSource.Name; }
+  // The project file, which may be the source as well; empty when there is none.
+  std::string DescriptionName() const;
+  // What it says; empty without one.
+  const TProjectFile& Description() const { return FDescription; }
+  // Folders of the project, absolute, where units and include files are looked for.
+  const std::vector<std::string>& UnitFolders() const { return FUnitFolders; }
   TProjectKind Kind() const { return FSource.Kind; }
   TSourceLanguage Language() const { return FSource.Language; }
 
@@ -71,8 +82,10 @@ class TProject {
   const TProjectModule* FindModuleByFile(std::string_view fileName) const;
   const TProjectModule* FindModuleByUnit(std::string_view unitName) const;
 
-  // The text of the project's source. After an edit, Refresh reads the modules from it again.
+  // The texts of the project's source and of its project file (null when there is none beside the
+  // source). After an edit, Refresh reads the modules from them again.
   TTextFile& Source() { return FText; }
+  TTextFile* DescriptionText() { return FDescriptionText ? &*FDescriptionText : nullptr; }
   // Raises EProjectError and keeps the modules as they are when the text is no project source.
   void Refresh();
   // Writes the project's source when it was edited.
@@ -98,23 +111,32 @@ class TProject {
 
  private:
   explicit TProject(TTextFile text) : FText(std::move(text)) {}
+  static std::optional<TTextFile> FindDescription(const std::filesystem::path& source);
 
   size_t IndexOf(const TProjectModule& module) const { return &module - FModules.data(); }
+  TProjectSource ReadSource();
+  void ReadDescription();
+  void AddDescribed(TProjectSource& source) const;
+  std::string FindUnit(const std::string& name, TFileLookup& lookup) const;
   std::optional<TProjectModule> MakeModule(const TProjectEntry& entry, TFileLookup& lookup) const;
   const TClassDeclaration* FindDeclaration(std::string_view className,
                                            const TProjectModule*& module);
 
   TTextFile FText;
+  std::optional<TTextFile> FDescriptionText;
+  TProjectFile FDescription;
   TDesignClasses FClasses;
   std::string FFolder;
-  TDefinedSymbols FSymbols;
+  std::vector<std::string> FUnitFolders;
+  TDefinedSymbols FGivenSymbols;
+  TDefinedSymbols FSymbols;  // with those of the project
   TProjectSource FSource;
   std::vector<TProjectModule> FModules;
   std::vector<std::unique_ptr<TUnitSource>> FUnits;  // one for each module, null when not read
 };
 
-// Reads the include files that a source names, from its own folder.
-TIncludeReader IncludesBeside(const std::string& fileName);
+// Reads the include files that a source names, from its own folder, then from the others.
+TIncludeReader IncludesBeside(const std::string& fileName, std::vector<std::string> folders = {});
 
 // The header of a C++ unit: beside it, with the extension .h or .hpp. Empty when there is none.
 std::string FindHeader(const std::string& unitFile);

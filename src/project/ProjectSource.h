@@ -29,6 +29,7 @@ struct TProjectEntry {
   std::string FormName;     // "MainForm" of the note {MainForm}
   std::string DesignClass;  // "TDataModule" of the note {Data: TDataModule}
   TSourcePlace Place;
+  bool Described = false;  // named by the project file, not by the source
 };
 
 // What a project source says. Nothing is looked up on disk.

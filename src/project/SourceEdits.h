@@ -20,9 +20,11 @@ struct TNamedUnit {
   std::string Name;
   std::string Path;      // as it is to stand in the source
   std::string FormName;  // empty: none
+  // Of a form that the program creates at its start; empty: it does not.
+  std::string FormClass = {};
 };
 
-// Both read the source of a project in the language of its file name; edits stand in the order of
+// All read the source of a project in the language of its file name; edits stand in the order of
 // their offsets. Nothing when the source does not name the old unit, or has no place for a new one.
 std::vector<TSourceEdit> RenameInProjectEdits(std::string_view source, std::string_view fileName,
                                               std::string_view oldName, const TNamedUnit& unit,
@@ -30,6 +32,12 @@ std::vector<TSourceEdit> RenameInProjectEdits(std::string_view source, std::stri
 std::vector<TSourceEdit> AddToProjectEdits(std::string_view source, std::string_view fileName,
                                            const TNamedUnit& unit,
                                            const TDefinedSymbols& symbols = DefaultSymbols());
+
+// Takes the unit out of the list and the creation of its form out of the program. Nothing when the
+// source does not name the unit, when it is the only one, or when directives stand around it.
+std::vector<TSourceEdit> RemoveFromProjectEdits(std::string_view source, std::string_view fileName,
+                                                const TNamedUnit& unit,
+                                                const TDefinedSymbols& symbols = DefaultSymbols());
 
 // The file name as a project in that folder gives it, with the slashes of those projects.
 std::string ProjectPath(const std::string& folder, const std::string& fileName);

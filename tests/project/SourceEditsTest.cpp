@@ -60,6 +60,29 @@ TEST(SourceEdits, ProjectNamesTheRenamedAndTheNewUnit) {
               row.Renamed);
     EXPECT_EQ(ApplyEdits(row.Source, AddToProjectEdits(row.Source, row.FileName, unit)), row.Added);
   }
+  const TRow removed[] = {
+      {"P.dpr",
+       "program P;\nuses\n  Forms,\n  New in 'y' {NewForm},\n  Z;\nbegin\n"
+       "  Application.CreateForm(TNewForm, NewForm);\n  Application.Run;\nend.",
+       "program P;\nuses\n  Forms,\n  Z;\nbegin\n  Application.Run;\nend.", nullptr},
+      {"P.dpr", "program P; uses Forms, New in 'y'; begin end.",
+       "program P; uses Forms; begin end.", nullptr},
+      {"P.dpr", "program P; uses A, {$IFDEF X} New {$ELSE} B {$ENDIF}; begin end.",
+       "program P; uses A, {$IFDEF X} New {$ELSE} B {$ENDIF}; begin end.", nullptr},
+      {"P.dpr", "program P; uses New; begin end.", "program P; uses New; begin end.", nullptr},
+      {"P.cpp", "USEFORM(\"y\\\\New.cpp\", NewForm);\nUSEUNIT(\"Newer.cpp\");\n",
+       "USEUNIT(\"Newer.cpp\");\n", nullptr},
+  };
+  for (const TRow& row : removed)
+    EXPECT_EQ(ApplyEdits(row.Source, RemoveFromProjectEdits(row.Source, row.FileName, unit)),
+              row.Renamed);
+  const TNamedUnit form{"New", "New.pas", "NewForm", "TNewForm"};
+  const std::string program =
+      "program P;\nuses\n  Forms;\nbegin\n  Application.Initialize;\n  Application.Run;\nend.";
+  EXPECT_EQ(ApplyEdits(program, AddToProjectEdits(program, "P.dpr", form)),
+            "program P;\nuses\n  Forms,\n  New in 'New.pas' {NewForm};\nbegin\n"
+            "  Application.Initialize;\n  Application.CreateForm(TNewForm, NewForm);\n"
+            "  Application.Run;\nend.");
   EXPECT_EQ(ProjectPath("/a/b", "/a/c/New.pas"), "..\\c\\New.pas");
 }
 

@@ -21,6 +21,13 @@ std::string Plural(std::size_t count, const char* one, const char* many) {
   return fmt::format("{} {}", count, count == 1 ? one : many);
 }
 
+// The first project of the group that is there; else the first, which tells what is missing.
+std::string FirstOnDisk(const TProjectList& group) {
+  const auto found = std::find_if(group.Projects.begin(), group.Projects.end(),
+                                  [](const std::string& name) { return FileExists(name); });
+  return found != group.Projects.end() ? *found : group.Projects.front();
+}
+
 bool IsUnit(const TModule& module) {
   return dynamic_cast<const TUnitModule*>(&module) != nullptr;
 }
@@ -67,29 +74,40 @@ void TDocuments::Remember(const std::string& fileName) {
 std::string TDocuments::ProjectOf(const std::string& folder) {
   const std::vector<std::string> projects = ProjectsIn(folder);
   if (projects.empty())
-    ReportError(folder + ": expected a project (.dpr, .dpk, .lpr or C++) in it");
+    ReportError(folder + ": expected a project (.dpr, .dproj, .lpi or another) in it");
   if (projects.size() <= 1) return projects.empty() ? std::string() : projects[0];
   return FSaving.Dialogs.Choose ? FSaving.Dialogs.Choose("Open project", projects) : projects[0];
 }
 
 bool TDocuments::OpenProject(const std::string& fileName) {
-  const std::string name = AbsoluteFileName(fileName);
-  if (TProjectHolder* open = FWorkspace.Project(); open != nullptr && open->FileName() == name) {
+  std::string name = AbsoluteFileName(fileName);
+  const std::string opened = name;
+  TProjectHolder* open = FWorkspace.Project();
+  if (open != nullptr && (open->FileName() == name || open->Project().DescriptionName() == name)) {
     ShowSource(*open->Sources()[0]);
     return true;
   }
   if (!FNotifiers.Notify(ofnFileOpening, name)) return false;
   const TWaitCursor wait;
   try {
+    TProjectList group = FWorkspace.Group();
+    if (IsProjectGroup(name)) {
+      group = ReadProjectGroup(name);
+      if (group.Projects.empty()) throw EProjectError(name, {}, "expected projects in the group");
+      name = FirstOnDisk(group);
+    } else if (!group.Holds(name)) {
+      group = {};
+    }
     // A project that cannot be opened leaves the one that is open alone.
     TProject::Open(name);
     if (!CloseProject()) return false;
+    FWorkspace.SetGroup(std::move(group));
     TProjectHolder& project = FWorkspace.OpenProject(name);
     FViews.ProjectChanged(&project);
     ReportProject(project.Project());
-    Remember(name);
-    FNotifiers.Notify(ofnFileOpened, name);
-    FNotifiers.Notify(ofnActiveProjectChanged, name);
+    Remember(opened);
+    FNotifiers.Notify(ofnFileOpened, project.FileName());
+    FNotifiers.Notify(ofnActiveProjectChanged, project.FileName());
     if (OnProjectOpened) OnProjectOpened(project);
   } catch (const Exception& e) {
     ReportError(e.Message());
@@ -103,18 +121,19 @@ void TDocuments::ReportProject(const TProject& project) {
                .Text = fmt::format("Project {} is open: {}.", project.Name(),
                                    Summary(project.Statistics()))});
   std::size_t listed = 0;
-  const auto warn = [&](const std::string& place, const std::string& message, int line) {
+  const auto warn = [&](const std::string& place, const std::string& message, int line,
+                        const std::string& fileName) {
     if (++listed <= ListedProblems)
-      FViews.Tell({TMessageKind::Warning,
-                   fmt::format("{}({}): {}", project.FileName(), place, message),
-                   project.FileName(), line});
+      FViews.Tell({TMessageKind::Warning, fmt::format("{}({}): {}", fileName, place, message),
+                   fileName, line});
   };
   for (const TSourceProblem& problem : project.Problems())
     warn(fmt::format("{},{}", problem.Place.Line, problem.Place.Column), problem.Message,
-         problem.Place.Line);
+         problem.Place.Line, project.FileName());
   for (const TProjectModule& module : project.Modules())
     if (module.State == TModuleState::Missing)
-      warn(IntToStr(module.Line), module.Message, module.Line);
+      warn(IntToStr(module.Line), module.Message, module.Line,
+           module.Described ? project.DescriptionName() : project.FileName());
   if (listed > ListedProblems)
     FViews.Tell({.Kind = TMessageKind::Warning,
                  .Text = fmt::format("{} more places of the project are not listed",
@@ -295,6 +314,7 @@ void TDocuments::EndProject() {
   FViews.Drop(*project);
   FWorkspace.CloseProject();
   FForms.Clear();
+  FWorkspace.SetGroup({});
   FViews.ProjectChanged(nullptr);
   FNotifiers.Notify(ofnActiveProjectChanged, "");
 }

@@ -366,6 +366,7 @@ IOTAModule* TModuleInfo::OpenModule() {
 TProjectHolder::TProjectHolder(TModuleHost& host, std::unique_ptr<TProject> project)
     : TModuleOf(host, project->FileName()), FProject(std::move(project)) {
   AddSource(FileName());
+  if (TTextFile* description = FProject->DescriptionText()) AddSource(description->FileName());
   ListModules();
 }
 
@@ -383,6 +384,8 @@ void TProjectHolder::ListModules() {
 
 void TProjectHolder::SourceChanged() {
   FProject->Source().SetText(Sources()[0]->Document().Text());
+  if (TTextFile* description = FProject->DescriptionText())
+    description->SetText(FindSource(description->FileName())->Document().Text());
   FProject->Refresh();
   ListModules();
 }

@@ -1,4 +1,5 @@
-// Keeps the open project's source in step with units that are renamed or added.
+// Keeps the open project's source and project file in step with units that come, go and are
+// renamed.
 #pragma once
 
 #include <string>
@@ -11,8 +12,8 @@ namespace wrenfold {
 
 class TDocumentViews;
 
-// The project's source is changed in its document, where the change can be undone; it is saved like
-// any other.
+// Both are changed in their documents, where the change can be undone; they are saved like any
+// other.
 class TProjectEditing {
  public:
   TProjectEditing(TWorkspace& workspace, TDocumentViews& views)
@@ -22,14 +23,24 @@ class TProjectEditing {
   void Renamed(const TModule& module, const std::string& before);
   // Whether the module is a unit with a file that the open project does not name yet.
   bool CanAdd(const TModule& module) const;
-  // False, the user told, when the project's source has no place for it.
-  bool Add(TModule& module);
+  // False, the user told, when the project has no place for it. A form that the program is to
+  // create at its start is told by its class.
+  bool Add(TModule& module, const std::string& createdClass = {});
+  // Whether the open project names the module's file.
+  bool CanRemove(const TModule& module) const;
+  // False, the user told, when it cannot be taken out of the project's list. Its files stay.
+  bool Remove(const TModule& module);
   // The text of the project's source changed: the project is read from it again.
   void Refresh();
 
  private:
   TNamedUnit Named(const TModule& module) const;
-  void Apply(const std::vector<TSourceEdit>& edits);
+  TProjectEntry Described(const std::string& fileName, const TModule& module) const;
+  TUnitDocument* SourceDocument() const;
+  TUnitDocument* DescriptionDocument() const;
+  bool Apply(const std::vector<TSourceEdit>& source, const std::vector<TSourceEdit>& description);
+  template <class Edits>
+  std::vector<TSourceEdit> InDescription(Edits edits) const;
 
   TWorkspace& FWorkspace;
   TDocumentViews& FViews;

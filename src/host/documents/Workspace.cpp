@@ -75,7 +75,9 @@ std::string AbsoluteFileName(const std::string& fileName) {
 }
 
 bool IsProjectFile(const std::string& fileName) {
-  if (HasExtension(fileName, ProjectExtensions)) return true;
+  if (HasExtension(fileName, ProjectExtensions) || IsProjectDescription(fileName) ||
+      IsProjectGroup(fileName))
+    return true;
   return LowerCase(ExtractFileExt(fileName)) == ".cpp" && HoldsFormMacros(fileName);
 }
 
@@ -87,7 +89,31 @@ std::vector<std::string> ProjectsIn(const std::string& folder) {
     if (std::string name = entry->path().string(); FileExists(name) && IsProjectFile(name))
       projects.push_back(std::move(name));
   std::sort(projects.begin(), projects.end());
+  const std::vector<std::string> all = projects;
+  std::erase_if(projects, [&](const std::string& name) {
+    return !IsProjectDescription(name) &&
+           std::any_of(all.begin(), all.end(), [&](const std::string& other) {
+             return IsProjectDescription(other) &&
+                    ExtractFileNameEx(other) == ExtractFileNameEx(name);
+           });
+  });
   return projects;
+}
+
+bool TProjectList::Holds(const std::string& project) const {
+  return std::find(Projects.begin(), Projects.end(), project) != Projects.end();
+}
+
+TProjectList ReadProjectGroup(const std::string& fileName) {
+  const TProjectFile file = ParseProjectFile(TTextFile::Load(fileName).Text(), fileName);
+  TProjectList group{fileName, {}};
+  TFileLookup lookup;
+  const std::string folder = ExtractFilePath(fileName);
+  for (const std::string& path : file.Projects) {
+    std::string found = lookup.Find(folder, path);
+    group.Projects.push_back(found.empty() ? ResolveFileName(folder, path) : std::move(found));
+  }
+  return group;
 }
 
 TWorkspace::~TWorkspace() {
@@ -154,7 +180,9 @@ TProjectHolder& TWorkspace::OpenProject(const std::string& fileName) {
   FProject = new TProjectHolder(FHost, std::move(project));
   const TIntf<IOTAModule> held(FProject);
   const std::string name = FProject->FileName();
-  FGroup = &Take(new TProjectGroup(FHost, ChangeFileExt(name, ".bpg"), FProject));
+  const std::string group =
+      FProjects.FileName.empty() ? ChangeFileExt(name, ".bpg") : FProjects.FileName;
+  FGroup = &Take(new TProjectGroup(FHost, group, FProject));
   Take(FProject);
   FResource = &Take(new TResourceModule(FHost, ChangeFileExt(name, ".res")));
   UpdateOwners();

@@ -11,11 +11,22 @@ namespace wrenfold {
 
 // The absolute name of a file, "." and ".." resolved.
 std::string AbsoluteFileName(const std::string& fileName);
-// By the extension: .dpr, .dpk, .lpr, and C++ sources that hold form macros.
+// By the extension: project sources and project files, groups of projects, and C++ sources that
+// hold form macros.
 bool IsProjectFile(const std::string& fileName);
 
-// The projects that stand in the folder, by name.
+// The projects that stand in the folder, by name; sources with a project file beside them left out.
 std::vector<std::string> ProjectsIn(const std::string& folder);
+
+// Several projects that are shown together; one of them is open.
+struct TProjectList {
+  std::string FileName;               // of the group; empty: the project stands alone
+  std::vector<std::string> Projects;  // absolute
+
+  bool Holds(const std::string& project) const;
+};
+// Raises EProjectError, EFOpenError.
+TProjectList ReadProjectGroup(const std::string& fileName);
 
 // The module of the form that the project's program creates first, data modules aside; else of the
 // first form. Null when the project has none.
@@ -40,6 +51,9 @@ class TWorkspace {
   TModule& NewUnit(TSourceLanguage language);
   // Raises EProjectError, EFOpenError; an open project must have been closed before.
   TProjectHolder& OpenProject(const std::string& fileName);
+  // The group that the open project belongs to.
+  const TProjectList& Group() const { return FProjects; }
+  void SetGroup(TProjectList group) { FProjects = std::move(group); }
   // Also takes the project's group and resources out.
   void CloseProject();
   // Ends the module. Its pages and windows must be gone.
@@ -62,6 +76,7 @@ class TWorkspace {
   std::vector<TEntry> FEntries;
   TProjectHolder* FProject = nullptr;
   TProjectGroup* FGroup = nullptr;
+  TProjectList FProjects;
   TModule* FResource = nullptr;
 };
 

@@ -15,7 +15,7 @@ namespace wrenfold {
 
 namespace {
 
-enum TRole { FileRole = Qt::UserRole, CaptionRole };
+enum TRole { FileRole = Qt::UserRole, CaptionRole, UnreadRole };
 
 const char* IconOf(const TProjectModule& module) {
   if (module.State == TModuleState::Missing) return "missing";
@@ -50,6 +50,31 @@ QTreeWidgetItem* MakeGroup(const QString& caption, const std::vector<std::string
   for (const std::string& name : names)
     group->addChild(MakeItem(ExtractFileName(name), icon, name));
   return group;
+}
+
+void AddModules(const TProject& project, QTreeWidgetItem* root) {
+  QList<QTreeWidgetItem*> items;
+  items.reserve(static_cast<qsizetype>(project.Modules().size()));
+  for (const TProjectModule& module : project.Modules()) items.append(MakeModuleItem(module));
+  root->addChildren(items);
+}
+
+// Projects are called by the file that one opens.
+QTreeWidgetItem* MakeProjectItem(const TProject& project) {
+  const std::string described = project.DescriptionName();
+  const std::string& name = described.empty() ? project.FileName() : described;
+  QTreeWidgetItem* root = MakeItem(ExtractFileName(name), "project", project.FileName());
+  AddModules(project, root);
+  if (!project.Requires().empty())
+    root->addChild(
+        MakeGroup(TProjectPanel::tr("Required packages"), project.Requires(), "package"));
+  std::vector<std::string> files;
+  for (const std::string& file : project.Description().OtherFiles)
+    files.push_back(ResolveFileName(ExtractFilePath(described), file));
+  if (!files.empty()) root->addChild(MakeGroup(TProjectPanel::tr("Other files"), files, "unit"));
+  if (const auto resources = project.ResourceFiles(); !resources.empty())
+    root->addChild(MakeGroup(TProjectPanel::tr("Resources"), resources, "resource"));
+  return root;
 }
 
 }  // namespace
@@ -91,6 +116,9 @@ TProjectPanel::TProjectPanel(TComponent* owner, QWidget* parent)
   connect(FTree, &QTreeWidget::itemActivated, this,
           [this](QTreeWidgetItem* item) { Guarded(this, [&] { OpenItem(item); }); });
 
+  connect(FTree, &QTreeWidget::itemExpanded, this,
+          [this](QTreeWidgetItem* item) { Guarded(this, [&] { ListUnits(item); }); });
+
   auto* menu = new TPopupMenu(this);
   menu->SetName("ProjectMenu");
   Bind<&TProjectPanel::MenuPopup>(menu->OnPopup, this);
@@ -98,30 +126,52 @@ TProjectPanel::TProjectPanel(TComponent* owner, QWidget* parent)
   SetPopupMenu(menu);
 }
 
-void TProjectPanel::ShowProject(const TProject* project) {
+void TProjectPanel::ShowProject(const TProject* project, const std::string& group,
+                                const std::vector<std::string>& projects) {
+  FRoot = nullptr;
   FTree->clear();
   FFilter->setEnabled(project != nullptr);
   if (project == nullptr) return;
-  QTreeWidgetItem* root =
-      MakeItem(ExtractFileName(project->FileName()), "project", project->FileName());
+  FRoot = MakeProjectItem(*project);
   QFont bold = FTree->font();
   bold.setBold(true);
-  root->setFont(0, bold);
-  QList<QTreeWidgetItem*> items;
-  items.reserve(static_cast<qsizetype>(project->Modules().size()));
-  for (const TProjectModule& module : project->Modules()) items.append(MakeModuleItem(module));
-  root->addChildren(items);
-  if (!project->Requires().empty())
-    root->addChild(MakeGroup(tr("Required packages"), project->Requires(), "package"));
-  if (const auto resources = project->ResourceFiles(); !resources.empty())
-    root->addChild(MakeGroup(tr("Resources"), resources, "resource"));
-  FTree->addTopLevelItem(root);
-  root->setExpanded(true);
+  FRoot->setFont(0, bold);
+  if (group.empty()) {
+    FTree->addTopLevelItem(FRoot);
+  } else {
+    QTreeWidgetItem* top = MakeItem(ExtractFileName(group), "project", group);
+    FTree->addTopLevelItem(top);
+    for (const std::string& name : projects) {
+      const bool open = name == project->FileName() || name == project->DescriptionName();
+      QTreeWidgetItem* item = open ? FRoot : MakeItem(ExtractFileName(name), "project", name);
+      if (!open) {
+        item->setData(0, UnreadRole, true);
+        item->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
+      }
+      top->addChild(item);
+    }
+    top->setExpanded(true);
+  }
+  FRoot->setExpanded(true);
   FilterChanged(FFilter->text());
 }
 
+// The units of a project that is not the open one.
+void TProjectPanel::ListUnits(QTreeWidgetItem* project) {
+  if (!project->data(0, UnreadRole).toBool()) return;
+  project->setData(0, UnreadRole, false);
+  project->setChildIndicatorPolicy(QTreeWidgetItem::DontShowIndicatorWhenChildless);
+  try {
+    const auto read = TProject::Open(FromQString(project->data(0, FileRole).toString()));
+    AddModules(*read, project);
+  } catch (const Exception& e) {
+    project->setToolTip(0, ToQString(e.Message()));
+    project->setIcon(0, WorkbenchIcon("missing"));
+  }
+}
+
 void TProjectPanel::ShowModified(const std::string& fileName, bool modified) {
-  QTreeWidgetItem* root = FTree->topLevelItem(0);
+  QTreeWidgetItem* root = FRoot;
   if (root == nullptr) return;
   const auto mark = [&](QTreeWidgetItem* item) {
     if (item->data(0, FileRole).toString() != ToQString(fileName)) return false;
@@ -137,7 +187,7 @@ void TProjectPanel::ShowModified(const std::string& fileName, bool modified) {
 }
 
 void TProjectPanel::FilterChanged(const QString& text) {
-  QTreeWidgetItem* root = FTree->topLevelItem(0);
+  QTreeWidgetItem* root = FRoot;
   if (root == nullptr) return;
   for (int i = 0; i < root->childCount(); ++i) {
     QTreeWidgetItem* item = root->child(i);

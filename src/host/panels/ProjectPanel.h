@@ -18,8 +18,10 @@ class TProjectPanel : public TForm {
   const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
   explicit TProjectPanel(TComponent* owner, QWidget* parent = nullptr);
 
-  // Shows the project, or none. The project is not kept.
-  void ShowProject(const TProject* project);
+  // Shows the project, or none. The project is not kept. Other projects of its group stand around
+  // it (the group's name is empty when it has none); the units of these are listed when one looks.
+  void ShowProject(const TProject* project, const std::string& group = {},
+                   const std::vector<std::string>& projects = {});
   // Marks the module of that file, or takes its mark away.
   void ShowModified(const std::string& fileName, bool modified);
   QTreeWidget& Tree() { return *FTree; }
@@ -29,6 +31,7 @@ class TProjectPanel : public TForm {
   std::function<void(const std::string& fileName)> OnOpen;
 
  private:
+  void ListUnits(QTreeWidgetItem* project);
   void FilterChanged(const QString& text);
   void OpenItem(QTreeWidgetItem* item);
   void OpenSelected(TObject* sender);
@@ -37,6 +40,7 @@ class TProjectPanel : public TForm {
 
   QLineEdit* FFilter;
   QTreeWidget* FTree;
+  QTreeWidgetItem* FRoot = nullptr;  // of the open project
 };
 
 }  // namespace wrenfold

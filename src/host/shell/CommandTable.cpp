@@ -19,8 +19,9 @@ namespace {
 using W = TWorkbench;
 
 constexpr char SourceFilter[] =
-    "Sources (*.pas *.dpr *.dpk *.lpr *.inc *.cpp *.h *.hpp *.dfm);;All files (*)";
-constexpr char ProjectFilter[] = "Projects (*.dpr *.dpk *.lpr *.cpp);;All files (*)";
+    "Sources (*.pas *.pp *.dpr *.dpk *.lpr *.inc *.cpp *.h *.hpp *.dfm *.lfm);;All files (*)";
+constexpr char ProjectFilter[] =
+    "Projects (*.lpi *.lpk *.dproj *.cbproj *.groupproj *.dpr *.dpk *.lpr *.cpp);;All files (*)";
 constexpr char PackageFilter[] = "Packages (*.so);;All files (*)";
 
 // --- files

@@ -164,7 +164,9 @@ void TDocumentWindows::Drop(TModule& module) {
 }
 
 void TDocumentWindows::ProjectChanged(TProjectHolder* project) {
-  F.Project.ShowProject(project != nullptr ? &project->Project() : nullptr);
+  const TProjectList& group = FDocuments->Workspace().Group();
+  F.Project.ShowProject(project != nullptr ? &project->Project() : nullptr, group.FileName,
+                        group.Projects);
   F.Status.ShowProject(project != nullptr ? Summary(project->Project().Statistics())
                                           : std::string());
   if (project != nullptr)

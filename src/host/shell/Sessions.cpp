@@ -68,9 +68,11 @@ void TSessions::Store() {
 
 void TSessions::KeepForNextStart() {
   Store();
-  const TProjectHolder* project = FDocuments.Workspace().Project();
-  FDocuments.Settings().SetValue(
-      LastKey, QByteArray::fromStdString(project != nullptr ? project->FileName() : NoProject));
+  const TWorkspace& workspace = FDocuments.Workspace();
+  const std::string& group = workspace.Group().FileName;
+  const TProjectHolder* project = workspace.Project();
+  const std::string last = project != nullptr && group.empty() ? project->FileName() : group;
+  FDocuments.Settings().SetValue(LastKey, QByteArray::fromStdString(last));
 }
 
 void TSessions::OpenLast() {
