@@ -468,6 +468,13 @@ bool IsProjectGroup(std::string_view fileName) {
   return row != nullptr && row->Format == TFormat::Group;
 }
 
+bool IsProjectName(std::string_view fileName) {
+  constexpr std::string_view sources[] = {".dpr", ".dpk", ".lpr"};
+  const std::string extension = LowerCase(ExtractFileExt(fileName));
+  return FindFormat(fileName) != nullptr ||
+         std::find(std::begin(sources), std::end(sources), extension) != std::end(sources);
+}
+
 TProjectFile ParseProjectFile(std::string_view text, const std::string& fileName,
                               std::string_view configuration) {
   TProjectXml xml(text, fileName);

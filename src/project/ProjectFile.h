@@ -29,6 +29,8 @@ struct TProjectFile {
 // By the extension: .lpi, .lpk, .dproj, .cbproj; .groupproj holds projects.
 bool IsProjectDescription(std::string_view fileName);
 bool IsProjectGroup(std::string_view fileName);
+// One of these, or a Pascal project's source: .dpr, .dpk, .lpr. Any C++ source may be a project's.
+bool IsProjectName(std::string_view fileName);
 
 // Reads the text of a project file, in UTF-8. Without a configuration the one that the file calls
 // the default counts. Folders whose names hold unknown variables are left out. Raises EProjectError

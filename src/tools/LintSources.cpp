@@ -18,7 +18,6 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view FormExtensions[] = {".dfm", ".lfm", ".xfm"};
 constexpr std::string_view UnitExtensions[] = {".pas", ".pp", ".h", ".hpp"};
-constexpr std::string_view ProjectExtensions[] = {".dpr", ".dpk", ".lpr", ".cpp"};
 
 // What a form, a frame or a data module descends from in the environment's library.
 constexpr std::string_view RootClasses[] = {"TForm", "TFrame", "TDataModule"};
@@ -87,7 +86,7 @@ TLintSources::TLintSources(const std::string& name) {
   if (fs::is_directory(name)) {
     AddFolder(name, true);
     FForms = FKnownForms;
-  } else if (HasExtension(name, ProjectExtensions)) {
+  } else if (IsProjectName(name) || EqualText(ExtractFileExt(name), ".cpp")) {
     const auto project = TProject::Open(name);
     for (const TProjectModule& module : project->Modules()) {
       if (module.State == TModuleState::Missing) continue;

@@ -318,6 +318,54 @@ TEST_F(Files, NewUnitIsSavedAndAddedToTheProject) {
   Workbench->Documents().SaveAll();
 }
 
+TEST_F(Files, ProjectFileFollowsUnitsThatComeAndGo) {
+  std::string name = Folder.Path() + "/App.lpi";
+  Workbench->FileDialogs().Save = [&](auto&&...) { return name; };
+  Run("FileNewProjectCommand");
+  const std::string before = Folder.Read(name), source = Folder.Read(Folder.Path() + "/App.lpr");
+  ASSERT_EQ(Workbench->Workspace().Project()->Project().Modules().size(), 1u);
+  EXPECT_EQ(Workbench->Workspace().Project()->Project().Statistics().Forms, 1u);
+  name = Folder.Path() + "/Unit1.pas";
+  Run("FileNewFormCommand");
+  EXPECT_EQ(Workbench->Designers().Windows().size(), 1u);
+  EXPECT_TRUE(Workbench->Documents().SaveAll());
+  EXPECT_NE(Folder.Read(Folder.Path() + "/App.lpi").find("\"Unit1.pas\""), std::string::npos);
+  EXPECT_NE(Folder.Read(Folder.Path() + "/App.lpr").find("CreateForm(TForm1, Form1);"),
+            std::string::npos);
+  Run("ProjectRemoveUnitCommand");
+  EXPECT_TRUE(Workbench->Documents().SaveAll());
+  EXPECT_EQ(Folder.Read(Folder.Path() + "/App.lpi"), before);
+  EXPECT_EQ(Folder.Read(Folder.Path() + "/App.lpr"), source);
+  name = Folder.Path() + "/sub/Other.lpi";
+  fs::create_directory(Folder.Path() + "/sub");
+  Folder.Write("sub/Main.pas", "mine");
+  Run("FileNewProjectCommand");
+  EXPECT_TRUE(HasMessage("there already"));
+  EXPECT_FALSE(fs::exists(name));
+}
+
+TEST_F(Files, ProjectsOfAGroupStandInOneTreeAndAreOpenedFromIt) {
+  const std::string first = Folder.Write("One/One.dpr", "program One; uses Tool in 'Tool.pas';");
+  const std::string second = Folder.Write("Two.dpr", "program Two; uses Main in 'Main.pas';");
+  Folder.Write("Main.pas", "unit Main;");
+  ASSERT_TRUE(Workbench->Documents().OpenAny(
+      Folder.Write("All.groupproj",
+                   "<Project><ItemGroup><Projects Include=\"one\\One.dpr\"/>"
+                   "<Projects Include=\"Two.dpr\"/></ItemGroup></Project>")));
+  QTreeWidget& tree = Workbench->ProjectPanel().Tree();
+  QTreeWidgetItem* top = tree.topLevelItem(0);
+  ASSERT_EQ(top->childCount(), 2);
+  EXPECT_EQ(Workbench->Workspace().Project()->FileName(), first);
+  top->child(1)->setExpanded(true);
+  ASSERT_EQ(top->child(1)->childCount(), 1);
+  EXPECT_EQ(top->child(1)->child(0)->text(0), "Main");
+  Q_EMIT tree.itemActivated(top->child(1), 0);
+  EXPECT_EQ(Workbench->Workspace().Project()->FileName(), second);
+  EXPECT_EQ(tree.topLevelItem(0)->childCount(), 2) << "the group goes with its first project";
+  ASSERT_TRUE(Workbench->Documents().CloseProject());
+  EXPECT_EQ(tree.topLevelItemCount(), 0);
+}
+
 TEST_F(Files, FormThatCannotBeReadOpensAsTextAtThePlaceOfTheTrouble) {
   const std::string unit = Folder.Write("A.pas", "unit A;\r\n");
   const std::string form =

@@ -194,6 +194,48 @@ void TDocuments::NewUnit(TSourceLanguage language) {
   ShowSource(*module.Sources()[0]);
 }
 
+void TDocuments::NewProject(TNewProject kind) {
+  TProjectHolder* open = FWorkspace.Project();
+  const std::string folder = open != nullptr ? open->Project().Folder() + "/" : "";
+  std::string name = FSaving.Dialogs.Save("New project", AbsoluteFileName(folder + "Project1.lpi"),
+                                          "Free Pascal projects (*.lpi);;Projects (*.dpr)");
+  if (name.empty()) return;
+  if (ExtractFileExt(name).empty()) name += ".lpi";
+  if (!IsIdentifier(ExtractFileNameEx(name)))
+    return ReportError(name + ": expected a name of letters and digits, as a program has it");
+  try {
+    WriteNewFiles(NewProjectFiles(kind, AbsoluteFileName(name)));
+    OpenProject(name);
+  } catch (const Exception& e) {
+    ReportError(e.Message());
+  }
+}
+
+void TDocuments::NewForm() {
+  TProjectHolder* project = FWorkspace.Project();
+  const bool free = project != nullptr && project->Project().Symbols().contains("FPC");
+  const std::string folder = project != nullptr ? project->Project().Folder() : ".";
+  int number = 1;
+  const auto unitFile = [&] { return fmt::format("{}/Unit{}.pas", folder, number); };
+  while (FileExists(unitFile()) || FWorkspace.Find(unitFile()) != nullptr) ++number;
+  std::string name =
+      FSaving.Dialogs.Save("New form", AbsoluteFileName(unitFile()), "Pascal units (*.pas)");
+  if (name.empty()) return;
+  if (ExtractFileExt(name).empty()) name += ".pas";
+  name = AbsoluteFileName(name);
+  const std::string form = fmt::format("Form{}", number);
+  try {
+    WriteNewFiles(NewFormFiles(name, form, free ? ".lfm" : ".dfm"));
+  } catch (const Exception& e) {
+    return ReportError(e.Message());
+  }
+  TModule* module = OpenModule(name);
+  if (module == nullptr) return;
+  ShowSource(*module->Sources()[0]);
+  if (project != nullptr) FSaving.ProjectEditing().Add(*module, "T" + form);
+  if (module->FormEditor() != nullptr) ShowForm(*module->FormEditor());
+}
+
 bool TDocuments::ReloadFile(const std::string& fileName) {
   TModule* module = FWorkspace.Find(fileName);
   if (module == nullptr) return false;

@@ -8,6 +8,7 @@
 #include "host/documents/DocumentViews.h"
 #include "host/documents/FileNotifiers.h"
 #include "host/documents/ProjectForms.h"
+#include "host/documents/NewFiles.h"
 #include "host/documents/Saving.h"
 #include "host/documents/Settings.h"
 #include "host/documents/Workspace.h"
@@ -39,6 +40,11 @@ class TDocuments final : public TModuleHost {
   // Goes to a line, from 1.
   bool OpenFileAt(const std::string& fileName, int line);
   void NewUnit(TSourceLanguage language);
+  // Writes the files of a new project where the user wants it, and opens it.
+  void NewProject(TNewProject kind);
+  // Writes a unit with an empty form where the user wants it, adds it to the open project and shows
+  // the form.
+  void NewForm();
   bool ReloadFile(const std::string& fileName);
 
   // The module of the designer or page that the user was in last, or null.

@@ -13,7 +13,6 @@ namespace wrenfold {
 
 namespace {
 
-constexpr std::string_view ProjectExtensions[] = {".dpr", ".dpk", ".lpr"};
 constexpr std::string_view HeaderExtensions[] = {".h", ".hpp"};
 constexpr const char* PascalUnits[] = {".pas", ".PAS", ".Pas"};
 constexpr const char* CppUnits[] = {".cpp", ".CPP", ".cc", ".cxx"};
@@ -75,9 +74,7 @@ std::string AbsoluteFileName(const std::string& fileName) {
 }
 
 bool IsProjectFile(const std::string& fileName) {
-  if (HasExtension(fileName, ProjectExtensions) || IsProjectDescription(fileName) ||
-      IsProjectGroup(fileName))
-    return true;
+  if (IsProjectName(fileName)) return true;
   return LowerCase(ExtractFileExt(fileName)) == ".cpp" && HoldsFormMacros(fileName);
 }
 

@@ -162,6 +162,16 @@ void AddUnit(W& w) {
   w.Documents().Saving().ProjectEditing().Add(*module);
 }
 
+void RemoveUnit(W& w) {
+  if (const TModule* module = w.Views().CurrentModule())
+    w.Documents().Saving().ProjectEditing().Remove(*module);
+}
+
+template <TNewProject Kind>
+void NewProject(W& w) {
+  w.Documents().NewProject(Kind);
+}
+
 void LoadPackages(W& w) {
   for (const std::string& file : w.FileDialogs().Open("Load package", "", PackageFilter))
     w.Packages().Load(file);
@@ -217,6 +227,11 @@ bool CanSave(W& w) {
 bool CanAddUnit(W& w) {
   const TModule* module = w.Views().CurrentModule();
   return module != nullptr && w.Documents().Saving().ProjectEditing().CanAdd(*module);
+}
+
+bool CanRemoveUnit(W& w) {
+  const TModule* module = w.Views().CurrentModule();
+  return module != nullptr && w.Documents().Saving().ProjectEditing().CanRemove(*module);
 }
 
 bool CanSaveAll(W& w) {
@@ -279,6 +294,12 @@ constexpr TCommand Table[] = {
      [](W& w) { w.Documents().NewUnit(TSourceLanguage::Pascal); }, nullptr, Standard},
     {FileMenu, 1, "FileNewCppUnitCommand", "New C&++ unit", "", "new", "A new C++ unit",
      [](W& w) { w.Documents().NewUnit(TSourceLanguage::Cpp); }},
+    {FileMenu, 1, "FileNewFormCommand", "New &form...", "", "form",
+     "A new unit with a form, in the project", [](W& w) { w.Documents().NewForm(); }},
+    {FileMenu, 1, "FileNewProjectCommand", "New program with for&ms...", "", "project",
+     "A new project with a main form", NewProject<TNewProject::Forms>},
+    {FileMenu, 1, "FileNewConsoleCommand", "New cons&ole program...", "", "project",
+     "A new project without forms", NewProject<TNewProject::Console>},
     {FileMenu, 1, "FileOpenCommand", "&Open...", "Ctrl+O", "open", "Open units",
      OpenFiles, nullptr, Standard},
     {FileMenu, 1, "FileOpenProjectCommand", "Open &project...", "Ctrl+F11", "project",
@@ -348,6 +369,8 @@ constexpr TCommand Table[] = {
      "Show the project's source", ViewProjectSource, HasProject},
     {ProjectMenu, 13, "ProjectAddUnitCommand", "&Add unit", "", "", "Add the unit to the project",
      AddUnit, CanAddUnit},
+    {ProjectMenu, 13, "ProjectRemoveUnitCommand", "&Remove unit", "", "",
+     "Take the unit out of the project; its files stay", RemoveUnit, CanRemoveUnit},
     {ProjectMenu, 14, "ProjectCloseCommand", "&Close project", "", "close",
      "Close the project and its units", [](W& w) { w.Documents().CloseProject(); }, HasProject},
 

@@ -29,7 +29,10 @@ TDocumentWindows::~TDocumentWindows() {
 
 void TDocumentWindows::Serve(TDocuments& documents) {
   FDocuments = &documents;
-  F.Project.OnOpen = [this](const std::string& fileName) { FDocuments->OpenFile(fileName); };
+  F.Project.OnOpen = [this](const std::string& fileName) {
+    const bool project = FDocuments->Workspace().Group().Holds(fileName);
+    project ? FDocuments->OpenProject(fileName) : FDocuments->OpenFile(fileName);
+  };
   F.Messages.OnOpen = [this](const std::string& fileName, int line) {
     FDocuments->OpenFileAt(fileName, line);
   };

@@ -19,6 +19,7 @@
 #include "platform/core/system/Files.h"
 #include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Text.h"
+#include "project/ProjectFile.h"
 
 namespace wrenfold {
 
@@ -33,12 +34,8 @@ struct TPicJob {
   TFormCatalog* Source = nullptr;
 };
 
-constexpr std::string_view ProjectExtensions[] = {".dpr", ".dpk", ".lpr", ".cpp"};
-
-bool IsProjectName(const std::string& name) {
-  const std::string extension = files::path(name).extension().string();
-  return std::ranges::any_of(ProjectExtensions,
-                             [&](std::string_view known) { return EqualText(known, extension); });
+bool IsProject(const std::string& name) {
+  return IsProjectName(name) || EqualText(files::path(name).extension().string(), ".cpp");
 }
 
 // How often a class was drawn, and how.
@@ -78,7 +75,7 @@ class TPicRun {
 
   void AddJobs(const std::string& name) {
     try {
-      if (IsProjectName(name)) return AddProject(name);
+      if (IsProject(name)) return AddProject(name);
       if (DirectoryExists(name)) return AddFolder(name);
       AddJob(name, files::path(name).stem(),
              FolderSource(files::path(name).parent_path().string()));
