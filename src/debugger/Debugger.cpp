@@ -313,7 +313,7 @@ void TDebugger::Publish() {
 std::vector<TBreakpoint> TDebugger::Wanted() const {
   std::vector<TBreakpoint> wanted = FWanted;
   if (FExceptionStops)
-    for (const TRaiseFunction& row : RaiseFunctions()) wanted.push_back({.Function = row.Name});
+    for (const TRaiseFunction& row : RaiseFunctions()) wanted.emplace_back().Function = row.Name;
   return wanted;
 }
 
