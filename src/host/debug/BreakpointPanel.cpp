@@ -72,7 +72,7 @@ void TBreakpointPanel::Update() {
     const std::string place =
         breakpoint.Place
             ? fmt::format("{}:{}", ExtractFileName(breakpoint.Place.File), breakpoint.Place.Line)
-            : "$" + IntToHex(breakpoint.Address, 8);
+            : fmt::format("${}", IntToHex(breakpoint.Address, 8));
     auto* item = new QTreeWidgetItem(FList, {ToQString(place), ToQString(breakpoint.Condition),
                                              QString::number(breakpoint.PassCount)});
     item->setToolTip(PlaceColumn, ToQString(breakpoint.Place.File));

@@ -85,7 +85,9 @@ TBreakpoints TBreakpoints::FromText(const std::string& text) {
     std::getline(parts, number, '\t');
     std::getline(parts, passes, '\t');
     std::getline(parts, condition);
-    TBreakpoint breakpoint{.Place = {.File = file}, .Condition = condition};
+    TBreakpoint breakpoint;
+    breakpoint.Place.File = file;
+    breakpoint.Condition = condition;
     if (file.empty() || !ReadNumber(number, breakpoint.Place.Line) ||
         !ReadNumber(passes, breakpoint.PassCount) || !breakpoint.Place)
       continue;
