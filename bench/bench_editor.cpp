@@ -101,6 +101,20 @@ class TWide : public TSpcObject {
   TFontPitch Pitch = fpDefault;
 };
 
+class TField : public TSpcObject {
+ public:
+  static const TTypeInfo& ClassInfo() {
+    static const TTypeInfo info = Publish<TField>("TField", TSpcObject::ClassInfo())
+                                      .Prop("Number", &TField::Number)
+                                      .Prop("Wide", &TField::Wide);
+    return info;
+  }
+  const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
+  TField() : Wide(std::make_unique<TWide>()) {}
+  std::int32_t Number = 0;
+  std::unique_ptr<TWide> Wide;
+};
+
 class TBenchEditor : public TSpcEditorPro {
  public:
   void ReadFormSetting(const std::string&, const std::string&, TStrings&) override {}
@@ -126,14 +140,21 @@ void OpenTenThousandNodes(benchmark::State& state) {
 }
 BENCHMARK(OpenTenThousandNodes)->Unit(benchmark::kMillisecond);
 
+// From a node with few rows to the one with many.
 void ShowFiveHundredRows(benchmark::State& state) {
-  TWide wide;
+  TField field;
   TBenchEditor editor;
-  editor.ShowTreeEx(&wide);
+  editor.ShowTreeEx(&field);
+  TTreeNode* few = editor.RootNode();
+  TTreeNode* many = editor.FindNode(field.Wide.get());
   Application().processEvents();
   for (auto _ : state) {
-    editor.RebuildControls();
+    editor.SelectNode(many);
     Application().processEvents();
+    state.PauseTiming();
+    editor.SelectNode(few);
+    Application().processEvents();
+    state.ResumeTiming();
   }
   Close(editor);
 }

@@ -5,6 +5,7 @@
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QStyle>
+#include <QStyleOptionComboBox>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QValidator>
@@ -221,13 +222,21 @@ const TTypeInfo& TComboBox::ClassInfo() {
 }
 
 TComboBox::TComboBox(TComponent* owner, QWidget* parent) : TControlOf(owner, parent) {
-  // The layout decides on the width, not the longest line.
-  setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
-  setMinimumContentsLength(1);
   TWheelGuard::Install(this);
   connect(this, &QComboBox::currentIndexChanged, this, [this] {
     if (!FChangingLines) Guarded(this, [this] { OnChange(this); });
   });
+}
+
+// The layout decides on the width, not the longest line. The toolkit's policy for that would make
+// the drop-down list at once, which costs more than all the rest of the control.
+QSize TComboBox::sizeHint() const {
+  QStyleOptionComboBox option;
+  initStyleOption(&option);
+  constexpr int LeastHeight = 14, Margins = 2;
+  const QSize contents(fontMetrics().horizontalAdvance('X'),
+                       std::max(fontMetrics().height(), LeastHeight) + Margins);
+  return style()->sizeFromContents(QStyle::CT_ComboBox, &option, contents, this);
 }
 
 void TComboBox::GetLines(TStrings& lines) const {

@@ -119,6 +119,9 @@ class TComboBox : public TControlOf<QComboBox>, public ILines {
   bool ClaimsKey(const QKeyEvent& key) const override;
   TNotifyEvent OnChange;
 
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
  protected:
   void showPopup() override;
 

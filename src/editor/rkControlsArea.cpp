@@ -188,13 +188,22 @@ void TControlsArea::PlaceControl(TControlInfo& row, int top) {
   widget->resize(ControlWidth(row), height);
 }
 
-// Answers where the next row begins.
-int TControlsArea::PlaceRow(TControlInfo& row, int top) {
+// What is shown before it has a size is measured for nothing: it is placed first.
+void TControlsArea::ShowParts(const TControlInfo& row) {
   const bool shown = !row.Hidden;
   for (QWidget* widget : {static_cast<QWidget*>(row.Label), static_cast<QWidget*>(row.Message),
                           row.EControl != nullptr ? row.EControl->Widget() : nullptr})
     if (widget != nullptr && widget->isHidden() == shown) widget->setVisible(shown);
-  if (!shown) return top;
+}
+
+// Answers where the next row begins.
+int TControlsArea::PlaceRow(TControlInfo& row, int top) {
+  if (!row.Hidden) top = PlaceParts(row, top);
+  ShowParts(row);
+  return top;
+}
+
+int TControlsArea::PlaceParts(TControlInfo& row, int top) {
   int height = 0;
   if (row.EControl != nullptr) {
     PlaceControl(row, top);
@@ -338,6 +347,10 @@ bool TControlsArea::eventFilter(QObject* watched, QEvent* event) {
   // A scroll bar that appears takes room from the rows.
   if (watched == FScroll->viewport() && event->type() == QEvent::Resize && !FColumns.empty())
     Arrange(FRows);
+  constexpr QEvent::Type ofLabels[] = {QEvent::ToolTip, QEvent::ContextMenu,
+                                       QEvent::MouseButtonPress};
+  if (std::find(std::begin(ofLabels), std::end(ofLabels), event->type()) == std::end(ofLabels))
+    return QWidget::eventFilter(watched, event);
   TControlInfo* row = RowOfLabel(watched);
   if (row == nullptr) return QWidget::eventFilter(watched, event);
   switch (event->type()) {

@@ -83,6 +83,8 @@ class TControlsArea : public QWidget {
   int ShownControlWidth(int column) const;
   void PlacePanels(int height);
   int PlaceRow(TControlInfo& row, int top);
+  int PlaceParts(TControlInfo& row, int top);
+  static void ShowParts(const TControlInfo& row);
   int ControlWidth(const TControlInfo& row) const;
   void PlaceControl(TControlInfo& row, int top);
   int FitLabel(const TControlInfo& row);
