@@ -138,6 +138,15 @@ TEST_F(FilesTest, LinkToItselfIsAnErrorAndStays) {
   EXPECT_TRUE(fs::is_symlink(Path("self")));
 }
 
+TEST_F(FilesTest, APipeIsNoFileAndStays) {
+  ASSERT_EQ(::mkfifo(Path("pipe").c_str(), 0600), 0);
+  fs::create_symlink("pipe", Path("link"));
+  for (const char* name : {"pipe", "link"})
+    EXPECT_THROW(SafeWriteFile(Path(name), "new"), EFCreateError) << name;
+  EXPECT_TRUE(fs::is_fifo(Path("pipe")));
+  EXPECT_EQ(Entries(), 2);
+}
+
 TEST_F(FilesTest, LongestNameIsReplaced) {
   const std::string name = Path(std::string(255, 'n'));
   SafeWriteFile(name, "new");

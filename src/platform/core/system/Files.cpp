@@ -153,6 +153,10 @@ class TReplacement {
   void Create() {
     struct stat old {};
     const bool replaces = ::stat(FTarget.c_str(), &old) == 0;
+    // Renaming over it would put a file in the place of the device for every program.
+    if (replaces && !S_ISREG(old.st_mode) && !S_ISDIR(old.st_mode))
+      throw EFCreateError(
+          fmt::format("Cannot write {}: it is a device or a pipe, no file", FShown));
     // A name of its own: together with that of the file it might be too long.
     const std::string folder = FTarget.substr(0, FTarget.rfind('/') + 1);
     RemoveAbandoned(folder);

@@ -35,8 +35,8 @@ TFileSystem* SetFileSystem(TFileSystem* fileSystem);
 // Replaces the file by these bytes: a temporary file in the same directory is written, synced and
 // renamed over it, links are followed, permissions and owner kept. When a step fails the old file
 // is as it was, the temporary one is removed and EFCreateError names the file, the step and the
-// reason. A signal that ends the process waits until either is done; what a killed writer left is
-// removed by the next one that writes into the folder.
+// reason. A device or a pipe is refused. A signal that ends the process waits until either is done;
+// what a killed writer left is removed by the next one that writes into the folder.
 void SafeWriteFile(const std::string& fileName, std::string_view bytes);
 
 // All bytes of a file; EFOpenError names the file and the reason, also for a directory.
