@@ -42,7 +42,7 @@ using TTokens = std::vector<TSourceToken>;
 class TCppUnitReader {
  public:
   TCppUnitReader(std::string_view text, const TDefinedSymbols& symbols)
-      : FScanner(text, symbols), FPlaces(text) {}
+      : FText(text), FScanner(text, symbols), FPlaces(text) {}
 
   TUnitSource Read() {
     FUnit.Kind = TSourceKind::Cpp;
@@ -88,8 +88,14 @@ class TCppUnitReader {
     if (open == std::string_view::npos) return;
     const size_t close = directive.Text.find('"', open + 1);
     const std::string_view path = directive.Text.substr(open + 1, close - open - 1);
-    FUnit.Uses.push_back(
-        {ExtractFileNameEx(path), std::string(path), {}, FPlaces.At(directive.Offset), {}, {}});
+    const size_t begin = FText.find(directive.Text, directive.Offset) + open;
+    const bool isClosed = close != std::string_view::npos;
+    FUnit.Uses.push_back({ExtractFileNameEx(path),
+                          std::string(path),
+                          {},
+                          FPlaces.At(directive.Offset),
+                          {},
+                          isClosed ? TSourceSpan{begin, begin + path.size() + 2} : TSourceSpan{}});
   }
 
   void TakeNote(std::string_view text) {
@@ -554,6 +560,7 @@ class TCppUnitReader {
     } while (At(','));
   }
 
+  std::string_view FText;
   TCppScanner FScanner;
   TPlaceFinder FPlaces;
   TSourceToken FToken;

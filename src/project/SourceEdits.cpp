@@ -216,6 +216,20 @@ std::optional<TSourceEdit> RenameUnitEdit(std::string_view source, std::string_v
   return Replacing(unit.NameText, std::string(name));
 }
 
+std::optional<TSourceEdit> RenameOwnIncludeEdit(std::string_view source, std::string_view oldName,
+                                                std::string_view name) {
+  const TUnitSource unit = ParseUnitSource(source, "a.cpp");
+  for (const TUsedUnit& used : unit.Uses) {
+    const std::string extension = ExtractFileExt(used.Path);
+    const bool isHeader = EqualText(extension, ".h") || EqualText(extension, ".hpp");
+    if (used.PathText.Empty() || !isHeader ||
+        !EqualText(used.Path, std::string(oldName) + extension))
+      continue;
+    return Replacing(used.PathText, fmt::format("\"{}{}\"", name, extension));
+  }
+  return std::nullopt;
+}
+
 std::vector<TSourceEdit> RenameInProjectEdits(std::string_view source, std::string_view fileName,
                                               std::string_view oldName, const TNamedUnit& unit,
                                               const TDefinedSymbols& symbols) {

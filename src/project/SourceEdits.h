@@ -15,6 +15,11 @@ namespace wrenfold {
 // unit, has the name already, or the name is no unit's name.
 std::optional<TSourceEdit> RenameUnitEdit(std::string_view source, std::string_view name);
 
+// Puts the new bare name into the include of a C++ unit's own header ("old.h", beside it). None
+// when the unit does not include it.
+std::optional<TSourceEdit> RenameOwnIncludeEdit(std::string_view source, std::string_view oldName,
+                                                std::string_view name);
+
 // A unit as a project's source names it.
 struct TNamedUnit {
   std::string Name;

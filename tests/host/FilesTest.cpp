@@ -303,6 +303,16 @@ TEST_F(Files, SaveAsRenamesTheUnitInItsSourceAndInTheProject) {
   Workbench->Documents().SaveAll();
 }
 
+TEST_F(Files, SaveAsOfACppUnitLeadsItToItsHeaderUnderTheNewName) {
+  const std::string unit = Folder.Write("Old.cpp", "#include \"Old.h\"\r\n");
+  Folder.Write("Old.h", "class TOld;\r\n");
+  OpenPage(unit);
+  Workbench->FileDialogs().Save = [&](auto&&...) { return Folder.Path() + "/New.cpp"; };
+  Run("FileSaveAsCommand");
+  EXPECT_EQ(Folder.Read(Folder.Path() + "/New.cpp"), "#include \"New.h\"\r\n");
+  EXPECT_EQ(Folder.Read(Folder.Path() + "/New.h"), "class TOld;\r\n");
+}
+
 TEST_F(Files, NewUnitIsSavedAndAddedToTheProject) {
   const std::string project = WriteProject();
   ASSERT_TRUE(Workbench->Documents().OpenProject(project));

@@ -31,6 +31,25 @@ TEST(SourceEdits, UnitIsRenamedBehindItsWordAlone) {
   }
 }
 
+TEST(SourceEdits, ACppUnitIncludesItsRenamedHeaderAndOthersAsBefore) {
+  const struct {
+    const char* Source;
+    const char* Expected;  // null: no edit
+  } rows[] = {
+      {"#include <Old.h>\r\n// \"Old.h\"\r\n  #  include  \"old.h\"  // own\r\n",
+       "#include <Old.h>\r\n// \"Old.h\"\r\n  #  include  \"New.h\"  // own\r\n"},
+      {"#include \"Old.hpp\"", "#include \"New.hpp\""},
+      {"#include \"sub/Old.h\"\n#include \"Older.h\"\n", nullptr},
+      {"#include \"Old", nullptr},
+  };
+  for (const auto& row : rows) {
+    const auto edit = RenameOwnIncludeEdit(row.Source, "Old", "New");
+    ASSERT_EQ(edit.has_value(), row.Expected != nullptr) << row.Source;
+    if (!edit) continue;
+    EXPECT_EQ(ApplyEdits(row.Source, {*edit}), row.Expected);
+  }
+}
+
 TEST(SourceEdits, ProjectNamesTheRenamedAndTheNewUnit) {
   struct TRow {
     const char* FileName;

@@ -99,12 +99,12 @@ bool TSaving::Write(TModule& module, const std::string& fileName, bool onlyModif
   const bool renamed = before != fileName;
   const auto written = renamed ? std::vector<TSavedFile>() : ModifiedFiles(module);
   try {
-    if (renamed) RenameInSource(module, fileName);
+    if (renamed) RenameInSource(module, before, fileName);
     module.SaveAs(fileName, onlyModified);
   } catch (const ETextEncodingError& e) {
     return OfferUnicode(module, e.Message()) && Write(module, fileName, onlyModified);
   } catch (const Exception& e) {
-    if (renamed) RenameInSource(module, before);
+    if (renamed) RenameInSource(module, fileName, before);
     FViews.Tell({.Text = e.Message()});
     MessageDlg(e.Message(), mtError, {mbOK});
     return false;
@@ -122,12 +122,16 @@ bool TSaving::Write(TModule& module, const std::string& fileName, bool onlyModif
   return true;
 }
 
-// The name of a Pascal unit is that of its file.
-void TSaving::RenameInSource(TModule& module, const std::string& fileName) {
-  if (module.Sources().empty() || LanguageOfFile(fileName) == TSourceLanguage::Cpp) return;
+// The name of a Pascal unit is that of its file; a C++ unit includes its header by its name.
+void TSaving::RenameInSource(TModule& module, const std::string& from, const std::string& to) {
+  if (module.Sources().empty()) return;
   TUnitDocument& document = module.Sources()[0]->Document();
-  if (const auto edit = RenameUnitEdit(document.Text(), ExtractFileNameEx(fileName)))
-    document.Replace(edit->Offset, edit->Length, edit->Text);
+  const bool isCpp = LanguageOfFile(to) == TSourceLanguage::Cpp;
+  if (isCpp && module.Sources().size() == 1) return;  // no header moves along
+  const std::string name = ExtractFileNameEx(to);
+  const auto edit = isCpp ? RenameOwnIncludeEdit(document.Text(), ExtractFileNameEx(from), name)
+                          : RenameUnitEdit(document.Text(), name);
+  if (edit) document.Replace(edit->Offset, edit->Length, edit->Text);
 }
 
 // The text has characters that its file's encoding lacks.

@@ -51,7 +51,7 @@ class TSaving {
   bool MaySaveOver(TModule& module, bool ask, std::string& fileName);
   bool Write(TModule& module, const std::string& fileName, bool onlyModified);
   bool OfferUnicode(TModule& module, const std::string& trouble);
-  void RenameInSource(TModule& module, const std::string& fileName);
+  void RenameInSource(TModule& module, const std::string& from, const std::string& to);
 
   TWorkspace& FWorkspace;
   TSettings& FSettings;
