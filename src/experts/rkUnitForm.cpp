@@ -269,7 +269,7 @@ void TUnitForm::Restore(const TUnitFormState& state) {
 
 void TUnitForm::UpdateCaption() {
   const std::string caption = LocaleStr(sUnitFormCaption);
-  SetCaption(FUnits.Filtered ? LocaleFormat(sFilteredCaption, FFilter, caption) : caption);
+  SetCaption(FNarrowed ? LocaleFormat(sFilteredCaption, FFilter, caption) : caption);
 }
 
 // The filter in force stays in the box.

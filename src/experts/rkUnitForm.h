@@ -143,7 +143,8 @@ class TUnitForm : public TSharedForm, private TPageClosing::ISteps {
 
   TUnitManager* FManager;
   TUnitList FUnits;
-  std::string FFilter;  // what the list is narrowed to
+  std::string FFilter;     // what the list was narrowed to last
+  bool FNarrowed = false;  // a refreshed list shows all, although sorting waits for an empty filter
   TSourceEditors FSourceEditors;
   TEditorIndex FEditorIndex;
   TPageClosing FClosing;

@@ -50,6 +50,7 @@ bool TUnitForm::IsStale(const TSelUnits& indices) const {
 }
 
 void TUnitForm::DoFillUnitList() {
+  FNarrowed = false;
   RefreshSourceEditors();
   FUnits.PopulateUnitList(*FTabControl->Tabs());
   FUnits.SetCurrent(FTabControl->TabIndex());
@@ -198,7 +199,7 @@ void TUnitForm::NarrowUnits(const std::string& filter) {
   if (FUnits.Filtered && FindEditWindowControls()) FUnits.PopulateUnitList(*FTabControl->Tabs());
   if (filter.empty()) FillUnitList();
   else FUnits.UpdateUnitList(filter);
-  FUnits.Filtered = !filter.empty();
+  FUnits.Filtered = FNarrowed = !filter.empty();
   FFilter = filter;
   if (FUnits.Count() > 0) {
     TSelUnits selected = FUnits.GetSelectedUnits();

@@ -201,6 +201,34 @@ TEST_F(UnitForm, TheProjectSourceIsClosedAsAPage) {
   EXPECT_EQ(ListTexts(), "");
 }
 
+// The question stands over the environment's window, which is the active one when it is gone.
+TEST_F(UnitForm, AfterAQuestionTheKeyboardIsItsOwnAgainWhateverTheAnswer) {
+  const auto ask = [&](TModalResult answer) {
+    const std::unique_ptr<TForm> question(NewForm<TForm>());
+    question->SetCaption("Confirm");
+    QTimer::singleShot(50, question.get(), [&] { question->SetModalResult(answer); });
+    question->ShowModal();
+    QApplication::setActiveWindow(Environment.MainForm);
+    Environment.Editor->setFocus();
+    return answer == mrYes;
+  };
+  TModalResult answer = mrNone;
+  AddPages({"Alpha", "Beta", "Beta"});
+  Environment.AddPage("Gamma")->OnClose = [&] { return ask(answer); };
+  Environment.OnClosePage = [&](const std::string&) { return ask(answer); };
+  Open();
+  for (const TModalResult each : {mrNo, mrCancel, mrYes}) {
+    for (const int row : {2, 3}) {  // by the page's menu, and by its module
+      answer = row == 3 && each == mrYes ? mrNo : each;
+      Select({std::min(row, Form->ListBox()->model()->rowCount() - 1)});
+      Press(Qt::Key_Delete);
+      QTest::qWait(500);
+      EXPECT_EQ(QApplication::activeWindow(), Form) << each << ' ' << row;
+      EXPECT_TRUE(Form->ListBox()->hasFocus()) << each << ' ' << row;
+    }
+  }
+}
+
 TEST_F(UnitForm, ClosingTheWindowStopsTheTimer) {
   AddPages({"Alpha", "Alpha"});
   Open();
@@ -306,6 +334,17 @@ TEST_F(UnitForm, NarrowsWhileOneTypesAndKeepsTheFilterInSight) {
   Press(Qt::Key_Delete);
   EXPECT_EQ(ListTexts(), "MainUnit Unit2 DataMain");
   EXPECT_EQ(Form->Caption(), "Unit manager");
+}
+
+TEST_F(UnitForm, ARefreshedListIsNotCalledFiltered) {
+  AddPages({"MainUnit", "Unit2"});
+  Open();
+  Press(Qt::Key_F, Qt::AltModifier);
+  QTest::keyClicks(Form->focusWidget(), "mai");
+  Press(Qt::Key_F5);
+  EXPECT_EQ(ListTexts(), "MainUnit Unit2");
+  EXPECT_EQ(Form->Caption(), "Unit manager");
+  EXPECT_FALSE(Action("acSort")->Enabled()) << "until an empty filter is applied";
 }
 
 TEST_F(UnitForm, TypingInTheListJumps) {
