@@ -209,20 +209,13 @@ TExpManager::TExpManager() {
 // Without a step, a marker alone: what it stood for is done elsewhere.
 void TExpManager::Start() {
   static constexpr TStep steps[] = {
-      {&TExpManager::ProcessLocalization, " 1"},
-      {&TExpManager::CreateData, " 3"},
-      {&TExpManager::CreateWindow, " 4"},
-      {&TExpManager::ConnectMenu, " 5"},
-      {&TExpManager::CreateEditor, " 6"},
-      {&TExpManager::FillPresentList, " 7"},
-      {&TExpManager::AddOwnData, " 8 9"},
-      {&TExpManager::CreateExpObjects, " 10 11"},
-      {&TExpManager::InitExperts, " 12"},
-      {&TExpManager::LocalizeEditor, " 13"},
-      {&TExpManager::PrepareEditor, " 14"},
-      {&TExpManager::LoadAtStart, " 15"},
-      {&TExpManager::PostMenu, " 17"},
-      {&TExpManager::Announce, " 18"},
+      {&TExpManager::ProcessLocalization, " 1"}, {&TExpManager::CreateData, " 3"},
+      {&TExpManager::CreateWindow, " 4"},        {&TExpManager::ConnectMenu, " 5"},
+      {&TExpManager::CreateEditor, " 6"},        {&TExpManager::FillPresentList, " 7"},
+      {&TExpManager::AddOwnData, " 8 9"},        {&TExpManager::CreateExpObjects, " 10 11"},
+      {&TExpManager::InitExperts, " 12"},        {&TExpManager::LocalizeEditor, " 13"},
+      {&TExpManager::PrepareEditor, " 14"},      {&TExpManager::LoadAtStart, " 15"},
+      {&TExpManager::PostMenu, " 17"},           {&TExpManager::Announce, " 18"},
   };
   TTrail& trail = ErrorLog().Constructor;
   trail = {.Steps = "0", .Experts = {}};
@@ -553,8 +546,8 @@ void TExpManager::LoadDefaultSettings() {
   DoApplySettings();
 }
 
-void TExpManager::ExportSettings(const std::string& fileName) {
-  SettingsFile().Export(*SettingsRoot(), fileName);
+void TExpManager::ExportSettings(const std::string& fileName, TObjectStorageFormat format) {
+  SettingsFile().Export(*SettingsRoot(), fileName, format);
 }
 
 bool TExpManager::ImportSettings(const std::string& fileName) {

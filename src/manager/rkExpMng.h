@@ -6,8 +6,8 @@
 
 #include "manager/rkCustomExpert.h"
 #include "manager/rkExpMenu.h"
-#include "manager/rkExpertEditor.h"
 #include "manager/rkExpRegistry.h"
+#include "manager/rkExpertEditor.h"
 #include "manager/rkLanguages.h"
 #include "manager/rkSettingsFile.h"
 #include "platform/core/model/StringList.h"
@@ -127,7 +127,7 @@ class TExpManager : public TCustomExpert, public IOTAWizard {
   // A failure leaves the settings file as it was and is shown to the user, the first one only.
   void SaveSettings();
   // Writes all settings as they are now to another file; see TSettingsFile::Export.
-  void ExportSettings(const std::string& fileName);
+  void ExportSettings(const std::string& fileName, TObjectStorageFormat format = osfBin);
   // Asks the user, keeps the settings file under another name, puts the other one in its place and
   // makes everything anew from it. Answers false when the user does not want it; raises
   // EFitReaderError for what is no settings file.

@@ -71,13 +71,17 @@ void TExpertEditor::LocalizeEditor() {
 
 void TExpertEditor::PrepareEditor() {
   FormOptions = {foModalShowing, foAutoSaveParams, foEllipsisLabels, foMultiLineCaptions};
-  FormCaption = LocaleStr(sExpertsSettings);
   VisibleButtons = Buttons;
   InvisibleProps->Clear();
   for (const char* name : Invisible) InvisibleProps->Add(name);
   DisabledProps->Clear();
   for (const char* name : Disabled) DisabledProps->Add(name);
   SetFile(SettingsFileName(), osfBin);
+}
+
+void TExpertEditor::SetCaption() {
+  FormCaption = LocaleStr(sExpertsSettings);
+  TSpcEditorPro::SetCaption();
 }
 
 void TExpertEditor::TakeDefaults() {
@@ -159,7 +163,7 @@ void TExpertEditor::ExportClick(TObject*) {
   dialog.OverwritePrompt = false;
   std::string fileName;
   TObjectStorageFormat format = osfBin;
-  if (InternalSaveAs(dialog, fileName, format)) FManager.ExportSettings(fileName);
+  if (InternalSaveAs(dialog, fileName, format)) FManager.ExportSettings(fileName, format);
 }
 
 // The settings that are shown go when others are imported: the editor closes first.

@@ -32,6 +32,8 @@ class TExpertEditor : public TSpcEditorPro {
   // The file that the user chose to import while the editor was open; empty: none.
   const std::string& ImportFile() const { return FImportFile; }
 
+  // In the language in force.
+  void SetCaption() override;
   bool SaveToFile(const std::string& fileName, TObjectStorageFormat format) override;
   void ReadFormSetting(const std::string& section, const std::string& name,
                        TStrings& list) override;

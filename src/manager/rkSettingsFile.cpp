@@ -196,8 +196,9 @@ bool TSettingsFile::ChangedOnDisk() const {
   return Contents() != FKnown;
 }
 
-void TSettingsFile::Export(TExpData& root, const std::string& fileName) const {
-  const bool text = EqualText(ExtractFileExt(fileName), ".stx");
+void TSettingsFile::Export(TExpData& root, const std::string& fileName,
+                           TObjectStorageFormat format) const {
+  const bool text = format == osfText || EqualText(ExtractFileExt(fileName), ".stx");
   SafeWriteFile(fileName, StoredBytes(root, text ? sofText : sofBinary));
 }
 

@@ -51,9 +51,9 @@ class TSettingsFile {
   // Somebody else has written the file since it was read or written here.
   bool ChangedOnDisk() const;
 
-  // Writes the values of the root to another file: as text when its name ends in ".stx", else in
-  // the binary form. Raises EFCreateError.
-  void Export(TExpData& root, const std::string& fileName) const;
+  // Writes the values of the root to another file: as text when the format says so or the name ends
+  // in ".stx", else in the binary form. Raises EFCreateError.
+  void Export(TExpData& root, const std::string& fileName, TObjectStorageFormat format) const;
   // The contents of another file; EFitReaderError unless it is a settings file from end to end.
   static std::string CheckImport(const std::string& fileName);
   // Replaces the file by the other one, which is checked first, and keeps the old contents as

@@ -7,18 +7,21 @@
 #include <QSettings>
 #include <QTabBar>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include "FakeEnvironment.h"
 #include "controls/rkInfoForm.h"
-#include "editor/rkSpcEditor.h"
+#include "controls/rkInputDlgs.h"
 #include "editor/rkSpcForm.h"
 #include "editor/rkStrEdit.h"
 #include "experts/rkCPUForm.h"
 #include "experts/rkExpStrCount.h"
+#include "experts/rkInspView.h"
 #include "experts/rkUnitForm.h"
 #include "experts/rkViewForm.h"
 #include "locale/rkLocale.h"
 #include "manager/rkExpMng.h"
+#include "manager/rkExpertEditor.h"
 #include "manager/rkLocaleSet.h"
 #include "platform/core/system/Files.h"
 #include "platform/widgets/MessageDialogs.h"
@@ -37,6 +40,7 @@ class Language : public testing::Test {
     RegisterFormView();
     RegisterCPUView();
     RegisterUnitManager();
+    RegisterInspectorView();
     RegisterExpManager();
     Settle();
     for (const char* unit : {"Alpha", "Beta", "Gamma", "Alphabet"}) Environment.AddPage(unit);
@@ -121,10 +125,39 @@ TEST_F(Language, ACutTextIsFound) {
   EXPECT_EQ(CutTexts(*form), "OK\n");
 }
 
+// The settings editor as the user opens it, but not modal.
+TExpertEditor& ShowSettings() {
+  TExpertEditor& editor = *CurrentManager()->Editor();
+  editor.PrepareEditor();
+  editor.LocalizeEditor();
+  editor.FormOptions.Exclude(foModalShowing);
+  editor.SetSpcRoot(*SettingsRoot());
+  editor.ShowTree();
+  return editor;
+}
+
+// They are the toolkit's, which makes them as wide as their texts; what is asked must fit all the
+// same.
+TEST_F(Language, NoQuestionForATextIsCutInAny) {
+  for (const char* language : {"", "wren_ger.dll", "wren_rus.dll"}) {
+    LoadNewLanguage(*language == 0 ? "" : Path(language));
+    for (const int prompt : {sEnterNewLine, sTextForEditing}) {
+      std::string cut = "not shown", text;
+      QTimer::singleShot(0, [&] {
+        QWidget* dialog = QApplication::activeModalWidget();
+        ASSERT_NE(dialog, nullptr);
+        cut = CutTexts(*dialog);
+        dialog->close();
+      });
+      EXPECT_FALSE(InputSingleStrQuery(nullptr, LocaleStr(sMenuAddLine), LocaleStr(prompt), text));
+      EXPECT_EQ(cut, "") << language;
+    }
+  }
+}
+
 TEST_F(Language, NoWindowCutsItsTextsInAny) {
   const TLanguageSettings settings;
   const TLanguageModules modules = settings.ModuleList();
-  TSpcEditor editor;
   std::vector<TForm*> made;
   const auto make = [&](TForm* form) { return made.emplace_back(form); };
   const auto dialog = [&](TMsgDlgType type, TMsgDlgButtons buttons) {
@@ -146,12 +179,7 @@ TEST_F(Language, NoWindowCutsItsTextsInAny) {
       {"about", [&] { return make(NewForm<TInfoForm>(nullptr, "1.0")); }},
       {"languages", [&] { return make(NewForm<TLocaleForm>(nullptr, settings, Path(""))); }},
       {"new language", [&] { return make(NewForm<TAddLanguageForm>(nullptr, modules, Path(""))); }},
-      {"settings editor",
-       [&] {
-         editor.SetSpcRoot(*SettingsRoot());
-         editor.ShowTree();
-         return editor.Form();
-       }},
+      {"settings editor", [] { return ShowSettings().Form(); }},
       {"question",
        [&] {
          return dialog(mtConfirmation, {mbYes, mbNo, mbCancel, mbAll});

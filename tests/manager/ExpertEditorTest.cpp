@@ -5,11 +5,14 @@
 #include <QLineEdit>
 #include <QTimer>
 #include <QtTest/QTest>
+#include <filesystem>
 
+#include "FileDialogDriver.h"
 #include "ManagerSupport.h"
 #include "editor/rkSpcForm.h"
 #include "manager/rkExpertEditor.h"
 #include "manager/rkSettingsFile.h"
+#include "platform/widgets/Guard.h"
 #include "platform/widgets/ShortCuts.h"
 
 namespace wrenfold {
@@ -39,6 +42,18 @@ class ExpertEditor : public testing::Test {
     for (const auto& row : Editor().Rows())
       if (row->EPropInfo->Name == property) return *row;
     throw Exception(std::string("no row ") + property);
+  }
+  void Type(const char* property, const char* text) {
+    QWidget* field = Row(property).EControl->Widget();
+    field->setFocus();
+    QTest::keyClick(field, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(field, text);
+    QTest::keyClick(field, Qt::Key_Return);
+  }
+  // As the tool button does it.
+  void Press(const char* action) {
+    TSpcForm* form = Editor().Form();
+    Guarded(form, [&] { form->FindAction(action)->Execute(); });
   }
   void SwitchOff(const char* expert) {
     Editor().SelectNode(Node(SettingsRoot()->ActiveExperts->Find(expert)));
@@ -198,9 +213,97 @@ TEST_F(ExpertEditor, ALanguageSwitchWaitsForItsEndButItsTextsFollow) {
     Editor().Retranslate();
     EXPECT_EQ(Editor().Form()->SearchField().placeholderText().toStdString(),
               "Einstellungen suchen (Strg+F)");
+    EXPECT_EQ(Editor().Form()->Caption(), LocaleStr(sExpertsSettings));
   });
   LoadNewLanguage({});
   EXPECT_THAT(TakeExpertLog(), HasSubstr("A:freed"));
+}
+
+TEST_F(ExpertEditor, ASettingThatItsExpertRefusesIsToldAndTheOthersGoBackAllTheSame) {
+  using TExpert = TTestExpert<'A'>;
+  Edit([&] {
+    Editor().SelectNode(Node(&Fixture.Expert<'A'>()));
+    Type("Guarded", "first");
+    Type("Note", "changed");
+    TExpert::RefusesSettings = true;
+    Type("Guarded", "second");
+    ASSERT_NE(Row("Guarded").Message, nullptr);
+    EXPECT_EQ(Row("Guarded").Message->text(), "not now");
+    EXPECT_FALSE(Editor().UndoEntry(0)) << "the entry stays";
+    EXPECT_EQ(Editor().Journal().Count(), 2);
+    Fixture.Answer = mbNo;
+    EXPECT_TRUE(Editor().Form()->Close());
+  });
+  TExpert::RefusesSettings = false;
+  EXPECT_EQ(Fixture.Expert<'A'>().Note, "");
+  EXPECT_EQ(Fixture.Expert<'A'>().Guarded(), "first") << "it would not take anything else";
+  EXPECT_THAT(Fixture.Questions, testing::Contains(HasSubstr("not now")));
+}
+
+TEST_F(ExpertEditor, EveryNodeIsLookedAtAndTheSavedFileIsTheSame) {
+  Fixture.Manager().SaveSettings();
+  const std::string file = ReadWholeFile(SettingsFileName());
+  Edit([&] {
+    std::vector<TTreeNode*> nodes;
+    ForEachNode(*Editor().RootNode(), [&](TTreeNode& node) { nodes.push_back(&node); });
+    for (TTreeNode* node : nodes) Editor().SelectNode(node);
+    EXPECT_TRUE(Editor().Save());
+    EXPECT_EQ(ReadWholeFile(SettingsFileName()), file);
+  });
+  EXPECT_THAT(Fixture.Questions, IsEmpty());
+}
+
+TEST_F(ExpertEditor, ExportedSettingsAreImportedInOneStepAndTheOldFileIsKept) {
+  const std::string exported = Fixture.Directory() + "all.stx";
+  Edit([&] {
+    Editor().SelectNode(Node(&Fixture.Expert<'A'>()));
+    Type("Note", "exported");
+    test::AnswerFileDialog(Fixture.Directory() + "all", 2);
+    Press("ActExport");
+    ASSERT_TRUE(FileExists(exported));
+    EXPECT_TRUE(ReadWholeFile(exported).starts_with("object"));
+    Fixture.Answer = mbNo;
+    test::AnswerFileDialog(exported, 2);
+    Press("ActExport");
+    EXPECT_THAT(Fixture.Questions, ElementsAre(HasSubstr("already exists")));
+    Type("Note", "other");
+    Fixture.Answer = mbYes;
+    EXPECT_TRUE(Editor().Save());
+    Fixture.Questions.clear();
+    test::AnswerFileDialog(exported, 2);
+    Press("ActImport");
+    EXPECT_EQ(Editor().Form(), nullptr) << "what it shows goes";
+  });
+  EXPECT_THAT(Fixture.Questions, ElementsAre(HasSubstr(exported)));
+  EXPECT_EQ(Fixture.Expert<'A'>().Note, "exported");
+  EXPECT_THAT(ReadWholeFile(SettingsFileName() + ".bak"), HasSubstr("other"));
+}
+
+TEST_F(ExpertEditor, WhatIsNoSettingsFileIsNotImportedAndTheEditorStaysOpen) {
+  const std::string name = Fixture.Directory() + "notes.sbn";
+  SafeWriteFile(name, "no settings at all");
+  Edit([&] {
+    Editor().SelectNode(Node(&Fixture.Expert<'A'>()));
+    Type("Note", "typed");
+    test::AnswerFileDialog(name);
+    Press("ActImport");
+    EXPECT_THAT(Fixture.Questions, ElementsAre(HasSubstr(name)));
+    ASSERT_NE(Editor().Form(), nullptr);
+    EXPECT_TRUE(Editor().Changed());
+    Fixture.Answer = mbNo;
+  });
+}
+
+TEST_F(ExpertEditor, AFileThatGoesWhileItIsOpenIsAskedAboutAndWrittenAnew) {
+  Fixture.Manager().SaveSettings();
+  Edit([&] {
+    std::filesystem::remove(SettingsFileName());
+    Editor().SelectNode(Node(&Fixture.Expert<'A'>()));
+    Type("Note", "again");
+    EXPECT_TRUE(Editor().Save());
+  });
+  EXPECT_THAT(Fixture.Questions, ElementsAre(HasSubstr("changed by somebody else")));
+  EXPECT_THAT(ReadWholeFile(SettingsFileName()), HasSubstr("again"));
 }
 
 TEST_F(ExpertEditor, TheEnvironmentMayEndTheSuiteWhileItIsOpen) {

@@ -32,7 +32,8 @@ class TTestExpert : public TCustomExpert {
     static const TTypeInfo info =
         Publish<TTestExpert>(std::string("TExpert") + Letter, TCustomExpert::ClassInfo())
             .Prop("Note", &TTestExpert::Note)
-            .Prop("Lines", &TTestExpert::Lines);
+            .Prop("Lines", &TTestExpert::Lines)
+            .Prop("Guarded", &TTestExpert::Guarded, &TTestExpert::SetGuarded);
     return info;
   }
   const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
@@ -60,13 +61,21 @@ class TTestExpert : public TCustomExpert {
     if (ThrowWhenExecuted) throw Exception("command failed");
   }
 
+  std::string Guarded() const { return FGuarded; }
+  void SetGuarded(const std::string& text) {
+    if (RefusesSettings) throw Exception("not now");
+    FGuarded = text;
+  }
+
   std::string Note;
   std::unique_ptr<TStringList> Lines;
   TExpMenuItemData* Record = nullptr;
   static inline TFailingStep Fails = TFailingStep::None;
   static inline bool ThrowWhenExecuted = false;
+  static inline bool RefusesSettings = false;
 
  private:
+  std::string FGuarded;
   static void FailAt(TFailingStep step) {
     if (Fails == step) throw Exception("no expert today");
   }
