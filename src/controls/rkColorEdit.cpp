@@ -154,7 +154,7 @@ void TColorEdit::Change() {
   const bool changed = TakeColor(InternalStringToColor(Text(), FColorValue));
   if (isName) SelectQuietly(LineOf(named));
   else if (changed) SelectQuietly(-1);
-  OnChange(this);
+  (changed ? OnChange : OnTyped)(this);
 }
 
 // A half-typed text becomes that of the value again.

@@ -43,6 +43,8 @@ class TOwnerComboEdit : public TControlOf<QComboBox> {
 
   bool ClaimsKey(const QKeyEvent& key) const override;
   TNotifyEvent OnChange;
+  // The user typed what leaves the value as it is, perhaps because it names none.
+  TNotifyEvent OnTyped;
   // The user picked a value whole: a line of the list, or in the chooser. After OnChange.
   TNotifyEvent OnPick;
 

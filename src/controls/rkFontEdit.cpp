@@ -180,7 +180,7 @@ void TFontEdit::Change() {
   if (line >= 0) SelectQuietly(line);
   const bool known = line >= 0 || !FUseFonts;
   const std::string name = line >= 0 ? FromQString(itemText(line)) : Text();
-  if (!known || !TakeName(name)) OnChange(this);
+  if (!known || !TakeName(name)) OnTyped(this);
 }
 
 bool TFontEdit::TextIsTaken() const {

@@ -25,6 +25,7 @@ bool FindRow(const Rows& rows, int& index, const Matches& matches) {
 TControlInfo::~TControlInfo() {
   delete Label;
   delete Message;
+  delete ClientWidget;
 }
 
 TControlInfo& TControlList::Add(std::unique_ptr<TControlInfo> row) {

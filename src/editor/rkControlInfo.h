@@ -34,8 +34,9 @@ class TControlInfo : public TObject {
   TPersistent* EInstance;
   const TPropInfo* EPropInfo;
   TObject* EModifyObject = nullptr;   // the sender of the control's change event
-  TControl* EControl = nullptr;       // owned by the row, or by the editor
+  TControl* EControl = nullptr;       // owned by the row
   std::unique_ptr<TPropertyRow> Row;  // null for a control that the client made
+  QPointer<QWidget> ClientWidget;     // that control's; goes with the row
   QPointer<QLabel> Label;
   QPointer<QLabel> Message;  // what is wrong with the value, in words; null: nothing
 

@@ -182,10 +182,10 @@ int TControlsArea::ControlWidth(const TControlInfo& row) const {
 
 void TControlsArea::PlaceControl(TControlInfo& row, int top) {
   QWidget* widget = row.EControl->Widget();
-  const int height = row.Row != nullptr ? row.Row->Height() : row.EControl->Height();
   widget->move(FLook.Controls->LeftMargin, top);
   if (OnResizeControl && OnResizeControl(row)) return;
-  widget->resize(ControlWidth(row), height);
+  // The row gave the control the height of its kind, layout parameters may have given it another.
+  widget->resize(ControlWidth(row), row.EControl->Height());
 }
 
 // What is shown before it has a size is measured for nothing: it is placed first.

@@ -72,6 +72,7 @@ class TColorRow : public TPropertyRow {
         FEdit(new TColorEdit(binding.Context.Owner, binding.Context.Parent)) {
     TranslateNames();
     Bind<&TColorRow::Edited>(FEdit->OnChange, this);
+    Bind<&TColorRow::Edited>(FEdit->OnTyped, this);
     Bind<&TColorRow::Completed>(FEdit->OnPick, this);
     SetControl(FEdit);
   }
@@ -149,6 +150,7 @@ class TFontRow : public TPropertyRow {
       : TPropertyRow(binding), FEdit(new TFontEdit(binding.Context.Owner, binding.Context.Parent)) {
     FEdit->SetUseFonts(true);
     Bind<&TFontRow::Edited>(FEdit->OnChange, this);
+    Bind<&TFontRow::Edited>(FEdit->OnTyped, this);
     Bind<&TFontRow::Completed>(FEdit->OnPick, this);
     SetControl(FEdit);
   }

@@ -226,14 +226,18 @@ bool TSpcEditor::Changed() const {
   return stored != nullptr && GetUpdatingSpc() != nullptr && !stored->Matches(*GetUpdatingSpc());
 }
 
-void TSpcEditor::SelectStartNode() {
+bool TSpcEditor::CanNodeDefaultSelect(TTreeView& treeView) {
   bool selectFirst = true;
-  OnSelectStartNode(this, &FForm->Tree(), selectFirst);
-  if (!selectFirst) return;
-  if (TTreeNode* root = RootNode()) {
-    FForm->Tree().Fold(*root, true, false);
-    SelectNode(root);
-  }
+  OnSelectStartNode(this, &treeView, selectFirst);
+  return selectFirst;
+}
+
+void TSpcEditor::SelectStartNode() {
+  TTreeNode* root = RootNode();
+  if (!CanNodeDefaultSelect(FForm->Tree()) || root == nullptr) return;
+  FForm->Tree().Fold(*root, true, false);
+  SelectNode(root);
+  ShowTopItem();
 }
 
 bool TSpcEditor::Release() {

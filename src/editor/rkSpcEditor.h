@@ -106,6 +106,9 @@ class TSpcEditor : public TComponent {
   bool RenameNode(TTreeNode& node, const std::string& name);
   static bool CanRenameNode(const TTreeNode& node);
   void SelectNode(TTreeNode* node);
+  // Scroll the selected node, or the first one, into view.
+  void ShowSelected();
+  void ShowTopItem();
 
   // The journal and the other ways back; errors of the object are shown.
   bool UndoEntry(int index);
@@ -283,6 +286,8 @@ class TSpcEditor : public TComponent {
 
   void TreeChanged();
   void SelectStartNode();
+  // Whether the first node is selected; OnSelectStartNode may have selected another one.
+  bool CanNodeDefaultSelect(TTreeView& treeView);
   void NodeSelected(TTreeNode* node);
   void DescribeSelected();
   void CountChanges(TTreeNode& node);

@@ -47,6 +47,14 @@ void TSpcEditor::SelectNode(TTreeNode* node) {
   NodeSelected(FForm->Tree().Selected());
 }
 
+void TSpcEditor::ShowSelected() {
+  if (FForm != nullptr) FForm->Tree().ShowNode(FSelected);
+}
+
+void TSpcEditor::ShowTopItem() {
+  if (FForm != nullptr) FForm->Tree().ShowNode(RootNode());
+}
+
 void TSpcEditor::DescribeSelected() {
   if (FForm == nullptr) return;
   if (FSelected == nullptr || FSelected->Instance == nullptr) return FForm->SetPanels({}, {});

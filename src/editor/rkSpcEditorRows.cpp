@@ -90,6 +90,7 @@ void TSpcEditor::CreateControl(TControlInfo& row) {
   row.Row = std::move(data.Row);
   row.SetETag(data.Kind);
   if (row.EControl == nullptr) return;
+  if (row.Row == nullptr) row.ClientWidget = row.EControl->Widget();
   if (row.Row != nullptr) {
     Bind<&TSpcEditor::RowCommitted>(row.Row->OnCommit, this);
     Bind<&TSpcEditor::RowMessage>(row.Row->OnMessage, this);

@@ -74,6 +74,7 @@ class TSpcForm : public TForm {
   QWidget* MakeTreePane();
   QWidget* MakeJournalPane();
   void TakeOptions();
+  void ColourHint();
   void ActionExecute(TObject* sender);
   void ActionUpdate(TObject* sender);
   void SearchChanged();

@@ -35,6 +35,13 @@ class TNodeDelegate : public QStyledItemDelegate {
     painter->drawEllipse(QRect(place, QSize(side, side)));
     painter->restore();
   }
+  QWidget* createEditor(QWidget* viewport, const QStyleOptionViewItem& option,
+                        const QModelIndex& index) const override {
+    QWidget* editor = QStyledItemDelegate::createEditor(viewport, option, index);
+    editor->setObjectName("edNodeName");
+    editor->setAccessibleName(viewport->parentWidget()->accessibleName());
+    return editor;
+  }
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     const QSize size = QStyledItemDelegate::sizeHint(option, index);
     return {size.width() + size.height(), size.height() + 2};
@@ -181,9 +188,12 @@ TTreeNode* TTreeView::Selected() const {
 }
 
 void TTreeView::Select(TTreeNode* node) {
-  const QModelIndex index = FModel.IndexOf(node);
-  setCurrentIndex(index);
-  if (index.isValid()) scrollTo(index);
+  setCurrentIndex(FModel.IndexOf(node));
+  ShowNode(node);
+}
+
+void TTreeView::ShowNode(const TTreeNode* node) {
+  if (const QModelIndex index = FModel.IndexOf(node); index.isValid()) scrollTo(index);
 }
 
 void TTreeView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {

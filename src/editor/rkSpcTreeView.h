@@ -67,6 +67,7 @@ class TTreeView : public TControlOf<QTreeView> {
   TTreeNode* Selected() const;
   // Null selects nothing. The node is scrolled into view.
   void Select(TTreeNode* node);
+  void ShowNode(const TTreeNode* node);
   // While the filter is on, nodes above hits stand open.
   void SetFilter(TSpcTreeModel::TLetsThrough filter);
   // Runs a change of the nodes and keeps folding and selection of those that stay.

@@ -31,6 +31,10 @@ TStrEditDlg::TStrEditDlg(TComponent* owner)
       FOpenDialog(new TOpenDialog(this)),
       FSaveDialog(new TSaveDialog(this)) {
   SetName("StrEditDlg");
+  // Nothing to minimise: what it edits waits for it.
+  setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                 Qt::WindowSystemMenuHint | Qt::WindowMaximizeButtonHint |
+                 Qt::WindowCloseButtonHint);
   MakeControls();
   FormCreate();
   setMinimumSize(180, 150);

@@ -227,8 +227,9 @@ TEST_F(Edit, ControlsAreNamedAfterTheirLabels) {
 
 TEST_F(Edit, LayoutSectionsSetWidthsAndPropertiesAndThePropertysOwnWins) {
   Editor.ControlParams->SetText("[StringControl]\nWidth=50%\nHint=typed\n");
-  Editor.RedefiedParams->SetText("[TGarden.Title]\nWidth=113\nCentredLabel=true\n");
+  Editor.RedefiedParams->SetText("[TGarden.Title]\nWidth=113\nHeight=47\nCentredLabel=true\n");
   Show();
+  EXPECT_EQ(Editor.Widget("Title")->height(), 47);
   EXPECT_EQ(Editor.Widget("Title")->width(), 113);
   EXPECT_EQ(Editor.Widget("Title")->toolTip(), "typed");
   Editor.Select("Inner");

@@ -257,8 +257,8 @@ TEST(Rows, EscapeGivesBackWhatWasThereAndEnterConfirms) {
 }
 
 TEST(Rows, TheWheelChangesOnlyTheFieldWithTheFocus) {
-  for (const char* name :
-       {"Pitch", "Count", "Day", "Colour", "Face", "Choice", "Checks", "Notes"}) {
+  for (const TRowCase& row : RowCases()) {
+    const char* name = row.Property;
     TRowWindow window(name);
     window.Leave();
     const std::string before = window.Shown();
