@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "debugger/Processor.h"
@@ -64,6 +65,8 @@ struct TSnapshot {
   std::size_t FrameIndex = 0;
   std::vector<TVariable> Locals;
   TRegisterValues Registers;
+  // Those that are no whole numbers of the table (floating point, vectors), as text to be shown.
+  std::vector<std::pair<std::string, std::string>> MoreRegisters;
 
   std::uint64_t Register(const char* name) const {
     const auto found = Registers.find(name);

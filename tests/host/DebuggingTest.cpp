@@ -1,4 +1,5 @@
 // Building, running and stopping a program from the workbench.
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRegularExpression>
 #include <QScrollBar>
@@ -80,6 +81,34 @@ TEST(Breakpoints, ConditionsGoWithTheirLinesAndAreKeptAsText) {
   list.Move("/a.pas", {5});
   EXPECT_EQ(list.LinesOf("/a.pas"), std::set<int>{5});
   EXPECT_EQ(list.Find({.Place = {"/a.pas", 5}})->Condition, "I = 2");
+}
+
+TEST(JumpLanes, CrossingJumpsDoNotShareALaneAndShortOnesAreNearest) {
+  std::vector<TJump> jumps{
+      {.From = 0, .To = 20}, {.From = 5, .To = 8}, {.From = 30, .To = 25}, {.From = 7, .To = 12}};
+  AssignLanes(jumps, 3);
+  const auto lane = [&](int from) {
+    return std::find_if(jumps.begin(), jumps.end(),
+                        [from](const TJump& j) { return j.From == from; })
+        ->Lane;
+  };
+  EXPECT_EQ(lane(5), 0);
+  EXPECT_EQ(lane(30), 0);
+  EXPECT_EQ(lane(7), 1);
+  EXPECT_EQ(lane(0), 2);
+  for (int i = 0; i < 50; ++i) jumps.push_back({.From = i, .To = i + 60});
+  AssignLanes(jumps, 3);
+  for (const TJump& jump : jumps) EXPECT_LT(jump.Lane, 3);
+}
+
+TEST(MemoryUnits, NumbersComeBackAsTheBytesTheyWereAndBadOnesAreRefused) {
+  const std::string bytes("\x00\x01\x7F\x80\xFF\x20\x41\x40\x00\x00\x80\x3F\x01\x02\x03\x04", 16);
+  for (const TMemoryUnit& unit : MemoryUnits())
+    EXPECT_EQ(ParseUnits(unit, FormatUnits(unit, bytes), bytes.size()), bytes) << unit.Name;
+  EXPECT_EQ(FormatUnits(MemoryUnits()[1], "\x34\x12\x78\x56"), "1234 5678");
+  EXPECT_EQ(FormatUnits(MemoryUnits()[4], std::string_view("\0\0\x80\x3F", 4)), "1");
+  for (const char* text : {"00 11", "00 1G", "00 100", "", "00 11 22 33"})
+    EXPECT_FALSE(ParseUnits(MemoryUnits()[0], text, 3).has_value()) << text;
 }
 
 class Debugging : public HostTest {
@@ -199,6 +228,47 @@ TEST_F(Debugging, WatchShowsItsValueOrWhyItHasNone) {
   EXPECT_EQ(Session().Breakpoints().All()[0].Condition, "point.X == 4");
   Run("RunRunCommand");
   EXPECT_TRUE(QTest::qWaitFor([this] { return !Session().Active(); }, 10000)) << "it stopped";
+}
+
+TEST_F(Debugging, PanesOfTheCpuAreCopiedChangedAndGoWhereTheyAreToldTo) {
+  ASSERT_NO_FATAL_FAILURE(RunToTheSum());
+  if (!Session().Stopped()) GTEST_SKIP() << NoTrace;
+  TForm& cpu = OpenCpu();
+  auto& code = dynamic_cast<TDisassemblyPane&>(*Pane("DisassemblerView1"));
+  const std::string here = IntToHex(Session().Now().Address(), 16);
+  const std::string all = code.CopyText({});
+  EXPECT_NE(all.find(here + "  "), std::string::npos);
+  EXPECT_NE(all.find("Sum("), std::string::npos) << "labels are copied too";
+  const std::string bare = code.CopyText({.Addresses = false, .Bytes = false});
+  EXPECT_EQ(bare.find(here), std::string::npos);
+  EXPECT_LT(bare.size(), all.size() / 2);
+
+  auto& dump = dynamic_cast<TDumpPane&>(*Pane("DumpView"));
+  const std::uint64_t stack = Session().Now().Register("rsp");
+  dump.GoTo(stack);
+  const auto cell = [&] { return FromQString(dump.topLevelItem(0)->text(1)); };
+  ASSERT_TRUE(QTest::qWaitFor(
+      [&] {
+        return dump.topLevelItemCount() > 0 &&
+               FromQString(dump.topLevelItem(0)->text(0)) == IntToHex(stack, 16);
+      },
+      10000));
+  dump.SetUnit(MemoryUnits()[2]);
+  dump.topLevelItem(0)->setText(1, "00000001 00000002 00000003 DEADBEEF");
+  dump.SetUnit(MemoryUnits()[0]);
+  ASSERT_TRUE(QTest::qWaitFor(
+      [&] { return cell() == "01 00 00 00 02 00 00 00 03 00 00 00 EF BE AD DE"; }, 10000))
+      << cell();
+  dump.topLevelItem(0)->setText(1, "01 zz");
+  EXPECT_TRUE(HasMessage("01 zz"));
+  EXPECT_EQ(cell(), "01 00 00 00 02 00 00 00 03 00 00 00 EF BE AD DE");
+
+  auto& place = *cpu.findChild<QLineEdit*>("CpuPlace");
+  code.setFocus();
+  QTest::keyClick(&code, Qt::Key_G, Qt::ControlModifier);
+  place.setText("main");
+  QTest::keyClick(&place, Qt::Key_Return);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return code.SelectedLabel().starts_with("main"); }, 10000));
 }
 
 // As the suite's scan goes: by steps of one byte, however far the code reaches.

@@ -60,6 +60,18 @@ std::string ReasonOf(SBThread thread, bool paused) {
   return text.c_str();
 }
 
+// The bytes of a register, the highest first.
+std::string DigitsOf(SBValue value) {
+  SBData data = value.GetData();
+  SBError error;
+  std::string bytes(data.GetByteSize(), '\0');
+  bytes.resize(data.ReadRawData(error, 0, bytes.data(), bytes.size()));
+  std::string text;
+  for (auto byte = bytes.rbegin(); byte != bytes.rend(); ++byte)
+    text += fmt::format("{:02X}", static_cast<unsigned char>(*byte));
+  return text;
+}
+
 TVariable VariableFrom(SBValue value, int depth) {
   TVariable variable{.Name = Text(value.GetName()),
                      .Type = Text(value.GetTypeName()),
@@ -397,6 +409,13 @@ void TLldbBackend::LookAtFrame(TSnapshot& snapshot) {
   if (FProcessor != nullptr)
     for (const TRegisterRow& row : FProcessor->Registers)
       snapshot.Registers[row.Name] = frame.FindRegister(row.Name).GetValueAsUnsigned();
+  // The first set is that of the table.
+  SBValueList sets = frame.GetRegisters();
+  for (std::uint32_t set = 1; set < sets.GetSize(); ++set)
+    for (std::uint32_t i = 0; i < sets.GetValueAtIndex(set).GetNumChildren(); ++i) {
+      SBValue value = sets.GetValueAtIndex(set).GetChildAtIndex(i);
+      snapshot.MoreRegisters.emplace_back(Text(value.GetName()), DigitsOf(value));
+    }
   SBValueList values = frame.GetVariables(true, true, false, true);
   const bool pascal = IsPascal(frame);
   for (std::uint32_t i = 0; i < values.GetSize(); ++i) {

@@ -29,7 +29,8 @@ void TCpuWindow::Serve(TDebugSession& session) {
   FPlace->setPlaceholderText(tr("Go to: address, symbol or register"));
   FPlace->setAccessibleName(tr("Go to"));
   FPlace->setToolTip(
-      tr("Shows the code at an address or symbol, the memory at a register's value"));
+      tr("An address (hexadecimal), a symbol or a register: shown in the pane that had the focus, "
+         "code or memory (Ctrl+G)"));
   connect(FPlace, &QLineEdit::returnPressed, this, [this] { Guarded(this, [&] { GoTo(); }); });
   auto* columns = new QSplitter(Qt::Horizontal, this);
   auto* left = new QSplitter(Qt::Vertical, columns);
@@ -49,6 +50,17 @@ void TCpuWindow::Serve(TDebugSession& session) {
   column->setSpacing(0);
   column->addWidget(FPlace);
   column->addWidget(columns, 1);
+  for (TCpuPane* pane :
+       std::initializer_list<TCpuPane*>{FCode, FRegisters, FFlags, FDump, FStack}) {
+    pane->OnFollow = [this](std::uint64_t address, bool code) { GoToAddress(address, code); };
+    pane->OnGoTo = [this] {
+      FPlace->setFocus();
+      FPlace->selectAll();
+    };
+  }
+  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+    if (now == FDump || now == FCode) FMemoryLast = now == FDump;
+  });
   setFocusProxy(FCode);
   session.Listen([this] { Update(); });
   session.ListenToBreakpoints([this] { FCode->Mark(); });
@@ -67,18 +79,25 @@ void TCpuWindow::Update() {
   FStack->Update();
 }
 
+void TCpuWindow::GoToAddress(std::uint64_t address, bool code) {
+  if (code) FCode->GoTo(address);
+  else FDump->GoTo(address);
+}
+
 void TCpuWindow::GoTo() {
   const std::string text = FromQString(FPlace->text().trimmed());
   const TProcessor* processor = FSession->Now().Processor;
   if (text.empty() || processor == nullptr) return;
+  const bool code = !FMemoryLast;
   if (const TRegisterRow* row = processor->FindRegister(text))
-    return FDump->GoTo(FSession->Now().Register(row->Name));
+    return GoToAddress(FSession->Now().Register(row->Name), code);
   bool number = false;
   QString digits = FPlace->text().trimmed();
   if (digits.startsWith('$')) digits.remove(0, 1);
   const std::uint64_t address = digits.toULongLong(&number, 16);
-  if (number) return FCode->GoTo(address);
-  FSession->Debugger().FindSymbol(text, [this](std::uint64_t found) { FCode->GoTo(found); });
+  if (number) return GoToAddress(address, code);
+  FSession->Debugger().FindSymbol(text,
+                                  [this, code](std::uint64_t found) { GoToAddress(found, code); });
 }
 
 }  // namespace wrenfold

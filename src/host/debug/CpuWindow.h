@@ -1,7 +1,9 @@
 // The CPU window: code, registers, flags, memory and stack of the stopped program.
 #pragma once
 
-#include "host/debug/CpuPanes.h"
+#include "host/debug/DisassemblyPane.h"
+#include "host/debug/MemoryPanes.h"
+#include "host/debug/RegisterPanes.h"
 #include "platform/widgets/Forms.h"
 
 namespace wrenfold {
@@ -21,6 +23,7 @@ class TCpuWindow : public TForm {
  private:
   void Update();
   void GoTo();
+  void GoToAddress(std::uint64_t address, bool code);
 
   TDebugSession* FSession = nullptr;
   TDisassemblyPane* FCode = nullptr;
@@ -29,6 +32,7 @@ class TCpuWindow : public TForm {
   TDumpPane* FDump = nullptr;
   TStackPane* FStack = nullptr;
   class QLineEdit* FPlace = nullptr;
+  bool FMemoryLast = false;  // the user was in the memory dump last, not in the code
 };
 
 }  // namespace wrenfold
