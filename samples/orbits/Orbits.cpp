@@ -1,26 +1,16 @@
 // A console program to run, stop and step in: how long planets take around the sun.
-#include <cmath>
 #include <cstdio>
-#include <stdexcept>
-#include <string>
-#include <vector>
+#include <exception>
 
-struct TPlanet {
-  std::string Name;
-  double Distance;  // in astronomical units
-};
+#include "Planets.h"
 
-// In years.
-double Period(const TPlanet& planet) {
-  if (planet.Distance <= 0) throw std::invalid_argument(planet.Name + " is nowhere");
-  return std::sqrt(planet.Distance * planet.Distance * planet.Distance);
-}
+// The units of the project; the compiler is told of them by the Makefile.
+#define USEUNIT(FileName)
+USEUNIT("Planets.cpp")
 
 int main() {
-  const std::vector<TPlanet> planets{
-      {"Mercury", 0.387}, {"Venus", 0.723}, {"Earth", 1}, {"Mars", 1.524}, {"Vulcan", 0}};
   double longest = 0;
-  for (const TPlanet& planet : planets) {
+  for (const TPlanet& planet : Planets()) {
     try {
       const double years = Period(planet);
       if (years > longest) longest = years;

@@ -138,6 +138,8 @@ void TDebugger::Continue() {
 
 void TDebugger::Step(TStep step) {
   Post([this, step](TDebugBackend& backend) {
+    // Keys come quicker than a slow step ends.
+    if (FState == TRunState::Running) return;
     backend.Step(step);
     FState = TRunState::Running;
   });

@@ -55,6 +55,8 @@ bool IsOwn(SBThread thread) {
 std::string ReasonOf(SBThread thread, bool paused) {
   if (thread.GetStopReason() == eStopReasonNone) return {};
   if (paused && !IsOwn(thread)) return "paused";
+  if (thread.GetStopReason() == eStopReasonBreakpoint) return "at a breakpoint";
+  if (thread.GetStopReason() == eStopReasonPlanComplete) return "after a step";
   std::string text(256, '\0');
   thread.GetStopDescription(text.data(), text.size());
   return text.c_str();

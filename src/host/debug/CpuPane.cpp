@@ -23,6 +23,10 @@ namespace {
 constexpr const char* ScanForm = "CPUForm";
 constexpr const char* ScanText = "Text";
 
+// Lines that columns are made wide enough for.
+constexpr int FittedLines = 400;
+constexpr int IconSpace = 22;  // device-independent pixels, with what stands around it
+
 QPlainTextEdit* FindScan() {
   TForm* form = Screen().FindForm(ScanForm);
   return form != nullptr && form->isVisible() ? form->findChild<QPlainTextEdit*>(ScanText)
@@ -68,11 +72,29 @@ TCpuPane::TCpuPane(TComponent* owner, QWidget* parent, TDebugSession& session, c
   setAllColumnsShowFocus(true);
   setSelectionMode(QAbstractItemView::ExtendedSelection);
   setFrameShape(QFrame::NoFrame);
-  header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   header()->setStretchLastSection(true);
   FMenu->SetName(std::string(name) + "Menu");
   Bind<&TCpuPane::BuildMenu>(FMenu->OnPopup, this);
   SetPopupMenu(FMenu);
+}
+
+void TCpuPane::FitColumns() {
+  const QFontMetrics metrics(font());
+  const int character = metrics.horizontalAdvance('0');
+  for (int column = 0; column + 1 < columnCount(); ++column) {
+    if (header()->sectionResizeMode(column) == QHeaderView::Fixed) continue;
+    qsizetype longest = FColumns.Titles[column].size();
+    bool icons = false;
+    for (int i = 0; i < std::min(topLevelItemCount(), FittedLines); ++i) {
+      const QTreeWidgetItem& item = *topLevelItem(i);
+      if (!IsNote(item)) longest = std::max(longest, item.text(column).size());
+      icons = icons || !item.icon(column).isNull();
+    }
+    const int width = static_cast<int>(longest) * character + 2 * character +
+                      (icons ? iconSize().width() + IconSpace : 0);
+    if (header()->sectionSize(column) < width || !FFitted) header()->resizeSection(column, width);
+  }
+  FFitted = topLevelItemCount() > 0;
 }
 
 // A note belongs to the line below it.

@@ -49,6 +49,9 @@ class TCpuPane : public TControlOf<QTreeWidget> {
   // Entries of the pane's own, behind the common ones.
   virtual void AddMenuItems(TPopupMenu&) {}
   TMenuItem* AddMenuItem(const QString& caption, std::function<void()> execute);
+  // Makes the columns wide enough for what is shown; they do not become narrower, so that nothing
+  // moves while stepping. The toolkit's own way measures all lines at each change.
+  void FitColumns();
   static void SetBold(QTreeWidgetItem* item, bool bold);
   // What cannot be done, told where errors are.
   void Refuse(const std::string& message) const;
@@ -65,6 +68,7 @@ class TCpuPane : public TControlOf<QTreeWidget> {
   const TColumns FColumns;
   TCopyParts FParts;
   TPopupMenu* FMenu;
+  bool FFitted = false;
   std::vector<std::function<void()>> FCommands;  // of the menu, by the tags of its items
 };
 

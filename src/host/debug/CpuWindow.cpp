@@ -43,8 +43,8 @@ void TCpuWindow::Serve(TDebugSession& session) {
   FStack = new TStackPane(this, right, session);
   left->setSizes({300, 120});
   right->setSizes({300, 120});
-  values->setSizes({200, 90});
-  columns->setSizes({480, 290});
+  values->setSizes({262, 80});
+  columns->setSizes({420, 346});
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);

@@ -19,8 +19,15 @@ namespace {
 constexpr std::size_t LinesBefore = 96, LinesAfter = 192;
 // So many instructions are held ready behind the current one.
 constexpr std::size_t LinesReady = 64;
-enum TColumn { AddressColumn, JumpColumn, BytesColumn, TextColumn, GoesColumn };
+// Bytes stand last: they are looked at least.
+enum TColumn { AddressColumn, JumpColumn, TextColumn, GoesColumn, BytesColumn };
 constexpr int LaneCount = 6, LaneWidth = 7;  // device-independent pixels
+
+// Names and source lines are as wide as the pane.
+void SpanNotes(const QList<QTreeWidgetItem*>& items) {
+  for (QTreeWidgetItem* item : items)
+    if (!item->flags().testFlag(Qt::ItemIsSelectable)) item->setFirstColumnSpanned(true);
+}
 
 }  // namespace
 
@@ -38,7 +45,7 @@ const TTypeInfo& TDisassemblyPane::ClassInfo() {
 TDisassemblyPane::TDisassemblyPane(TComponent* owner, QWidget* parent, TDebugSession& session)
     : TCpuPane(owner, parent, session, "DisassemblerView1", tr("Disassembly"),
                tr("A double click sets a breakpoint, or takes it back"),
-               {.Titles = {tr("Address"), QString(), tr("Bytes"), tr("Instruction"), tr("Goes")},
+               {.Titles = {tr("Address"), QString(), tr("Instruction"), tr("Goes"), tr("Bytes")},
                 .Address = AddressColumn,
                 .Bytes = BytesColumn}) {
   header()->setSectionResizeMode(JumpColumn, QHeaderView::Fixed);
@@ -127,6 +134,7 @@ void TDisassemblyPane::Take(std::uint64_t address, const std::vector<TCodeLine>&
   FItems.clear();
   clear();
   Append(lines);
+  FitColumns();
   ScrollTo(IndexOf(address));
 }
 
@@ -139,6 +147,7 @@ void TDisassemblyPane::Append(const std::vector<TCodeLine>& lines) {
     FItems.push_back(items.back());
   }
   addTopLevelItems(items);
+  SpanNotes(items);
   for (std::size_t i = first; i < FLines.size(); ++i) MarkLine(i);
 }
 
@@ -153,6 +162,7 @@ void TDisassemblyPane::Prepend(std::vector<TCodeLine> lines) {
   FItems.insert(FItems.begin(), instructions.begin(), instructions.end());
   const int top = verticalScrollBar()->value();
   insertTopLevelItems(0, items);
+  SpanNotes(items);
   for (std::size_t i = 0; i < lines.size(); ++i) MarkLine(i);
   // What was at the top stays there.
   doItemsLayout();
@@ -195,10 +205,9 @@ QList<QTreeWidgetItem*> TDisassemblyPane::MakeItems(const TCodeLine& line) {
   QList<QTreeWidgetItem*> items;
   // Names and source stand on lines of their own above their instruction.
   const auto note = [&](const std::string& text) {
-    auto* item = items.emplace_back(
-        new QTreeWidgetItem(QStringList{QString(), QString(), QString(), ToQString(text)}));
+    auto* item = items.emplace_back(new QTreeWidgetItem(QStringList{ToQString(text)}));
     item->setFlags(Qt::ItemIsEnabled);
-    item->setForeground(TextColumn, palette().placeholderText());
+    item->setForeground(AddressColumn, palette().placeholderText());
   };
   if (!line.Label.empty()) note(line.Label + ":");
   if (line.Place) {
@@ -207,7 +216,7 @@ QList<QTreeWidgetItem*> TDisassemblyPane::MakeItems(const TCodeLine& line) {
   }
   items.append(new QTreeWidgetItem(QStringList{
       ToQString(AddressText(line.Instruction.Address, FSession.Now().Processor)), QString(),
-      ToQString(BytesText(line.Instruction.Bytes)), ToQString(line.Instruction.Text)}));
+      ToQString(line.Instruction.Text), QString(), ToQString(BytesText(line.Instruction.Bytes))}));
   return items;
 }
 
@@ -240,9 +249,14 @@ void TDisassemblyPane::MarkLine(std::size_t index) {
   QTreeWidgetItem& item = *FItems[index];
   const bool here = FSession.Stopped() && instruction.Address == now.Address();
   const bool stop = FSession.Breakpoints().Find({.Address = instruction.Address}) != nullptr;
-  item.setIcon(0, style()->standardIcon(here   ? QStyle::SP_ArrowRight
-                                        : stop ? QStyle::SP_DialogNoButton
-                                               : QStyle::SP_CustomBase));
+  // An icon is never equal to another one for the toolkit, which would draw the line again.
+  const int mark = here ? 2 : stop ? 1 : 0;
+  if (item.data(AddressColumn, Qt::UserRole) != mark) {
+    constexpr QStyle::StandardPixmap icons[] = {QStyle::SP_CustomBase, QStyle::SP_DialogNoButton,
+                                                QStyle::SP_ArrowRight};
+    item.setData(AddressColumn, Qt::UserRole, mark);
+    item.setIcon(AddressColumn, mark == 0 ? QIcon() : style()->standardIcon(icons[mark]));
+  }
   SetBold(&item, here);
   QString goes;
   if (instruction.Target) goes = *instruction.Target < instruction.Address ? "↑" : "↓";

@@ -94,6 +94,7 @@ void TDumpPane::ShowLines(const std::string& before) {
     item->setFlags(item->flags() | Qt::ItemIsEditable);
     SetBold(item, before.size() == FBytes.size() && before.compare(at, DumpWidth, part) != 0);
   }
+  FitColumns();
   FFilling = false;
 }
 
@@ -191,6 +192,7 @@ void TStackPane::Take(std::uint64_t address, std::size_t width, const std::strin
     new QTreeWidgetItem(this, {ToQString(AddressText(address + at, now.Processor)),
                                ToQString(AddressText(value, now.Processor)), ToQString(points)});
   }
+  FitColumns();
 }
 
 }  // namespace wrenfold

@@ -46,6 +46,7 @@ void TRegisterPane::Update() {
       FLastMore[name] = value;
     }
   }
+  FitColumns();
   FFilling = false;
 }
 
@@ -99,6 +100,7 @@ void TFlagsPane::Update() {
         item->setForeground(column, palette().placeholderText());
   }
   FLast = now.FlagBits();
+  FitColumns();
 }
 
 void TFlagsPane::Turn(int index) {

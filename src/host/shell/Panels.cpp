@@ -2,6 +2,7 @@
 #include "host/shell/Panels.h"
 
 #include <QApplication>
+#include <QTabBar>
 
 #include "host/debug/BreakpointPanel.h"
 #include "host/debug/CpuWindow.h"
@@ -27,16 +28,17 @@ struct TPanel {
   Qt::DockWidgetArea Area;
   int Width, Height;  // at first, in device-independent pixels
   bool Open;          // at first
+  bool Tab = false;   // shares the place of the one before it
 };
 // In the order in which those of one side stand below each other.
 constexpr TPanel Table[] = {
     {Make<TProjectPanel>, Qt::LeftDockWidgetArea, 250, 210, true},
     {Make<TPropertyInspector>, Qt::LeftDockWidgetArea, 250, 390, true},
     {Make<TMessagePanel>, Qt::BottomDockWidgetArea, 600, 110, true},
-    {Make<TProgramPanel>, Qt::BottomDockWidgetArea, 300, 110, false},
-    {Make<TStackPanel>, Qt::BottomDockWidgetArea, 300, 110, false},
-    {Make<TBreakpointPanel>, Qt::BottomDockWidgetArea, 300, 110, false},
-    {Make<TWatchPanel>, Qt::BottomDockWidgetArea, 300, 110, false},
+    {Make<TProgramPanel>, Qt::BottomDockWidgetArea, 400, 110, false},
+    {Make<TStackPanel>, Qt::BottomDockWidgetArea, 400, 110, false, true},
+    {Make<TBreakpointPanel>, Qt::BottomDockWidgetArea, 400, 110, false, true},
+    {Make<TWatchPanel>, Qt::BottomDockWidgetArea, 400, 110, false, true},
     {Make<TCpuWindow>, Qt::RightDockWidgetArea, 760, 500, false},
 };
 
@@ -58,9 +60,16 @@ TPanels::TPanels(TForm& owner, QMainWindow& window) {
     TForm* panel = FForms.emplace_back(row.Make(owner));
     docks.append(Dock(*panel, window));
     window.addDockWidget(row.Area, docks.back());
+    if (row.Tab) window.tabifyDockWidget(docks[docks.size() - 2], docks.back());
     docks.back()->setVisible(row.Open);
     widths.append(row.Width);
     heights.append(row.Height);
+  }
+  // The toolkit makes the bars of panels that share a place itself.
+  for (auto* tabs : window.findChildren<QTabBar*>(Qt::FindDirectChildrenOnly)) {
+    tabs->setObjectName("PanelTabs");
+    tabs->setAccessibleName(QObject::tr("Panels"));
+    tabs->setToolTip(QObject::tr("Panels that share this place"));
   }
   window.resizeDocks(docks, widths, Qt::Horizontal);
   window.resizeDocks(docks, heights, Qt::Vertical);

@@ -27,7 +27,10 @@ class TPanels {
   // false.
   bool Switch(TForm& panel);
   // Shows the panel as it was left, without taking the focus.
-  static void Open(TForm& panel) { DockOf(panel).show(); }
+  static void Open(TForm& panel) {
+    DockOf(panel).show();
+    DockOf(panel).raise();
+  }
   static QDockWidget& DockOf(TForm& panel);
 
  private:

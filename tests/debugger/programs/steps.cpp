@@ -1,4 +1,5 @@
 // A program to be stopped in: the tests find its lines by their comments.
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -38,6 +39,10 @@ int main(int count, char** arguments) {
     } catch (const std::exception& error) {
       std::puts(error.what());
     }
+  if (count > 1 && std::strcmp(arguments[1], "fork") == 0) {
+    if (fork() == 0) _exit(0);
+    wait(nullptr);
+  }
   int total = 0;
   for (int i = 0; i < 5; ++i) total += Sum(point);  // the loop
   std::printf("total %d\n", total);
