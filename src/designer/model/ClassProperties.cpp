@@ -1,6 +1,8 @@
 // Tables: what properties there are, which class has which, what differs in a class.
 #include "designer/model/ClassProperties.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <map>
 
@@ -321,6 +323,17 @@ const std::vector<TClass>& Classes() {
         {"RowSelect", Boolean, {}, "False"},
         {"SmallImages", Reference, "TCustomImageList"},
         {"ViewStyle", Enumeration, "TViewStyle", "vsIcon"}}},
+      {"THeaderControl",
+       {"component", "control", "look", "windowed", "images"},
+       {{"Sections", Collection}}},
+      {"TDBGrid",
+       {"component", "control", "double", "look", "windowed", "keys", "border"},
+       {{"Columns", Collection},
+        {"DataSource", Reference, "TDataSource"},
+        {"ReadOnly", Boolean, {}, "False"}}},
+      {"TCoolBar",
+       {"component", "control", "double", "look", "windowed", "images"},
+       {{"Bands", Collection}}},
       {"TStatusBar",
        {"component", "control", "double", "look"},
        {{"Panels", Collection},
@@ -397,6 +410,66 @@ const std::vector<TClass>& Classes() {
   return classes;
 }
 
+// A collection of a class of the table above, and what its items have.
+struct TItemClass {
+  std::string_view Owner;
+  std::string_view Collection;
+  std::vector<TPropertyRow> Rows;
+};
+
+const std::vector<TItemClass>& ItemClasses() {
+  static const std::vector<TItemClass> classes = {
+      {"TListView",
+       "Columns",
+       {{"Alignment", Enumeration, "TAlignment", "taLeftJustify"},
+        {"AutoSize", Boolean, {}, "False"},
+        {"Caption", Text, {}, "''"},
+        {"ImageIndex", Integer, {}, "-1"},
+        {"MaxWidth", Integer, {}, "0"},
+        {"MinWidth", Integer, {}, "0"},
+        {"Tag", Integer, {}, "0"},
+        {"Width", Integer, {}, "50"}}},
+      {"TStatusBar",
+       "Panels",
+       {{"Alignment", Enumeration, "TAlignment", "taLeftJustify"},
+        {"Bevel", Enumeration, "TStatusPanelBevel", "pbLowered"},
+        {"Style", Enumeration, "TStatusPanelStyle", "psText"},
+        {"Text", Text, {}, "''"},
+        {"Width", Integer}}},
+      {"THeaderControl",
+       "Sections",
+       {{"Alignment", Enumeration, "TAlignment", "taLeftJustify"},
+        {"AllowClick", Boolean, {}, "True"},
+        {"ImageIndex", Integer, {}, "-1"},
+        {"MaxWidth", Integer, {}, "10000"},
+        {"MinWidth", Integer, {}, "0"},
+        {"Text", Text, {}, "''"},
+        {"Width", Integer}}},
+      {"TDBGrid",
+       "Columns",
+       {{"Alignment", Enumeration, "TAlignment"},
+        {"Color", Color},
+        {"Expanded", Boolean, {}, "False"},
+        {"FieldName", Text, {}, "''"},
+        {"ReadOnly", Boolean},
+        {"Title.Caption", Text},
+        {"Visible", Boolean, {}, "True"},
+        {"Width", Integer}}},
+      {"TCoolBar",
+       "Bands",
+       {{"Break", Boolean, {}, "True"},
+        {"Control", Reference},
+        {"FixedSize", Boolean, {}, "False"},
+        {"ImageIndex", Integer, {}, "-1"},
+        {"MinHeight", Integer, {}, "25"},
+        {"MinWidth", Integer, {}, "0"},
+        {"Text", Text, {}, "''"},
+        {"Visible", Boolean, {}, "True"},
+        {"Width", Integer}}},
+  };
+  return classes;
+}
+
 struct TTypeRow {
   std::string_view Name;
   std::string_view Values;  // separated by blanks
@@ -436,6 +509,8 @@ constexpr TTypeRow Types[] = {
     {"TPrintScale", "poNone poProportional poPrintToFit"},
     {"TScrollStyle", "ssNone ssHorizontal ssVertical ssBoth"},
     {"TShapeType", "stRectangle stSquare stRoundRect stRoundSquare stEllipse stCircle"},
+    {"TStatusPanelBevel", "pbNone pbLowered pbRaised"},
+    {"TStatusPanelStyle", "psText psOwnerDraw"},
     {"TStaticBorderStyle", "sbsNone sbsSingle sbsSunken"},
     {"TTabPosition", "tpTop tpBottom tpLeft tpRight"},
     {"TTextLayout", "tlTop tlCenter tlBottom"},
@@ -464,6 +539,23 @@ constexpr TEventRow Events[] = {
     {"TMeasureItemEvent", "(Control: TWinControl; Index: Integer; var Height: Integer)"},
     {"THintEvent", "(var HintStr: String; var CanShow: Boolean)"},
     {"TTVChangedEvent", "(Sender: TObject; Node: TTreeNode)"},
+};
+
+// How C++ has the types of those parameters; the others have their own names.
+struct TCppType {
+  std::string_view Pascal;
+  std::string_view Cpp;
+  std::string_view Sign;  // in front of the parameter's name
+};
+constexpr TCppType CppTypes[] = {
+    {"TObject", "TObject", "*"},
+    {"TWinControl", "TWinControl", "*"},
+    {"TTreeNode", "TTreeNode", "*"},
+    {"TRect", "TRect", "&"},
+    {"Integer", "int", ""},
+    {"Boolean", "bool", ""},
+    {"Char", "char", ""},
+    {"String", "AnsiString", ""},
 };
 
 struct TColorRow {
@@ -531,6 +623,24 @@ std::vector<std::string_view> Words(std::string_view text) {
   return words;
 }
 
+std::vector<std::string_view> Split(std::string_view text, char separator) {
+  std::vector<std::string_view> parts;
+  for (bool more = true; more;) {
+    const std::size_t end = text.find(separator);
+    parts.push_back(Trim(text.substr(0, end)));
+    more = end != std::string_view::npos;
+    text.remove_prefix(more ? end + 1 : text.size());
+  }
+  return parts;
+}
+
+std::string CppParameter(std::string_view type, std::string_view name, bool byReference) {
+  const auto* row = std::ranges::find(CppTypes, type, &TCppType::Pascal);
+  const std::string_view cpp = row != std::end(CppTypes) ? row->Cpp : type;
+  const std::string_view sign = row != std::end(CppTypes) ? row->Sign : "";
+  return fmt::format("{} {}{}", cpp, byReference ? "&" : sign, name);
+}
+
 bool NameLess(const TPropertyRow& a, const TPropertyRow& b) {
   return UpperCase(a.Name) < UpperCase(b.Name);
 }
@@ -579,6 +689,16 @@ const std::vector<TPropertyRow>& PropertiesOf(const std::vector<std::string>& ch
   return found->second;
 }
 
+const std::vector<TPropertyRow>& PropertiesOfItem(const std::vector<std::string>& chain,
+                                                  std::string_view collection) {
+  static const std::vector<TPropertyRow> none;
+  const TClass* owner = FindClass(chain);
+  for (const TItemClass& known : ItemClasses())
+    if (owner != nullptr && known.Owner == owner->Name && EqualText(known.Collection, collection))
+      return known.Rows;
+  return none;
+}
+
 const TPropertyRow* FindPropertyAnywhere(std::string_view path) {
   static const auto all = [] {
     std::map<std::string, TPropertyRow> byName;
@@ -602,6 +722,21 @@ std::string_view ParametersOfEvent(std::string_view type) {
   for (const TEventRow& row : Events)
     if (row.Type == type) return row.Parameters;
   return {};
+}
+
+std::string CppParametersOfEvent(std::string_view type) {
+  const std::string_view pascal = ParametersOfEvent(type);
+  if (pascal.empty()) return {};
+  std::string parameters;
+  for (std::string_view group : Split(pascal.substr(1, pascal.size() - 2), ';')) {
+    const bool byReference = group.starts_with("var ");
+    if (byReference) group.remove_prefix(4);
+    const std::size_t colon = group.find(':');
+    for (const std::string_view name : Split(group.substr(0, colon), ','))
+      parameters.append(parameters.empty() ? "" : ", ")
+          .append(CppParameter(Trim(group.substr(colon + 1)), name, byReference));
+  }
+  return fmt::format("({})", parameters);
 }
 
 std::vector<std::string_view> ColorNames() {

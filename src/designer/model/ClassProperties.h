@@ -43,6 +43,10 @@ struct TPropertyRow {
 // what every component has when none is known. Chain: the class and its ancestors, nearest first.
 // In the order of their names.
 const std::vector<TPropertyRow>& PropertiesOf(const std::vector<std::string>& chain);
+// The properties of the items in a collection of the class, as far as they are known, in the order
+// of their names; none for others.
+const std::vector<TPropertyRow>& PropertiesOfItem(const std::vector<std::string>& chain,
+                                                  std::string_view collection);
 // The row of that path (letter case ignored) in any class, for a property that is stored but not
 // known for its class: the kind by the name alone. Null when no class has such a property.
 const TPropertyRow* FindPropertyAnywhere(std::string_view path);
@@ -52,6 +56,8 @@ std::vector<std::string_view> ValuesOfType(std::string_view type);
 // The parameters of an event's type as they stand in a declaration: "(Sender: TObject)". Empty when
 // the type is unknown.
 std::string_view ParametersOfEvent(std::string_view type);
+// The same in C++: "(TObject *Sender)".
+std::string CppParametersOfEvent(std::string_view type);
 // The names of colours and cursors, in the order in which they are offered.
 std::vector<std::string_view> ColorNames();
 std::vector<std::string_view> CursorNames();

@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <charconv>
+#include <map>
+#include <unordered_map>
 
+#include "designer/model/ItemValues.h"
 #include "designer/model/ValueText.h"
 #include "platform/core/stream/Bytes.h"
 #include "platform/core/system/Exceptions.h"
@@ -149,41 +152,6 @@ bool Has(const std::vector<std::string>& elements, std::string_view element) {
                      [&](const std::string& e) { return EqualText(e, element); });
 }
 
-// --- the parts of a collection's value
-
-struct TItemPart {
-  std::string_view Path;
-  std::string_view Value;  // a view into the collection's value
-};
-std::vector<std::vector<TItemPart>> ItemsOf(std::string_view collection) {
-  std::vector<std::vector<TItemPart>> items;
-  TByteReader reader(collection);
-  if (collection.empty() || reader.ReadValueType() != TValueType::vaCollection) return items;
-  while (!reader.SkipEndOfList("the end of the collection")) {
-    if (reader.PeekValueType() != TValueType::vaList) reader.ReadIntegerValue();
-    reader.ReadValueType();
-    std::vector<TItemPart>& item = items.emplace_back();
-    while (!reader.SkipEndOfList("the end of the item")) {
-      const std::string_view path = reader.ReadShortString("a property's name");
-      const std::size_t start = reader.Position();
-      reader.SkipValue();
-      item.push_back({path, reader.Since(start)});
-    }
-  }
-  return items;
-}
-
-// The collection with another value, or none, for a part of an item.
-std::string WithPart(std::string_view collection, const TItemPart& part,
-                     const std::optional<std::string>& value) {
-  // In front of a value stands its path, with the byte for its length.
-  const std::size_t at = static_cast<std::size_t>(part.Value.data() - collection.data());
-  const std::size_t begin = value ? at : at - part.Path.size() - 1;
-  std::string changed(collection.substr(0, begin));
-  if (value) changed += *value;
-  return changed += collection.substr(at + part.Value.size());
-}
-
 // --- from texts to values
 
 bool TakeInteger(const std::string& text, std::int64_t& number) {
@@ -233,7 +201,16 @@ std::string ColorNotation(const std::string& text, const TInspectedRow& row) {
         fmt::format("'{}' does not fit {}: expected a colour, as clRed, $00BBGGRR or #RRGGBB", text,
                     row.Caption));
   if (html) value = (value & 0xFF) << 16 | (value & 0xFF00) | value >> 16;
+  for (const std::string_view name : ColorNames())
+    if (std::uint32_t named = 0; FindColor(name, named) && named == value) return std::string(name);
   return fmt::format("{}", static_cast<std::int32_t>(value));
+}
+
+// Cursors of a program's own have numbers.
+std::string CursorNotation(const std::string& text, const TInspectedRow& row) {
+  std::int64_t number = 0;
+  if (TakeInteger(text, number)) return fmt::format("{}", number);
+  return FromList(text, CursorNames(), row);
 }
 
 std::string SetNotation(const std::string& text, const TInspectedRow& row) {
@@ -266,7 +243,10 @@ std::string Notation(const TInspectedRow& row, const std::string& text) {
     case Text:
       return NotationOfText(text);
     case Integer:
+    case ShortCut:
       return IntegerNotation(text, row);
+    case Cursor:
+      return CursorNotation(text, row);
     case Boolean:
       return FromList(text, {"False", "True"}, row);
     case Enumeration: {
@@ -287,16 +267,17 @@ std::string Notation(const TInspectedRow& row, const std::string& text) {
   }
 }
 
-// Empty where nothing is stored.
+}  // namespace
+
 std::string_view StoredPart(const TDesignComponent& component, const TInspectedRow& row) {
   const std::string_view value = component.FindValue(row.Path);
   if (row.Item < 0) return value;
   const auto items = ItemsOf(value);
-  if (static_cast<std::size_t>(row.Item) >= items.size()) return {};
-  for (const TItemPart& part : items[static_cast<std::size_t>(row.Item)])
-    if (EqualText(part.Path, row.Inner)) return part.Value;
-  return {};
+  const auto item = static_cast<std::size_t>(row.Item);
+  return item < items.size() ? items[item].Value(row.Inner) : std::string_view();
 }
+
+namespace {
 
 std::string ElementsWith(const TDesignComponent& component, const TInspectedRow& row, bool on) {
   const std::string_view stored = StoredPart(component, row);
@@ -381,6 +362,14 @@ std::vector<std::string> ClassChainOf(const TDesignComponent& component) {
   return chain;
 }
 
+std::optional<std::string> ValueWithStored(const TDesignComponent& component,
+                                           const TInspectedRow& row,
+                                           const std::optional<std::string>& value) {
+  if (row.Item < 0) return value;
+  return WithPart(component.FindValue(row.Path), static_cast<std::size_t>(row.Item), row.Inner,
+                  value);
+}
+
 std::optional<std::string> ValueWithText(const TDesignComponent& component,
                                          const TInspectedRow& row, const std::string& text) {
   const std::string_view stored = StoredPart(component, row);
@@ -390,37 +379,83 @@ std::optional<std::string> ValueWithText(const TDesignComponent& component,
   std::string notation = row.Element.empty()
                              ? Notation(row, text)
                              : ElementsWith(component, row, EqualText(text, "True"));
-  if (row.Element.empty() && row.Item < 0 && row.HasDefault && !IsInherited(component) &&
+  if (row.Element.empty() && row.HasDefault && !IsInherited(component) &&
       UserText(row.Kind, notation) == row.Default)
-    return std::nullopt;
+    return ValueReset(component, row);
   // Where the table knows the kind, it was checked above: a colour may be a name or a number.
   const bool checked = row.Kind != Other && row.Kind != Float;
-  std::string value = FormValueFromText(notation, checked ? std::string_view() : stored);
-  if (row.Item < 0) return value;
-  const std::string_view collection = component.FindValue(row.Path);
-  const auto items = ItemsOf(collection);
-  for (const TItemPart& part : items.at(static_cast<std::size_t>(row.Item)))
-    if (EqualText(part.Path, row.Inner)) return WithPart(collection, part, value);
-  return std::string(collection);
+  return ValueWithStored(component, row,
+                         FormValueFromText(notation, checked ? std::string_view() : stored));
 }
 
 std::optional<std::string> ValueReset(const TDesignComponent& component, const TInspectedRow& row) {
-  if (row.Item < 0) return std::nullopt;
-  const std::string_view collection = component.FindValue(row.Path);
-  const auto items = ItemsOf(collection);
-  for (const TItemPart& part : items.at(static_cast<std::size_t>(row.Item)))
-    if (EqualText(part.Path, row.Inner)) return WithPart(collection, part, std::nullopt);
-  return std::string(collection);
+  if (row.Item >= 0 && StoredPart(component, row).empty())
+    return std::string(component.FindValue(row.Path));
+  return ValueWithStored(component, row, std::nullopt);
 }
 
 // --- rows
 
 namespace {
 
+std::string TextOf(TPropertyKind kind, std::string_view value) {
+  if (kind == Picture) return fmt::format("({} bytes)", value.size());
+  if (kind == Collection) return fmt::format("({} items)", ItemsOf(value).size());
+  return UserText(kind, FormValueText(value));
+}
+
+// The kind and type of a stored property that the class's table does not know.
+TPropertyRow UnknownRow(std::string_view path, std::string_view value) {
+  TPropertyRow row{path, KindOfValue(value)};
+  if (IsStringsList(path, value)) row.Kind = Strings;
+  if (const TPropertyRow* other = FindPropertyAnywhere(path)) {
+    row.Kind = other->Kind;
+    row.Type = other->Type;
+  } else if (row.Kind == Other && path.starts_with("On")) {
+    row.Kind = Event;
+  }
+  return row;
+}
+
+// The same for a property of an item, of which less is known: what is stored of it counts, if its
+// name in some class does not say more.
+TPropertyRow UnknownPart(const TItemPart& part) {
+  TPropertyRow row{part.Path, KindOfValue(part.Value)};
+  const TPropertyRow* known = FindPropertyAnywhere(part.Path);
+  if (known == nullptr || (row.Kind != Other && known->Kind != Color)) return row;
+  row.Kind = known->Kind;
+  row.Type = known->Type;
+  return row;
+}
+
+bool NameLess(const TPropertyRow& a, const TPropertyRow& b) {
+  return UpperCase(a.Name) < UpperCase(b.Name);
+}
+
+// Known and stored properties, by name.
+template <class Stored, class RowOf>
+std::vector<TPropertyRow> Merged(const std::vector<TPropertyRow>& known, const Stored& stored,
+                                 const RowOf& rowOf) {
+  std::vector<TPropertyRow> rows = known;
+  for (const auto& property : stored)
+    if (std::ranges::none_of(
+            known, [&](const TPropertyRow& row) { return EqualText(row.Name, property.Path); }))
+      rows.push_back(rowOf(property));
+  if (rows.size() != known.size()) std::ranges::stable_sort(rows, NameLess);
+  return rows;
+}
+
+// What tells an item from others.
+std::string TitleOfItem(const TItemValue& item) {
+  for (const char* path : {"Caption", "Text", "Title.Caption", "DisplayName", "FieldName", "Name"})
+    if (const std::string_view value = item.Value(path); !value.empty()) return TextOf(Text, value);
+  return {};
+}
+
 class TRowCollector {
  public:
   explicit TRowCollector(const TDesignComponent& component)
-      : FComponent(component), FKnown(PropertiesOf(ClassChainOf(component))) {}
+      : FComponent(component), FChain(ClassChainOf(component)) {}
 
   std::vector<TInspectedRow> Collect() {
     TInspectedRow name;
@@ -429,36 +464,14 @@ class TRowCollector {
     name.Text = FComponent.Name();
     name.Stored = true;
     FRows.push_back(name);
-    for (const TPropertyRow& known : Merged()) Add(known);
+    for (const TPropertyRow& known :
+         Merged(PropertiesOf(FChain), FComponent.Properties(),
+                [](const TDesignProperty& p) { return UnknownRow(p.Path, p.Value); }))
+      Add(known);
     return std::move(FRows);
   }
 
  private:
-  // Known and stored properties, by name.
-  std::vector<TPropertyRow> Merged() const {
-    std::vector<TPropertyRow> rows = FKnown;
-    for (const TDesignProperty& property : FComponent.Properties()) {
-      const bool known = std::any_of(FKnown.begin(), FKnown.end(), [&](const TPropertyRow& row) {
-        return EqualText(row.Name, property.Path);
-      });
-      if (known) continue;
-      TPropertyRow row{property.Path, KindOfValue(property.Value)};
-      if (IsStringsList(property.Path, property.Value)) row.Kind = Strings;
-      if (const TPropertyRow* other = FindPropertyAnywhere(property.Path)) {
-        row.Kind = other->Kind;
-        row.Type = other->Type;
-      } else if (row.Kind == Other && property.Path.starts_with("On")) {
-        row.Kind = Event;
-      }
-      rows.push_back(row);
-    }
-    if (rows.size() == FKnown.size()) return rows;  // in their order already
-    std::stable_sort(rows.begin(), rows.end(), [](const TPropertyRow& a, const TPropertyRow& b) {
-      return UpperCase(a.Name) < UpperCase(b.Name);
-    });
-    return rows;
-  }
-
   // The row that "Font" of "Font.Name" is, made where it is not there yet.
   std::size_t GroupOf(std::string_view name) {
     for (std::size_t i = 0; i < FRows.size(); ++i)
@@ -470,13 +483,18 @@ class TRowCollector {
     return FRows.size() - 1;
   }
 
-  void Add(const TPropertyRow& known) {
-    TInspectedRow row;
-    row.Path = row.Caption = known.Name;
+  static void Describe(TInspectedRow& row, const TPropertyRow& known) {
+    row.Caption = known.Name;
     row.Kind = known.Kind;
     row.Type = known.Type;
     row.Default = UserText(known.Kind, std::string(known.Default));
     row.HasDefault = !known.Default.empty();
+  }
+
+  void Add(const TPropertyRow& known) {
+    TInspectedRow row;
+    row.Path = known.Name;
+    Describe(row, known);
     if (known.Kind == Font) {
       row.Group = true;
       row.Text = "(font)";
@@ -497,10 +515,9 @@ class TRowCollector {
 
   static void Read(TInspectedRow& row, std::string_view value) {
     row.Stored = !value.empty();
-    row.Text = row.Stored ? UserText(row.Kind, FormValueText(value)) : row.Default;
-    if (row.Kind == Picture) row.Text = row.Stored ? fmt::format("({} bytes)", value.size()) : "";
-    if (row.Kind == Collection)
-      row.Text = row.Stored ? fmt::format("({} items)", ItemsOf(value).size()) : "(0 items)";
+    row.Text = row.Stored               ? TextOf(row.Kind, value)
+               : row.Kind == Collection ? "(0 items)"
+                                        : row.Default;
   }
 
   void Unfold(std::size_t index) {
@@ -511,7 +528,6 @@ class TRowCollector {
 
   void UnfoldSet(const TInspectedRow& set, std::size_t parent) {
     const std::vector<std::string> elements = SetElements(set.Text);
-    const std::vector<std::string> defaults = SetElements(set.Default);
     std::vector<std::string> all;
     for (const std::string_view value : ValuesOfType(set.Type)) all.emplace_back(value);
     for (const std::string& element : elements)
@@ -528,83 +544,169 @@ class TRowCollector {
 
   void UnfoldItems(const TInspectedRow& collection, std::size_t parent) {
     const auto items = ItemsOf(FComponent.FindValue(collection.Path));
+    const auto& known = PropertiesOfItem(FChain, collection.Path);
     for (std::size_t i = 0; i < items.size(); ++i) {
       TInspectedRow item;
       item.Path = collection.Path;
       item.Item = static_cast<int>(i);
       item.Caption = fmt::format("[{}]", i);
+      item.Text = TitleOfItem(items[i]);
+      item.Stored = true;
       item.Parent = parent;
       item.Group = true;
       FRows.push_back(item);
-      const std::size_t itemRow = FRows.size() - 1;
-      for (const TItemPart& part : items[i]) {
-        TInspectedRow row;
-        row.Path = collection.Path;
-        row.Item = item.Item;
-        row.Inner = row.Caption = part.Path;
-        row.Kind = KindOfValue(part.Value);
-        row.Parent = itemRow;
-        if (const TPropertyRow* known = FindPropertyAnywhere(part.Path);
-            known != nullptr && (row.Kind == Other || known->Kind == Color)) {
-          row.Kind = known->Kind;
-          row.Type = known->Type;
-        }
-        Read(row, part.Value);
-        // A default that the class of the component has is none of its items.
-        row.Default.clear();
-        row.HasDefault = false;
-        FRows.push_back(row);
-        if (row.Kind == Set) UnfoldSet(row, FRows.size() - 1);
-      }
+      const std::size_t place = FRows.size() - 1;
+      for (const TPropertyRow& part : Merged(known, items[i].Parts, UnknownPart))
+        AddPart(item, place, part, items[i].Value(part.Name));
     }
   }
 
+  void AddPart(const TInspectedRow& item, std::size_t parent, const TPropertyRow& known,
+               std::string_view value) {
+    TInspectedRow row;
+    row.Path = item.Path;
+    row.Item = item.Item;
+    row.Inner = known.Name;
+    row.Parent = parent;
+    Describe(row, known);
+    Read(row, value);
+    FRows.push_back(row);
+    if (row.Kind == Set) UnfoldSet(row, FRows.size() - 1);
+  }
+
   const TDesignComponent& FComponent;
-  const std::vector<TPropertyRow>& FKnown;
+  const std::vector<std::string> FChain;
   std::vector<TInspectedRow> FRows;
 };
 
-// Components of one class have the same rows at the same places: there is looked first.
-const TInspectedRow* FindRow(const std::vector<TInspectedRow>& rows, const TInspectedRow& wanted,
-                             std::size_t place) {
-  if (place < rows.size() && rows[place].Kind == wanted.Kind && rows[place].SamePlace(wanted))
-    return &rows[place];
-  const auto found = std::find_if(rows.begin(), rows.end(), [&](const TInspectedRow& row) {
-    return row.Kind == wanted.Kind && row.SamePlace(wanted);
-  });
-  return found != rows.end() ? &*found : nullptr;
-}
-
-// Leaves the rows that the other component has, too.
-std::vector<TInspectedRow> InCommon(const std::vector<TInspectedRow>& rows,
-                                    const std::vector<TInspectedRow>& others) {
-  std::vector<TInspectedRow> common;
-  std::vector<std::size_t> places(rows.size(), TInspectedRow::npos);
-  for (std::size_t i = 0; i < rows.size(); ++i) {
-    const TInspectedRow* other = FindRow(others, rows[i], i);
-    const std::size_t parent = rows[i].Parent;
-    if (other == nullptr || rows[i].Path == NamePath || rows[i].Item >= 0) continue;
-    if (parent != TInspectedRow::npos && places[parent] == TInspectedRow::npos) continue;
-    TInspectedRow row = rows[i];
-    row.Stored = row.Stored || other->Stored;
-    row.Mixed = row.Mixed || row.Text != other->Text;
-    if (row.Mixed) row.Text.clear();
-    if (row.Default != other->Default) row.Default.clear(), row.HasDefault = false;
-    if (parent != TInspectedRow::npos) row.Parent = places[parent];
-    places[i] = common.size();
-    common.push_back(std::move(row));
+// The rows of one component, less what others do not have, with what differs in them marked. A
+// form's designer asks for thousands of components at each click: only the rows of the first one
+// are made, of the others the stored bytes are compared.
+class TCommonRows {
+ public:
+  explicit TCommonRows(const TDesignComponent& first)
+      : FRows(TRowCollector(first).Collect()), FAlive(FRows.size(), true), FValues(FRows.size()) {
+    for (std::size_t i = 0; i < FRows.size(); ++i) {
+      const TInspectedRow& row = FRows[i];
+      // A name and an item are one component's own.
+      FAlive[i] = row.Path != NamePath && row.Item < 0;
+      FValues[i] = first.FindValue(row.Path);
+      if (row.Element.empty() && row.Item < 0) FLeads.emplace(UpperCase(row.Path), i);
+    }
   }
-  return common;
-}
+
+  void Meet(const TDesignComponent& other) {
+    const TClassRows& known = RowsOfClass(other);
+    FStored.assign(FRows.size(), {});
+    for (const TDesignProperty& property : other.Properties())
+      if (const auto lead = FLeads.find(UpperCase(property.Path)); lead != FLeads.end())
+        FStored[lead->second] = property.Value;
+    for (std::size_t i = 0; i < FRows.size(); ++i)
+      if (FAlive[i] && !IsPlainGroup(FRows[i])) Meet(i, known);
+  }
+
+  std::vector<TInspectedRow> Take() {
+    DropEmptyGroups();
+    std::vector<TInspectedRow> common;
+    std::vector<std::size_t> places(FRows.size(), TInspectedRow::npos);
+    for (std::size_t i = 0; i < FRows.size(); ++i) {
+      TInspectedRow& row = FRows[i];
+      const bool child = row.Parent != TInspectedRow::npos;
+      if (!FAlive[i] || (child && places[row.Parent] == TInspectedRow::npos)) continue;
+      if (child) row.Parent = places[row.Parent];
+      if (row.Mixed) row.Text.clear();
+      places[i] = common.size();
+      common.push_back(std::move(row));
+    }
+    return common;
+  }
+
+ private:
+  // What the table of a class says to each row: whether the class has it, and with what default.
+  struct TClassRow {
+    bool Known = false;
+    std::string Default;
+  };
+  using TClassRows = std::vector<TClassRow>;
+
+  // "Constraints", which is there for its parts alone.
+  static bool IsPlainGroup(const TInspectedRow& row) { return row.Group && row.Kind == Other; }
+
+  const TClassRows& RowsOfClass(const TDesignComponent& component) {
+    const TClassKey key{component.StoredClassName(), &component.GetClassInfo()};
+    if (const auto found = FClasses.find(key); found != FClasses.end()) return found->second;
+    const auto& table = PropertiesOf(ClassChainOf(component));
+    TClassRows rows(FRows.size());
+    for (std::size_t i = 0; i < FRows.size(); ++i)
+      for (const TPropertyRow& known : table)
+        if (FRows[i].Item < 0 && EqualText(known.Name, FRows[i].Path))
+          rows[i] = {known.Kind == FRows[i].Kind || !FRows[i].Element.empty(),
+                     UserText(known.Kind, std::string(known.Default))};
+    return FClasses.emplace(key, std::move(rows)).first->second;
+  }
+
+  void Meet(std::size_t i, const TClassRows& known) {
+    TInspectedRow& row = FRows[i];
+    if (!row.Element.empty()) return MeetElement(row, known[i]);
+    const std::string_view value = FStored[i];
+    const bool has =
+        known[i].Known || (!value.empty() && UnknownRow(row.Path, value).Kind == row.Kind);
+    if (!has) {
+      FAlive[i] = false;
+      return;
+    }
+    if (row.Default != known[i].Default) row.Default.clear(), row.HasDefault = false;
+    if (row.Kind == Font) return;
+    row.Stored = row.Stored || !value.empty();
+    row.Mixed = row.Mixed || Differs(row, FValues[i], value, known[i].Default);
+  }
+
+  bool Differs(const TInspectedRow& row, std::string_view first, std::string_view value,
+               const std::string& byDefault) const {
+    if (!first.empty() && first == value) return false;
+    // Of these the text does not tell all.
+    if (row.Kind == Picture || row.Kind == Collection) return first != value;
+    return row.Text != (value.empty() ? byDefault : TextOf(row.Kind, value));
+  }
+
+  // An element goes with its set, whose value of the same component was met right before.
+  void MeetElement(TInspectedRow& row, const TClassRow& known) {
+    const std::size_t set = row.Parent;
+    if (row.Default != known.Default) row.Default.clear(), row.HasDefault = false;
+    if (row.Mixed || !FAlive[set]) return;
+    row.Stored = FRows[set].Stored;
+    const std::string_view value = FStored[set];
+    if (!value.empty() && value == FValues[set]) return;
+    const auto elements = SetElements(value.empty() ? known.Default : TextOf(Set, value));
+    row.Mixed = Has(elements, row.Element) != (row.Text == "True");
+  }
+
+  void DropEmptyGroups() {
+    std::vector<bool> used(FRows.size(), false);
+    for (std::size_t i = FRows.size(); i-- > 0;) {
+      if (IsPlainGroup(FRows[i])) FAlive[i] = FAlive[i] && used[i];
+      if (FAlive[i] && FRows[i].Parent != TInspectedRow::npos) used[FRows[i].Parent] = true;
+    }
+  }
+
+  using TClassKey = std::pair<std::string_view, const TTypeInfo*>;
+
+  std::vector<TInspectedRow> FRows;
+  std::vector<bool> FAlive;
+  std::vector<std::string_view> FValues;  // of the first component
+  std::vector<std::string_view> FStored;  // of the one that is met
+  std::unordered_map<std::string, std::size_t> FLeads;
+  std::map<TClassKey, TClassRows> FClasses;
+};
 
 }  // namespace
 
 std::vector<TInspectedRow> InspectRows(const std::vector<const TDesignComponent*>& components) {
   if (components.empty()) return {};
-  std::vector<TInspectedRow> rows = TRowCollector(*components[0]).Collect();
-  for (std::size_t i = 1; i < components.size(); ++i)
-    rows = InCommon(rows, TRowCollector(*components[i]).Collect());
-  return rows;
+  if (components.size() == 1) return TRowCollector(*components[0]).Collect();
+  TCommonRows rows(*components[0]);
+  for (std::size_t i = 1; i < components.size(); ++i) rows.Meet(*components[i]);
+  return rows.Take();
 }
 
 }  // namespace wrenfold

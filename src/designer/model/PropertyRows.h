@@ -41,12 +41,20 @@ struct TInspectedRow {
 // components the name is left out.
 std::vector<TInspectedRow> InspectRows(const std::vector<const TDesignComponent*>& components);
 
+// What the component stores for the row; empty where it is nothing. A view.
+std::string_view StoredPart(const TDesignComponent& component, const TInspectedRow& row);
+
 // The stored value of the row's property (row.Path) after the text was put into the row; none when
 // nothing is to be stored any more. Raises EConvertError, in words, for what does not fit.
 std::optional<std::string> ValueWithText(const TDesignComponent& component,
                                          const TInspectedRow& row, const std::string& text);
 // The same after the row was given back its default: the property goes, or the part of it does.
 std::optional<std::string> ValueReset(const TDesignComponent& component, const TInspectedRow& row);
+
+// The same after the stored value (tag first, none: nothing is stored) was put into the row.
+std::optional<std::string> ValueWithStored(const TDesignComponent& component,
+                                           const TInspectedRow& row,
+                                           const std::optional<std::string>& value);
 
 // The class of a component and its ancestors as far as they are known, nearest first.
 std::vector<std::string> ClassChainOf(const TDesignComponent& component);

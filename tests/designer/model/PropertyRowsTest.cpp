@@ -73,13 +73,23 @@ TEST(PropertyRows, TextsTypedIntoRowsBecomeTheStoredValues) {
       {form.get(), at("OnShow"), "", "FormShow", "FormShow"},
       {form.get(), at("OnShow"), "", "Form Show", "!"},
       {form.get(), at("Menu"), "", "MainMenu1", "MainMenu1"},
-      {lines, at("Lines.Strings"), "one\nt\xC3\xBC", "a\n\nb", "(\r\n    'a'\r\n    ''\r\n    'b')"},
+      {form.get(), at("Cursor"), "crDefault", "crhandpoint", "crHandPoint"},
+      {form.get(), at("Cursor"), "crDefault", "-21", "-21"},
+      {form.get(), at("Cursor"), "crDefault", "crNone Left", "!"},
+      {lines, at("Lines.Strings"), "one\nt\xC3\xBC", "a\n\nb",
+       "(\r\n    'a'\r\n    ''\r\n    'b')"},
       {list, at("Columns", "", 0, "Width"), "5", "7",
        "<\r\n    item\r\n      Caption = 'A'\r\n      Width = 7\r\n    end\r\n    item\r\n"
        "      Width = 6\r\n    end>"},
       {list, at("Columns", "", 0, "Caption"), "A", "Long name",
        "<\r\n    item\r\n      Caption = 'Long name'\r\n      Width = 5\r\n    end\r\n    item\r\n"
        "      Width = 6\r\n    end>"},
+      {list, at("Columns", "", 1, "Alignment"), "taLeftJustify", "taCenter",
+       "<\r\n    item\r\n      Caption = 'A'\r\n      Width = 5\r\n    end\r\n    item\r\n"
+       "      Width = 6\r\n      Alignment = taCenter\r\n    end>"},
+      {list, at("Columns", "", 1, "Width"), "6", "50",
+       "<\r\n    item\r\n      Caption = 'A'\r\n      Width = 5\r\n    end\r\n    item\r\n"
+       "    end>"},
   };
   for (const TCase& c : cases) {
     const auto rows = InspectRows({c.Component});
@@ -124,6 +134,42 @@ TEST(PropertyRows, OnlyWhatAllComponentsHaveIsShownAndDifferencesAreMixed) {
     EXPECT_NE(row.Path, "Name") << "one name for several components";
     EXPECT_TRUE(row.Parent == TInspectedRow::npos || row.Parent < rows.size());
   }
+}
+
+TEST(PropertyRows, DifferencesAreFoundWhereverAComponentStoresThem) {
+  struct TCase {
+    const char* First;
+    const char* Second;
+    const char* Path;
+    const char* Element;
+    bool Mixed;
+  };
+  const TCase cases[] = {
+      {"", "Enabled = False", "Enabled", "", true},
+      {"Enabled = False", "", "Enabled", "", true},
+      {"", "Enabled = True", "Enabled", "", false},
+      {"Tag = 5", "Tag = 5", "Tag", "", false},
+      {"", "Anchors = [akTop]", "Anchors", "akLeft", true},
+      {"", "Anchors = [akTop]", "Anchors", "akTop", false},
+      {"Anchors = [akTop]", "", "Anchors", "akLeft", true},
+      {"Own.Thing = 1", "Own.Thing = 2", "Own.Thing", "", true},
+      {"Glyph.Data = {01}", "Glyph.Data = {02}", "Glyph.Data", "", true},
+  };
+  for (const TCase& c : cases) {
+    const auto form =
+        Read(std::string("object F: TForm1\r\n  object A: TBitBtn\r\n") + c.First +
+             "\r\n  end\r\n  object B: TBitBtn\r\n" + c.Second + "\r\n  end\r\nend\r\n");
+    const auto rows = InspectRows({form->Children()[0], form->Children()[1]});
+    EXPECT_EQ(Row(rows, c.Path, c.Element).Mixed, c.Mixed) << c.First << " | " << c.Second;
+  }
+  // What one of them does not have at all is no row of both, whoever is asked first.
+  const auto form = Read(
+      "object F: TForm1\r\n  object A: TButton\r\n    Own.Thing = 1\r\n  end\r\n"
+      "  object B: TButton\r\n  end\r\nend\r\n");
+  for (const bool turned : {false, true})
+    for (const TInspectedRow& row :
+         InspectRows({form->Children()[turned ? 1 : 0], form->Children()[turned ? 0 : 1]}))
+      EXPECT_FALSE(row.Path.starts_with("Own")) << row.Path;
 }
 
 TEST(PropertyRows, InheritedComponentStoresTheDefaultInsteadOfTakingItAway) {
