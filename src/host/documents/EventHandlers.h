@@ -21,8 +21,17 @@ class TEventHandlers {
   bool Open(TFormEditor& form, const std::string& eventType, const std::string& method);
 
  private:
-  static std::string Write(TUnitDocument& document, const std::string& className,
+  // Where the class of a form is declared and where its methods have their bodies: one source in
+  // Pascal, header and source in C++. Both null, or none.
+  struct TSources {
+    TSourceEditor* Declaring = nullptr;
+    TSourceEditor* Bodies = nullptr;
+  };
+  static TSources SourcesOf(TFormEditor& form);
+  static std::string Write(const TSources& sources, const std::string& className,
                            const std::string& method, const std::string& eventType);
+  static int LineOfBody(TSourceEditor& source, const std::string& className,
+                        const std::string& method);
 
   TDocuments& FDocuments;
   TDocumentViews& FViews;
