@@ -1,18 +1,19 @@
-// Makes editors and dialogs by the kind of the property.
+// Makes editors by the kind of the property.
 #include "host/panels/PropertyEditors.h"
 
+#include <fmt/format.h>
+
 #include <QApplication>
-#include <QColorDialog>
 #include <QComboBox>
-#include <QDialog>
-#include <QDialogButtonBox>
-#include <QFontDialog>
+#include <QKeyEvent>
 #include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QVBoxLayout>
+#include <QPainter>
 #include <algorithm>
 
+#include "platform/core/system/Exceptions.h"
 #include "platform/core/text/SysUtils.h"
+#include "platform/widgets/Control.h"
+#include "platform/widgets/ShortCuts.h"
 #include "platform/widgets/Text.h"
 
 namespace wrenfold {
@@ -25,17 +26,14 @@ struct TEditorRow {
   TPropertyKind Kind;
   bool Inline;  // can be written
   bool List;    // is chosen from a list, which may be written into when Inline is set as well
-  bool Dialog;
 };
 constexpr TEditorRow EditorRows[] = {
-    {Integer, true, false, false},    {Float, true, false, false},
-    {Text, true, false, true},        {Boolean, false, true, false},
-    {Enumeration, true, true, false}, {Set, true, false, false},
-    {Color, true, true, true},        {Cursor, true, true, false},
-    {ShortCut, true, false, false},   {Font, false, false, true},
-    {Reference, true, true, false},   {Strings, false, false, true},
-    {Picture, false, false, false},   {Collection, false, false, false},
-    {Event, true, true, false},       {Other, true, false, false},
+    {Integer, true, false},  {Float, true, false},       {Text, true, false},
+    {Boolean, false, true},  {Enumeration, true, true},  {Set, true, false},
+    {Color, true, true},     {Cursor, true, true},       {ShortCut, true, false},
+    {Font, false, false},    {Reference, true, true},    {Strings, false, false},
+    {Picture, false, false}, {Collection, false, false}, {Event, true, true},
+    {Other, true, false},
 };
 
 const TEditorRow& EditorOf(TPropertyKind kind) {
@@ -81,56 +79,25 @@ constexpr TSystemColor SystemColors[] = {
     {0x80000000, QPalette::Mid},
 };
 
-bool EditLines(QWidget* parent, const TInspectedRow& row, std::string& text) {
-  QDialog dialog(parent);
-  dialog.setObjectName("LinesForm");
-  dialog.setWindowTitle(ToQString(row.Caption));
-  auto* lines = new QPlainTextEdit(ToQString(text));
-  lines->setObjectName("Lines");
-  lines->setAccessibleName(ToQString(row.Caption));
-  lines->setLineWrapMode(QPlainTextEdit::NoWrap);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-  auto* column = new QVBoxLayout(&dialog);
-  column->addWidget(lines);
-  column->addWidget(buttons);
-  QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
-  QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-  dialog.resize(460, 320);
-  if (dialog.exec() != QDialog::Accepted) return false;
-  text = FromQString(lines->toPlainText());
-  return true;
-}
+// Takes the keys that are pressed for the value: their names need not be typed.
+class TShortCutEdit : public TControlOf<QLineEdit> {
+ public:
+  explicit TShortCutEdit(QWidget* parent) : TControlOf(nullptr, parent) {}
+  // No command of the workbench gets them.
+  bool ClaimsKey(const QKeyEvent&) const override { return true; }
 
-bool EditColor(QWidget* parent, std::string& text) {
-  const QColor chosen = QColorDialog::getColor(ColorOfText(text), parent);
-  if (!chosen.isValid()) return false;
-  text = FromQString(chosen.name());
-  return true;
-}
-
-// "Name|Height|[fsBold]"; a negative height is in pixels.
-bool EditFont(QWidget* parent, std::string& text) {
-  const QStringList parts = ToQString(text).split('|');
-  QFont font;
-  if (!parts.value(0).isEmpty()) font.setFamily(parts[0]);
-  if (const int height = parts.value(1).toInt(); height != 0) font.setPixelSize(std::abs(height));
-  font.setBold(parts.value(2).contains("fsBold"));
-  font.setItalic(parts.value(2).contains("fsItalic"));
-  font.setUnderline(parts.value(2).contains("fsUnderline"));
-  font.setStrikeOut(parts.value(2).contains("fsStrikeOut"));
-  bool taken = false;
-  const QFont chosen = QFontDialog::getFont(&taken, font, parent);
-  if (!taken) return false;
-  QStringList styles;
-  if (chosen.bold()) styles << "fsBold";
-  if (chosen.italic()) styles << "fsItalic";
-  if (chosen.underline()) styles << "fsUnderline";
-  if (chosen.strikeOut()) styles << "fsStrikeOut";
-  const int pixels = chosen.pixelSize() > 0 ? chosen.pixelSize() : QFontInfo(chosen).pixelSize();
-  text = FromQString(chosen.family() + '|' + QString::number(-pixels) + "|[" + styles.join(", ") +
-                     ']');
-  return true;
-}
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    const bool plain = event->modifiers() == Qt::NoModifier;
+    if (plain && (event->key() == Qt::Key_Backspace || event->key() == Qt::Key_Delete))
+      return clear();
+    // Ends the editing.
+    if (plain && (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter))
+      return event->ignore();
+    const TShortCut keys = ShortCutOf(*event);
+    if (keys != 0) setText(ToQString(ShortCutToText(keys)));
+  }
+};
 
 }  // namespace
 
@@ -143,10 +110,6 @@ bool HasChoices(const TInspectedRow& row) {
   return !row.Group && EditorOf(row.Kind).List;
 }
 
-bool HasDialog(const TInspectedRow& row) {
-  return EditorOf(row.Kind).Dialog;
-}
-
 std::string NextChoice(const TInspectedRow& row) {
   const std::vector<std::string> choices = KnownChoices(row);
   const auto at = std::find_if(choices.begin(), choices.end(),
@@ -155,18 +118,32 @@ std::string NextChoice(const TInspectedRow& row) {
   return at == choices.end() || std::next(at) == choices.end() ? choices.front() : *std::next(at);
 }
 
-bool EditInDialog(QWidget* parent, const TInspectedRow& row, std::string& text) {
-  switch (row.Kind) {
-    case Color:
-      return EditColor(parent, text);
-    case Font:
-      return EditFont(parent, text);
-    case Text:
-    case Strings:
-      return EditLines(parent, row, text);
-    default:
-      return false;
-  }
+std::string ShownText(const TInspectedRow& row) {
+  if (row.Kind != ShortCut || row.Text.empty()) return row.Text;
+  std::int32_t code = 0;
+  if (!TryStrToInt(row.Text, code) || code < 0 || code > UINT16_MAX) return row.Text;
+  const std::string keys = ShortCutToText(static_cast<TShortCut>(code));
+  return keys.empty() && code != 0 ? row.Text : keys;
+}
+
+std::string TypedText(const TInspectedRow& row, const std::string& text) {
+  std::int32_t code = 0;
+  if (row.Kind != ShortCut || TryStrToInt(text, code)) return text;
+  const std::uint16_t keys = TextToShortCut(text);
+  if (keys == 0 && !Trim(text).empty())
+    throw EConvertError(
+        fmt::format("'{}' does not fit {}: expected keys, as Ctrl+N", text, row.Caption));
+  return fmt::format("{}", keys);
+}
+
+QPixmap SwatchOf(const QColor& color) {
+  QPixmap swatch(16, 12);
+  swatch.fill(color.isValid() ? color : Qt::transparent);
+  if (!color.isValid()) return swatch;
+  QPainter painter(&swatch);
+  painter.setPen(QApplication::palette().color(QPalette::Mid));
+  painter.drawRect(0, 0, swatch.width() - 1, swatch.height() - 1);
+  return swatch;
 }
 
 QColor ColorOfText(const std::string& text) {
@@ -190,7 +167,7 @@ QWidget* TValueDelegate::createEditor(QWidget* parent, const QStyleOptionViewIte
   // A line edit would lose the line ends.
   if (row->Kind == Text && row->Text.find('\n') != std::string::npos) return nullptr;
   if (!HasChoices(*row)) {
-    auto* edit = new QLineEdit(parent);
+    QLineEdit* edit = row->Kind == ShortCut ? new TShortCutEdit(parent) : new QLineEdit(parent);
     edit->setFrame(false);
     edit->setAccessibleName(ToQString(row->Caption));
     return edit;
@@ -203,11 +180,7 @@ QWidget* TValueDelegate::createEditor(QWidget* parent, const QStyleOptionViewIte
   if (choices.empty()) choices = FChoicesOf(*row);
   for (const std::string& choice : choices) {
     list->addItem(ToQString(choice));
-    if (row->Kind != Color) continue;
-    QPixmap swatch(16, 12);
-    const QColor color = ColorOfText(choice);
-    swatch.fill(color.isValid() ? color : Qt::transparent);
-    list->setItemIcon(list->count() - 1, swatch);
+    if (row->Kind == Color) list->setItemIcon(list->count() - 1, SwatchOf(ColorOfText(choice)));
   }
   auto* self = const_cast<TValueDelegate*>(this);
   connect(list, &QComboBox::activated, self, [self, list] {

@@ -31,15 +31,17 @@ class TValueDelegate : public QStyledItemDelegate {
   TChoicesOf FChoicesOf;
 };
 
-// Whether the value can be written in the row itself, is chosen from a list, has a dialog.
+// Whether the value can be written in the row itself, is chosen from a list.
 bool HasInlineEditor(const TInspectedRow& row);
 bool HasChoices(const TInspectedRow& row);
-bool HasDialog(const TInspectedRow& row);
 // The text that comes after the row's in its list, the first one after the last.
 std::string NextChoice(const TInspectedRow& row);
-// Asks for the value in the dialog of the row's kind; false when the user gave up. The font's text
-// is "Name|Height|Style", of the parts that it is stored in.
-bool EditInDialog(QWidget* parent, const TInspectedRow& row, std::string& text);
+// The row's text as it is shown and typed: keys have names there. Raises EConvertError for what
+// names no keys.
+std::string ShownText(const TInspectedRow& row);
+std::string TypedText(const TInspectedRow& row, const std::string& text);
+// A small picture of the colour; an empty one of none.
+QPixmap SwatchOf(const QColor& color);
 // The colour that the text of a row stands for; not valid when it is none.
 QColor ColorOfText(const std::string& text);
 

@@ -1,10 +1,9 @@
-// Shows rows of properties, writes edited ones into all chosen components.
+// Shows the rows of properties of the chosen components.
 #include "host/panels/PropertyInspector.h"
 
 #include <QApplication>
 #include <QHeaderView>
 #include <QTimer>
-#include <QToolTip>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -12,7 +11,6 @@
 #include "host/panels/PanelPlace.h"
 #include "host/panels/PropertyEditors.h"
 #include "platform/core/text/SysUtils.h"
-#include "platform/widgets/Desktop.h"
 #include "platform/widgets/Guard.h"
 #include "platform/widgets/Text.h"
 
@@ -30,14 +28,6 @@ QString OneLine(const std::string& text) {
   const QString whole = ToQString(text);
   const qsizetype end = whole.indexOf('\n');
   return end < 0 ? whole : whole.left(end) + QChar(0x2026);
-}
-
-TMenuItem* AddItem(TPopupMenu& menu, const char* name, const char* caption) {
-  auto* item = new TMenuItem(&menu);
-  item->SetName(name);
-  item->SetCaption(caption);
-  menu.Items()->Add(item);
-  return item;
 }
 
 }  // namespace
@@ -75,6 +65,8 @@ TPropertyInspector::TPropertyInspector(TComponent* owner, QWidget* parent)
     if (open) FUnfolded.insert(row->Caption);
     else FUnfolded.erase(row->Caption);
   };
+  connect(FGrid, &QTreeWidget::currentItemChanged, this, [this] { UpdateMenu(); });
+  FGrid->installEventFilter(this);
   connect(FGrid, &QTreeWidget::itemExpanded, this, [=](auto* item) { unfolded(item, true); });
   connect(FGrid, &QTreeWidget::itemCollapsed, this, [=](auto* item) { unfolded(item, false); });
   ShowForm(nullptr);
@@ -102,24 +94,7 @@ void TPropertyInspector::LayOut() {
   FPages->addTab(tr("Events"));
   FPages->setDrawBase(false);
   FPages->setExpanding(false);
-  FGrid->setObjectName("PropertyGrid");
-  FGrid->setAccessibleName(tr("Properties"));
-  FGrid->setToolTip(
-      tr("F2 or typing edits a value; a double click turns to the next one, opens the "
-         "dialog of the property or the method of the event"));
-  FGrid->setColumnCount(2);
-  FGrid->setHeaderLabels({tr("Property"), tr("Value")});
-  FGrid->setUniformRowHeights(true);
-  FGrid->setAlternatingRowColors(true);
-  FGrid->setIndentation(14);
-  FGrid->setFrameShape(QFrame::NoFrame);
-  FGrid->setExpandsOnDoubleClick(false);
-  FGrid->setEditTriggers(QAbstractItemView::SelectedClicked | QAbstractItemView::EditKeyPressed |
-                         QAbstractItemView::AnyKeyPressed);
-  FGrid->setItemDelegate(new TValueDelegate(
-      FGrid, [this](const QModelIndex& index) { return RowOf(FGrid->itemFromIndex(index)); },
-      [this](const TInspectedRow& row) { return ChoicesOf(row); }));
-  FGrid->header()->resizeSection(0, 120);
+  LayOutGrid();
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 4, 0, 0);
   column->setSpacing(4);
@@ -139,18 +114,25 @@ void TPropertyInspector::LayOut() {
   setFocusProxy(FGrid);
 }
 
-void TPropertyInspector::MakeMenu() {
-  auto* menu = new TPopupMenu(this);
-  menu->SetName("LocalMenu");
-  Bind<&TPropertyInspector::MenuPopup>(menu->OnPopup, this);
-  SetPopupMenu(menu);
-  menu->AttachTo(FGrid);
-  Bind<&TPropertyInspector::EditValue>(AddItem(*menu, "piEdit", "&Edit...")->OnClick, this);
-  Bind<&TPropertyInspector::ResetValue>(AddItem(*menu, "piReset", "&Reset to default")->OnClick,
-                                        this);
-  Bind<&TPropertyInspector::CopyValue>(AddItem(*menu, "piCopyValue", "&Copy value")->OnClick, this);
-  Bind<&TPropertyInspector::ShowDesigner>(AddItem(*menu, "piShowForm", "&View form")->OnClick,
-                                          this);
+void TPropertyInspector::LayOutGrid() {
+  FGrid->setObjectName("PropertyGrid");
+  FGrid->setAccessibleName(tr("Properties"));
+  FGrid->setToolTip(
+      tr("F2 or typing edits a value; a double click turns to the next one, opens the "
+         "dialog of the property or the method of the event"));
+  FGrid->setColumnCount(2);
+  FGrid->setHeaderLabels({tr("Property"), tr("Value")});
+  FGrid->setUniformRowHeights(true);
+  FGrid->setAlternatingRowColors(true);
+  FGrid->setIndentation(14);
+  FGrid->setFrameShape(QFrame::NoFrame);
+  FGrid->setExpandsOnDoubleClick(false);
+  FGrid->setEditTriggers(QAbstractItemView::SelectedClicked | QAbstractItemView::EditKeyPressed |
+                         QAbstractItemView::AnyKeyPressed);
+  FGrid->setItemDelegate(new TValueDelegate(
+      FGrid, [this](const QModelIndex& index) { return RowOf(FGrid->itemFromIndex(index)); },
+      [this](const TInspectedRow& row) { return ChoicesOf(row); }));
+  FGrid->header()->resizeSection(0, 120);
 }
 
 // --- what is shown
@@ -165,11 +147,19 @@ void TPropertyInspector::Refresh() {
   std::vector<const TDesignComponent*> chosen;
   for (const TDesignComponent* component : Chosen()) chosen.push_back(component);
   std::vector<TInspectedRow> rows = InspectRows(chosen);
-  if (UpdateGrid(rows)) return;
+  if (!FFillLater) {
+    if (UpdateGrid(rows)) return UpdateMenu();
+    if (const TInspectedRow* current = CurrentRow()) FKept = *current;
+  }
   FRows = std::move(rows);
   if (!FEditing) return FillGrid();
   // The view is still busy with the item whose value was edited.
-  QTimer::singleShot(0, this, [this] { Guarded(this, [this] { FillGrid(); }); });
+  if (std::exchange(FFillLater, true)) return;
+  QTimer::singleShot(0, this, [this] {
+    Guarded(this, [this] {
+      if (FFillLater) FillGrid();
+    });
+  });
 }
 
 void TPropertyInspector::FillComponents() {
@@ -229,28 +219,37 @@ bool TPropertyInspector::UpdateGrid(const std::vector<TInspectedRow>& rows) {
 }
 
 void TPropertyInspector::FillGrid() {
-  const TInspectedRow* current = RowOf(FGrid->currentItem());
-  const std::string kept = current != nullptr ? current->Caption : std::string();
   FFilling = true;
+  FFillLater = false;
+  FGrid->setUpdatesEnabled(false);
   FGrid->clear();
   FItems.clear();
-  QTreeWidgetItem* again = nullptr;
+  QList<QTreeWidgetItem*> top;
   for (std::size_t i = 0; i < FRows.size(); ++i) {
     const TInspectedRow& row = FRows[i];
-    auto* item = row.Parent == TInspectedRow::npos ? new QTreeWidgetItem(FGrid)
-                                                   : new QTreeWidgetItem(FItems[row.Parent]);
+    const bool child = row.Parent != TInspectedRow::npos;
+    auto* item = child ? new QTreeWidgetItem(FItems[row.Parent]) : new QTreeWidgetItem;
+    if (!child) top.append(item);
     FItems.push_back(item);
     item->setData(0, RowRole, static_cast<qulonglong>(i));
     item->setText(0, ToQString(row.Caption));
     if (HasInlineEditor(row)) item->setFlags(item->flags() | Qt::ItemIsEditable);
     ShowRow(*item, row);
-    if (again == nullptr && row.Caption == kept) again = item;
   }
+  // At once: the view would look at each of them.
+  FGrid->addTopLevelItems(top);
   for (std::size_t i = 0; i < FRows.size(); ++i)
     if (FItems[i]->childCount() > 0) FItems[i]->setExpanded(FUnfolded.contains(FRows[i].Caption));
-  FFilling = false;
   ApplyFilter();
-  if (again != nullptr) FGrid->setCurrentItem(again);
+  FFilling = false;
+  if (const auto kept = std::exchange(FKept, std::nullopt)) ChooseRow(*kept);
+  FGrid->setUpdatesEnabled(true);
+  UpdateMenu();
+}
+
+void TPropertyInspector::ChooseRow(const TInspectedRow& place) {
+  for (std::size_t i = 0; i < FRows.size(); ++i)
+    if (FRows[i].SamePlace(place)) return FGrid->setCurrentItem(FItems[i]);
 }
 
 // A default is dimmed, what is stored stands out in its full colour.
@@ -258,33 +257,35 @@ void TPropertyInspector::ShowRow(QTreeWidgetItem& item, const TInspectedRow& row
   QColor ink = QApplication::palette().color(QPalette::Text);
   if (!row.Stored && !row.Group) ink.setAlphaF(DefaultInk);
   item.setForeground(1, ink);
-  item.setText(1, OneLine(row.Text));
-  item.setToolTip(1, ToQString(row.Text).left(LongestTip));
-  if (row.Mixed) item.setToolTip(1, tr("The components have different values"));
+  item.setText(1, OneLine(ShownText(row)));
+  item.setToolTip(1, row.Mixed ? tr("The components have different values")
+                               : ToQString(row.Text).left(LongestTip));
   if (row.Kind != TPropertyKind::Color) return;
   const QColor color = row.Mixed || row.Text.empty() ? QColor() : ColorOfText(row.Text);
-  if (!color.isValid()) return item.setIcon(1, QIcon());
-  QPixmap swatch(16, 12);
-  swatch.fill(color);
-  item.setIcon(1, swatch);
+  item.setIcon(1, color.isValid() ? QIcon(SwatchOf(color)) : QIcon());
 }
 
 void TPropertyInspector::ApplyFilter() {
   const bool events = FPages->currentIndex() == pgEvents;
+  const bool changedOnly = FChangedOnly->isChecked();
+  const QString wanted = FFilter->text();
   FGrid->setUpdatesEnabled(false);
+  // Whether the row or one that it is unfolded from has the name that is looked for.
+  std::vector<bool> named(FItems.size());
+  for (std::size_t i = 0; i < FItems.size(); ++i) {
+    const std::size_t parent = FRows[i].Parent;
+    named[i] = (parent != TInspectedRow::npos && named[parent]) ||
+               FItems[i]->text(0).contains(wanted, Qt::CaseInsensitive);
+  }
   // A parent stands before its children: from the end on, a shown child shows its parent.
   std::vector<bool> shown(FItems.size(), false);
   for (std::size_t i = FItems.size(); i-- > 0;) {
     const TInspectedRow& row = FRows[i];
-    const std::size_t top = row.Parent == TInspectedRow::npos ? i : row.Parent;
     const bool onPage = (row.Kind == TPropertyKind::Event) == events;
-    const bool changed = !FChangedOnly->isChecked() || row.Stored;
-    const bool named = ToQString(row.Caption).contains(FFilter->text(), Qt::CaseInsensitive) ||
-                       ToQString(FRows[top].Caption).contains(FFilter->text(), Qt::CaseInsensitive);
-    const bool own = onPage && named && changed &&
-                     !(row.Group && FItems[i]->childCount() > 0 && FChangedOnly->isChecked());
-    shown[i] = shown[i] || own;
-    FItems[i]->setHidden(!shown[i]);
+    const bool changed = !changedOnly || row.Stored;
+    const bool forPartsAlone = changedOnly && row.Group && FItems[i]->childCount() > 0;
+    if (onPage && named[i] && changed && !forPartsAlone) shown[i] = true;
+    if (FItems[i]->isHidden() == shown[i]) FItems[i]->setHidden(!shown[i]);
     if (shown[i] && row.Parent != TInspectedRow::npos) shown[row.Parent] = true;
   }
   FGrid->setUpdatesEnabled(true);
@@ -308,154 +309,6 @@ std::vector<std::string> TPropertyInspector::ChoicesOf(const TInspectedRow& row)
   }
   std::sort(choices.begin(), choices.end());
   return choices;
-}
-
-// --- what the user does
-
-void TPropertyInspector::ComponentChosen(int index) {
-  TFormDocument* document = FEditor != nullptr ? FEditor->Document() : nullptr;
-  if (document == nullptr || index < 0) return;
-  TComponent* chosen = &document->Root();
-  if (index > 0) chosen = document->Root().Components()[static_cast<std::size_t>(index - 1)];
-  FEditor->Designer().SelectComponent(chosen);
-}
-
-void TPropertyInspector::ValueEdited(QTreeWidgetItem* item, int column) {
-  if (FFilling || column != 1) return;
-  Put(item, FromQString(item->text(1)));
-}
-
-void TPropertyInspector::Change(
-    const std::function<std::optional<std::string>(const TDesignComponent&)>& value,
-    const std::string& path) {
-  std::vector<TFormChange> changes;
-  for (const TDesignComponent* component : Chosen())
-    changes.push_back(TFormEdits::Change(*component, path, value(*component)));
-  FEditor->Change(std::move(changes));
-}
-
-void TPropertyInspector::Put(QTreeWidgetItem* item, const std::string& text) {
-  const TInspectedRow* shown = RowOf(item);
-  if (shown == nullptr || FEditor == nullptr || FEditor->Document() == nullptr) return;
-  const TInspectedRow row = *shown;
-  FEditing = true;
-  std::string trouble;
-  try {
-    Change(
-        [&](const TDesignComponent& component) -> std::optional<std::string> {
-          if (row.Path == NameOfComponent) return text;
-          return ValueWithText(component, row, text);
-        },
-        row.Path);
-  } catch (const Exception& e) {
-    trouble = e.Message();
-  }
-  Refresh();
-  FEditing = false;
-  if (!trouble.empty()) Tell(item, trouble);
-}
-
-// What is wrong with the value stands at its row.
-void TPropertyInspector::Tell(QTreeWidgetItem* item, const std::string& trouble) {
-  FFilling = true;
-  item->setToolTip(1, ToQString(trouble));
-  FFilling = false;
-  const QRect place = FGrid->visualItemRect(item);
-  QToolTip::showText(FGrid->viewport()->mapToGlobal(place.bottomLeft()), ToQString(trouble), FGrid,
-                     {}, 8000);
-}
-
-void TPropertyInspector::ItemDoubleClicked(QTreeWidgetItem* item) {
-  const TInspectedRow* row = RowOf(item);
-  if (row == nullptr) return;
-  if (row->Kind == TPropertyKind::Event) return OpenEvent(item);
-  if (row->Kind == TPropertyKind::Boolean || row->Kind == TPropertyKind::Enumeration)
-    return Put(item, NextChoice(*row));
-  const bool lines = row->Kind == TPropertyKind::Text && row->Text.find('\n') == std::string::npos;
-  if (HasDialog(*row) && !lines) return EditValue(nullptr);
-  if (item->childCount() > 0 && !HasInlineEditor(*row)) item->setExpanded(!item->isExpanded());
-  else FGrid->editItem(item, 1);
-}
-
-void TPropertyInspector::EditValue(TObject*) {
-  QTreeWidgetItem* item = FGrid->currentItem();
-  const TInspectedRow* row = RowOf(item);
-  if (row == nullptr) return;
-  if (row->Kind == TPropertyKind::Event) return OpenEvent(item);
-  if (row->Kind == TPropertyKind::Font) return PutFont(*row);
-  std::string text = row->Text;
-  if (!HasDialog(*row)) FGrid->editItem(item, 1);
-  else if (EditInDialog(this, *row, text)) Put(item, text);
-}
-
-// The parts of a font are properties of their own and change in one stroke.
-void TPropertyInspector::PutFont(const TInspectedRow& font) {
-  constexpr const char* Parts[] = {".Name", ".Height", ".Style"};
-  const std::string path = font.Path;
-  std::string text;
-  std::vector<TInspectedRow> parts;
-  for (const char* part : Parts)
-    for (const TInspectedRow& row : FRows)
-      if (row.Path == path + part && row.Element.empty()) {
-        text += (text.empty() ? "" : "|") + row.Text;
-        parts.push_back(row);
-      }
-  if (parts.size() != std::size(Parts) || !EditInDialog(this, font, text)) return;
-  const QStringList values = ToQString(text).split('|');
-  std::vector<TFormChange> changes;
-  for (const TDesignComponent* component : Chosen())
-    for (std::size_t i = 0; i < parts.size(); ++i)
-      changes.push_back(TFormEdits::Change(
-          *component, parts[i].Path,
-          ValueWithText(*component, parts[i], FromQString(values.value(static_cast<int>(i))))));
-  FEditor->Change(std::move(changes));
-  Refresh();
-}
-
-void TPropertyInspector::OpenEvent(QTreeWidgetItem* item) {
-  const TInspectedRow row = *RowOf(item);
-  const std::vector<TDesignComponent*> chosen = Chosen();
-  if (chosen.empty() || !OpenMethod) return;
-  std::string method = row.Text;
-  if (method.empty()) {
-    const bool root = chosen[0] == &FEditor->Document()->Root();
-    method = (root ? std::string("Form") : chosen[0]->Name()) +
-             (row.Caption.starts_with("On") ? row.Caption.substr(2) : row.Caption);
-  }
-  TFormEditor& editor = *FEditor;
-  if (!OpenMethod(editor, row, method) || !row.Text.empty() || FEditor != &editor) return;
-  // Showing the source may have made the rows anew.
-  for (std::size_t i = 0; i < FRows.size() && i < FItems.size(); ++i)
-    if (FRows[i].SamePlace(row)) return Put(FItems[i], method);
-}
-
-void TPropertyInspector::MenuPopup(TObject*) {
-  const TInspectedRow* row = RowOf(FGrid->currentItem());
-  for (TMenuItem* item : PopupMenu()->Items()->Items()) {
-    if (item->Name() == "piEdit")
-      item->SetEnabled(row != nullptr && (HasInlineEditor(*row) || HasDialog(*row)));
-    if (item->Name() == "piReset")
-      item->SetEnabled(row != nullptr && row->Stored && row->Element.empty() && !row->Group &&
-                       row->Path != NameOfComponent);
-    if (item->Name() == "piCopyValue") item->SetEnabled(row != nullptr && !row->Mixed);
-    if (item->Name() == "piShowForm") item->SetEnabled(FEditor != nullptr);
-  }
-}
-
-void TPropertyInspector::ResetValue(TObject*) {
-  const TInspectedRow* shown = RowOf(FGrid->currentItem());
-  if (shown == nullptr || FEditor == nullptr) return;
-  const TInspectedRow row = *shown;
-  Change([&](const TDesignComponent& component) { return ValueReset(component, row); }, row.Path);
-  Refresh();
-}
-
-void TPropertyInspector::CopyValue(TObject*) {
-  if (const TInspectedRow* row = RowOf(FGrid->currentItem())) SetClipboardText(row->Text);
-}
-
-void TPropertyInspector::ShowDesigner(TObject*) {
-  if (FEditor != nullptr) FEditor->Show();
 }
 
 }  // namespace wrenfold

@@ -84,6 +84,7 @@ TWorkbench::TWorkbench()
   FViews->Serve(*FDocuments);
   FViews->OnTitleChange = [this] { UpdateTitle(); };
   FileDialogs() = SystemDialogs(this);
+  Inspector().FileDialogs = &FileDialogs();
   FEditWindow->layout()->addWidget(FFindBar);
   FEditWindow->OnBuildMenu = [this](TPopupMenu& menu) { BuildEditorMenu(*this, menu); };
   Inspector().MethodsFor = [this](TFormEditor& form, const TInspectedRow& event) {
