@@ -51,7 +51,9 @@ class TFormNotifier : public TNotifierObject<IOTAFormNotifier> {
     if (FEvents != nullptr) FEvents->FormActivated(FRoot);
   }
   void ComponentRenamed(TComponent* component, const std::string&, const std::string&) override {
-    if (FEvents != nullptr && component == FRoot) FEvents->FormListChanged();
+    // A form that was read again has another root.
+    const bool root = component != nullptr && component->Owner() == nullptr;
+    if (FEvents != nullptr && root) FEvents->FormListChanged();
   }
   void SelectionChanged() override {}
 

@@ -56,6 +56,11 @@ constexpr TMenuRow MenuRows[] = {
     {"miLineShow", 0, mtLine},
 };
 
+struct TShownList : TObject {
+  TIntf<IOTAEditor> Chosen;
+  bool Focused = false;
+};
+
 TAction* FindCloseAllAction() {
   const auto services = Supports<INTAServices>(BorlandIDEServices);
   TActionList* list = services ? services->GetActionList() : nullptr;
@@ -94,6 +99,22 @@ TInspectorViewMng::TInspectorViewMng()
 
 TInspectorViewMng::~TInspectorViewMng() {
   SetUpdated(false);
+}
+
+std::unique_ptr<TObject> TInspectorViewMng::CloseWindows() {
+  if (FCombo.isNull()) return nullptr;
+  auto list = std::make_unique<TShownList>();
+  list->Chosen = TIntf<IOTAEditor>(ChosenEditor());
+  list->Focused = FCombo->hasFocus();
+  return list;
+}
+
+void TInspectorViewMng::ReopenWindows(const TObject& windows) {
+  const auto& list = dynamic_cast<const TShownList&>(windows);
+  BuildControls();
+  if (FCombo.isNull()) return;
+  ChooseEntry(list.Chosen.get());
+  if (list.Focused) FCombo->setFocus();
 }
 
 void TInspectorViewMng::SetUpdated(bool updated) {

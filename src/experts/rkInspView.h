@@ -21,6 +21,9 @@ class TInspectorViewMng : public TSharedManager, private IFormListEvents {
 
   TInspectorViewMng();
   ~TInspectorViewMng() override;
+  // The choice in the list, and whether the user is in it.
+  std::unique_ptr<TObject> CloseWindows() override;
+  void ReopenWindows(const TObject& windows) override;
 
   bool DisplayPanel() const { return FDisplayPanel; }
   void SetDisplayPanel(bool display);
@@ -55,6 +58,8 @@ class TInspectorViewMng : public TSharedManager, private IFormListEvents {
   void FillFormCombo();
   void RefreshWhenQuiet();
   void SetActiveForm();
+  // The entry of the editor, if it has one.
+  void ChooseEntry(IOTAEditor* editor);
   void FormComboChange();
   bool IsOpen(IOTAEditor* editor) const;
   void FocusComboIfWanted();

@@ -67,10 +67,7 @@ void TInspectorViewMng::FillFormCombo() {
   FCombo->clear();
   for (const int index : order) FCombo->addItem(ToQString(nameOf(index)), index);
   FCombo->setCurrentIndex(-1);
-  for (int item = 0; item < FCombo->count() && chosen; ++item)
-    if (SameObject(FEntries[static_cast<std::size_t>(FCombo->itemData(item).toInt())].Editor.get(),
-                   chosen.get()))
-      FCombo->setCurrentIndex(item);
+  ChooseEntry(chosen.get());
   SetActiveForm();
 }
 
@@ -82,10 +79,13 @@ void TInspectorViewMng::RefreshWhenQuiet() {
 void TInspectorViewMng::SetActiveForm() {
   if (FCombo.isNull()) return;
   const auto active = GetActiveFormEditor();
-  if (!active) return;
-  for (int item = 0; item < FCombo->count(); ++item) {
+  ChooseEntry(active.get());
+}
+
+void TInspectorViewMng::ChooseEntry(IOTAEditor* editor) {
+  for (int item = 0; item < FCombo->count() && editor != nullptr; ++item) {
     const auto index = static_cast<std::size_t>(FCombo->itemData(item).toInt());
-    if (SameObject(FEntries[index].Editor.get(), active.get())) FCombo->setCurrentIndex(item);
+    if (SameObject(FEntries[index].Editor.get(), editor)) FCombo->setCurrentIndex(item);
   }
 }
 

@@ -244,7 +244,7 @@ bool TDocuments::ReloadFile(const std::string& fileName) {
       if (source->LoadedDocument() != nullptr) source->LoadedDocument()->Reload();
     } else if (TFormEditor* form = module->FormEditor()) {
       FViews.FormGoes(*form);
-      form->Forget();
+      form->ReadAgain();
       EditorChanged(*module);
       FViews.FormRead(*form);
     }

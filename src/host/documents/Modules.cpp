@@ -234,6 +234,15 @@ void TFormEditor::Forget() {
   FFailed = false;
 }
 
+void TFormEditor::ReadAgain() {
+  const std::string before = FDocument != nullptr ? FDocument->Root().Name() : std::string();
+  Forget();
+  TComponent* root = before.empty() ? nullptr : GetRootComponent();
+  if (root == nullptr || root->Name() == before) return;
+  Notifiers.CallForm(
+      [&](IOTAFormNotifier& notifier) { notifier.ComponentRenamed(root, before, root->Name()); });
+}
+
 void TFormEditor::SaveAs(const std::string& fileName) {
   if (FDocument == nullptr) return;
   Notifiers.Call(&IOTANotifier::BeforeSave);

@@ -183,6 +183,8 @@ class TFormEditor final : public TEditorOf<IOTAFormEditor, INTAFormEditor> {
   void Redo();
   // Reads the file again at the next use; what was changed is gone.
   void Forget();
+  // The same at once, and tells who listens when the form has another name now.
+  void ReadAgain();
   TModuleHost& Host() { return FHost; }
 
   IOTAEditor* Interface() override { return this; }

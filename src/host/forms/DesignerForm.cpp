@@ -265,6 +265,11 @@ void TDesignerForm::Update() {
   ShowSelection();
 }
 
+void TDesignerForm::Forget() {
+  FSurface->ShowForm(nullptr, nullptr);
+  FShown = nullptr;
+}
+
 // Whether a selected component is in the form no more.
 bool TDesignerForm::LostSelection() const {
   const TFormDocument* document = FEditor.LoadedDocument();

@@ -31,6 +31,8 @@ class TDesignerForm : public TForm {
   bool Uses(std::string_view className) const { return FCatalog->AskedFor(className); }
   // Components or properties may be others now.
   void Update();
+  // The form is about to be given up and read again: nothing of it is shown until Update.
+  void Forget();
   // The designer's selection changed.
   void ShowSelection();
 

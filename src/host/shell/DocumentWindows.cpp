@@ -120,7 +120,10 @@ void TDocumentWindows::PageChanged() {
   const TEditPage* page = F.Editor.ActivePage();
   const TModule* module = page != nullptr ? page->Source().Module() : nullptr;
   TFormEditor* form = module != nullptr ? module->FormEditor() : nullptr;
-  if (form != F.Inspector.Editor()) F.Inspector.ShowForm(form);
+  if (form != F.Inspector.Editor()) {
+    F.Inspector.ShowForm(form);
+    if (form != nullptr) form->Activated();
+  }
   TitleChanged();
 }
 
@@ -148,6 +151,7 @@ void TDocumentWindows::EditorChanged(TModule& module) {
 void TDocumentWindows::FormGoes(TFormEditor& editor) {
   FReread = F.Inspector.Editor() == &editor ? &editor : nullptr;
   if (FReread != nullptr) F.Inspector.ShowForm(nullptr);
+  if (TDesignerForm* designer = F.Designers.Find(editor)) designer->Forget();
 }
 
 void TDocumentWindows::FormRead(TFormEditor& editor) {
