@@ -198,7 +198,7 @@ QWidget* TInspectorViewMng::CreatePanel() {
   FPanel = new QWidget(place != nullptr ? place : inspector);
   FPanel->setObjectName("FormListPanel");
   auto* row = new QHBoxLayout(FPanel);
-  row->setContentsMargins(2, 2, 2, 2);
+  row->setContentsMargins(4, 2, 4, 2);  // as wide as the list of components below
   FCombo = new QComboBox;
   FCombo->setObjectName("FormCombo");
   FCombo->setAccessibleName(ToQString(LocaleStr(sInspectorViewExpert)));

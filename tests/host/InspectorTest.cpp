@@ -59,6 +59,9 @@ TEST_F(Inspector, WhatIsNoValueIsRefusedAtItsRowAndTheOldOneStays) {
   Put("Left", "'open");
   EXPECT_EQ(Value("Left"), "10");
   EXPECT_NE(Row("Left")->toolTip(1).indexOf("expected a whole number"), -1);
+  Put("ActiveControl", "Nobody");
+  EXPECT_EQ(Value("ActiveControl"), "");
+  EXPECT_NE(Row("ActiveControl")->toolTip(1).indexOf("expected a component"), -1);
   Put("Name", "no name");
   EXPECT_EQ(Value("Name"), "MainForm");
   EXPECT_FALSE(Workbench->Documents().Modified());

@@ -24,8 +24,9 @@ class FormList : public HostTest {
   // A package of its own, with its settings beside it.
   void LoadPackage() {
     const std::string file = Folder.Path() + "/Wrenfold4.so";
-    if (!FileExists(file))
-      Folder.Write("Wrenfold4.so", ReadWholeFile(WRENFOLD_BIN_DIR "/Wrenfold4.so"));
+    for (const char* name : {"Wrenfold4.so", "wren_ger.dll"})
+      if (!FileExists(Folder.Path() + "/" + name))
+        Folder.Write(name, ReadWholeFile(std::string(WRENFOLD_BIN_DIR "/") + name));
     ASSERT_TRUE(Workbench->Packages().Load(file));
     Settle();
   }
@@ -53,6 +54,12 @@ class FormList : public HostTest {
   void Show(const char* unit) {
     Form(unit).Show();
     Settle();
+  }
+  static TMenuItem* FindItem(TMenuItem& menu, const char* caption) {
+    TMenuItem* found = menu.Find(caption);
+    for (TMenuItem* item : menu.Items())
+      if (found == nullptr) found = FindItem(*item, caption);
+    return found;
   }
   void Click(const char* caption) {
     ASSERT_NE(Menu().Find(caption), nullptr) << caption;
@@ -145,6 +152,24 @@ TEST_F(FormList, FormsThatAreRenamedClosedOrReadAgainWhileTheyAreShown) {
   Workbench->Documents().CloseModule(*Workbench->Workspace().Find(FileOf("Main")), false);
   Settle();
   EXPECT_EQ(Items(), "ChildForm");
+}
+
+TEST_F(FormList, SwitchedLanguageMakesTheListAnewWithItsChoiceAndTheFocusInIt) {
+  Show("Child");
+  Show("Main");
+  Workbench->activateWindow();
+  Combo()->setFocus();
+  Settle();
+  Combo()->setCurrentIndex(Combo()->findText("ChildForm"));
+  TMenuItem* german = FindItem(*Workbench->Commands().Menu().Items(), "German");
+  ASSERT_NE(german, nullptr);
+  german->Click();
+  Settle();
+  EXPECT_EQ(Menu().Count(), PlainMenu + 9);
+  EXPECT_EQ(Menu().Find("Display panel"), nullptr) << "still in the language before";
+  EXPECT_EQ(Items(), "ChildForm, MainForm");
+  EXPECT_EQ(Chosen(), "ChildForm");
+  EXPECT_EQ(QApplication::focusWidget(), Combo());
 }
 
 TEST_F(FormList, UnloadedPackageLeavesTheInspectorAsItWasAndComesBack) {

@@ -79,6 +79,8 @@ class TPropertyInspector : public TForm {
   void ItemDoubleClicked(QTreeWidgetItem* item);
   void EnterPressed();
   void Put(QTreeWidgetItem* item, const std::string& text);
+  // Raises EConvertError when the form has no such component.
+  void RequireComponent(const TInspectedRow& row, const std::string& name) const;
   void PutFont(const TInspectedRow& row);
   void PutPicture(const TInspectedRow& row);
   void OpenEvent(QTreeWidgetItem* item);

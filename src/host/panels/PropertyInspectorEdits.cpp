@@ -9,6 +9,9 @@
 #include "host/panels/PropertyDialogs.h"
 #include "host/panels/PropertyEditors.h"
 #include "host/panels/PropertyInspector.h"
+#include "platform/core/stream/ValueTypes.h"
+#include "platform/core/system/Exceptions.h"
+#include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Desktop.h"
 #include "platform/widgets/Guard.h"
 #include "platform/widgets/Text.h"
@@ -57,6 +60,18 @@ void TPropertyInspector::Change(
   FEditor->Change(std::move(changes));
 }
 
+// Whose components stand in other files is not known here.
+void TPropertyInspector::RequireComponent(const TInspectedRow& row, const std::string& name) const {
+  const TDesignComponent& root = FEditor->Document()->Root();
+  std::int32_t position = 0;
+  const bool elsewhere =
+      name.find('.') != std::string::npos || (root.FilerFlags(position) & ffInherited) != 0;
+  if (name.empty() || elsewhere || EqualText(name, root.Name())) return;
+  if (root.FindComponent(name) == nullptr)
+    throw EConvertError(
+        fmt::format("'{}' does not fit {}: expected a component of the form", name, row.Caption));
+}
+
 void TPropertyInspector::Put(QTreeWidgetItem* item, const std::string& text) {
   const TInspectedRow* shown = RowOf(item);
   if (shown == nullptr || FEditor == nullptr || FEditor->Document() == nullptr) return;
@@ -65,6 +80,7 @@ void TPropertyInspector::Put(QTreeWidgetItem* item, const std::string& text) {
   std::string trouble;
   try {
     const std::string typed = TypedText(row, text);
+    if (row.Kind == TPropertyKind::Reference) RequireComponent(row, typed);
     Change(
         [&](const TDesignComponent& component) -> std::optional<std::string> {
           if (row.Path == NameOfComponent) return typed;
