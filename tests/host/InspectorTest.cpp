@@ -297,7 +297,7 @@ TEST_F(Inspector, ItemsAreAddedMovedAndDeletedByKeysAndKeepWhatTheyStore) {
       "        Text = 'A'\r\n      end>\r\n  end\r\n");
   const std::string before = form.Document()->Text();
   QTreeWidget& grid = Workbench->Inspector().Grid();
-  EXPECT_EQ(Value("Panels"), "(1 items)");
+  EXPECT_EQ(Value("Panels"), "(1 item)");
   EXPECT_EQ(Value("[0]"), "A") << "an item without a title";
   EXPECT_EQ(Value("Own"), "5") << "what the table does not know of an item";
   Workbench->activateWindow();

@@ -398,9 +398,13 @@ std::optional<std::string> ValueReset(const TDesignComponent& component, const T
 
 namespace {
 
+std::string CountText(std::size_t items) {
+  return items == 1 ? "(1 item)" : fmt::format("({} items)", items);
+}
+
 std::string TextOf(TPropertyKind kind, std::string_view value) {
   if (kind == Picture) return fmt::format("({} bytes)", value.size());
-  if (kind == Collection) return fmt::format("({} items)", ItemsOf(value).size());
+  if (kind == Collection) return CountText(ItemsOf(value).size());
   return UserText(kind, FormValueText(value));
 }
 
@@ -516,7 +520,7 @@ class TRowCollector {
   static void Read(TInspectedRow& row, std::string_view value) {
     row.Stored = !value.empty();
     row.Text = row.Stored               ? TextOf(row.Kind, value)
-               : row.Kind == Collection ? "(0 items)"
+               : row.Kind == Collection ? CountText(0)
                                         : row.Default;
   }
 

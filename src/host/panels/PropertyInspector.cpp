@@ -265,6 +265,14 @@ void TPropertyInspector::ShowRow(QTreeWidgetItem& item, const TInspectedRow& row
   item.setIcon(1, color.isValid() ? QIcon(SwatchOf(color)) : QIcon());
 }
 
+void TPropertyInspector::changeEvent(QEvent* event) {
+  TForm::changeEvent(event);
+  if (event->type() != QEvent::PaletteChange || FItems.size() != FRows.size()) return;
+  FFilling = true;
+  for (std::size_t i = 0; i < FItems.size(); ++i) ShowRow(*FItems[i], FRows[i]);
+  FFilling = false;
+}
+
 void TPropertyInspector::ApplyFilter() {
   const bool events = FPages->currentIndex() == pgEvents;
   const bool changedOnly = FChangedOnly->isChecked();

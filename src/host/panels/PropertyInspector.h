@@ -58,6 +58,8 @@ class TPropertyInspector : public TForm {
  protected:
   // Return in the list of properties edits.
   bool eventFilter(QObject* receiver, QEvent* event) override;
+  // The desktop turned light or dark: the rows have colours of their own.
+  void changeEvent(QEvent* event) override;
 
  private:
   void LayOut();
