@@ -155,8 +155,8 @@ TEST_F(FormList, FormsThatAreRenamedClosedOrReadAgainWhileTheyAreShown) {
 }
 
 TEST_F(FormList, SwitchedLanguageMakesTheListAnewWithItsChoiceAndTheFocusInIt) {
-  Show("Child");
-  Show("Main");
+  // A unit without a form leaves the choice to the user.
+  OpenPage(FileOf("Tools"));
   Workbench->activateWindow();
   Combo()->setFocus();
   Settle();
