@@ -115,6 +115,7 @@ TEST_F(DebuggerTest, RaisedExceptionStopsAtItsLineWithClassAndMessage) {
   EXPECT_EQ(Now().Reason, "EStep: too far");
   ASSERT_LT(Now().FrameIndex, Now().Frames.size());
   EXPECT_EQ(Now().Frames[Now().FrameIndex].Place.Line, LineWith(Source, "the raising"));
+  EXPECT_NE(Now().Register("cs"), 0u) << "a register that the call has not kept";
   Debugger.SetExceptionStops(false);
   Debugger.Launch({Program, {"raise"}, {}});
   ASSERT_TRUE(UntilState(TRunState::Exited)) << Errors;

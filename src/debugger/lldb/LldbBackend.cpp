@@ -409,8 +409,13 @@ void TLldbBackend::LookAtThreads(TSnapshot& snapshot) {
 void TLldbBackend::LookAtFrame(TSnapshot& snapshot) {
   SBFrame frame = FProcess.GetSelectedThread().GetSelectedFrame();
   if (FProcessor != nullptr)
-    for (const TRegisterRow& row : FProcessor->Registers)
-      snapshot.Registers[row.Name] = frame.FindRegister(row.Name).GetValueAsUnsigned();
+    for (const TRegisterRow& row : FProcessor->Registers) {
+      SBValue value = frame.FindRegister(row.Name);
+      // Of a call further out not all of them are known: they are what the processor has.
+      if (!value.IsValid() || value.GetError().Fail())
+        value = FProcess.GetSelectedThread().GetFrameAtIndex(0).FindRegister(row.Name);
+      snapshot.Registers[row.Name] = value.GetValueAsUnsigned();
+    }
   // The first set is that of the table.
   SBValueList sets = frame.GetRegisters();
   for (std::uint32_t set = 1; set < sets.GetSize(); ++set)

@@ -70,6 +70,7 @@ TPanels::TPanels(TForm& owner, QMainWindow& window) {
     tabs->setObjectName("PanelTabs");
     tabs->setAccessibleName(QObject::tr("Panels"));
     tabs->setToolTip(QObject::tr("Panels that share this place"));
+    tabs->setElideMode(Qt::ElideNone);
   }
   window.resizeDocks(docks, widths, Qt::Horizontal);
   window.resizeDocks(docks, heights, Qt::Vertical);
