@@ -480,8 +480,13 @@ void TSpcForm::WriteSetting(bool withPlacement) {
   add(KeySaveDir, FEditor.FSaveDir);
   for (int column = 0; column < FArea->ColCount(); ++column) {
     const std::string suffix = column == 0 ? std::string() : IntToStr(column + 1);
-    add(KeyLabelWidth + suffix, IntToStr(FArea->AreaWidth(akLabel, column)));
-    add(KeyControlWidth + suffix, IntToStr(FArea->AreaWidth(akControl, column)));
+    // A width that nobody dragged follows the default, which may depend on the language.
+    const auto addWidth = [&](const std::string& key, TAreaKind kind, int byDefault) {
+      const int width = FArea->AreaWidth(kind, column);
+      if (width != byDefault) add(key + suffix, IntToStr(width));
+    };
+    addWidth(KeyLabelWidth, akLabel, FEditor.LabelAreaInfo->DefAreaWidth);
+    addWidth(KeyControlWidth, akControl, FEditor.ControlAreaInfo->DefAreaWidth);
   }
   Guarded(this, [&] { FEditor.WriteFormSetting(FEditor.IniSection, FEditor.IniFileName, lines); });
 }

@@ -1,5 +1,8 @@
 #include "manager/rkExpertEditor.h"
 
+#include <QApplication>
+#include <QFontMetrics>
+#include <algorithm>
 #include <set>
 
 #include "controls/rkFileDialogs.h"
@@ -11,6 +14,7 @@
 #include "manager/rkSettingsFile.h"
 #include "platform/widgets/Application.h"
 #include "platform/widgets/ShortCuts.h"
+#include "platform/widgets/Text.h"
 #include "spec/rkSpcConst.h"
 
 namespace wrenfold {
@@ -29,6 +33,21 @@ void AddLabels(const TTypeInfo& info, TStrings& table) {
   if (labels.empty()) return;
   table.Add('[' + info.Name() + ']');
   for (const TLabel& label : labels) table.Add(label.Name + '=' + LocaleStr(label.TextId));
+}
+
+// The column of the labels is as wide as the widest of them needs it, within reason; the user may
+// drag it afterwards.
+int WidthForLabels(const TStrings& table) {
+  constexpr int Margins = 24, Least = 210, Most = 340;
+  const QFontMetrics metrics(QApplication::font());
+  int width = 0;
+  for (int i = 0; i < table.Count(); ++i) {
+    const QString line = ToQString(table[i]);
+    const QStringList parts = line.mid(line.indexOf('=') + 1).split("##");
+    for (const QString& part : parts)
+      width = std::max(width, metrics.horizontalAdvance(part + " :"));
+  }
+  return std::clamp(width + Margins, Least, Most);
 }
 
 std::string PlainCaption(const std::string& caption) {
@@ -67,6 +86,7 @@ void TExpertEditor::LocalizeEditor() {
   told.SetText(SettingsRoot()->PropNames);
   table.AddStrings(told);
   TranslatingTable->Assign(&table);
+  LabelAreaInfo->DefAreaWidth = WidthForLabels(table);
 }
 
 void TExpertEditor::PrepareEditor() {

@@ -136,6 +136,26 @@ TExpertEditor& ShowSettings() {
   return editor;
 }
 
+TEST_F(Language, NoLabelOfASettingIsCutInAny) {
+  for (const char* language : {"", "wren_ger.dll", "wren_rus.dll"}) {
+    LoadNewLanguage(*language == 0 ? "" : Path(language));
+    TExpertEditor& editor = ShowSettings();
+    std::vector<TTreeNode*> nodes;
+    ForEachNode(*editor.RootNode(), [&](TTreeNode& node) { nodes.push_back(&node); });
+    for (TTreeNode* node : nodes) {
+      editor.SelectNode(node);
+      Settle();
+      EXPECT_EQ(CutTexts(*editor.Form()), "") << language << " " << node->Text;
+      for (const auto& row : editor.Rows())
+        EXPECT_FALSE(row->Label->text().contains(u'…'))
+            << language << " " << FromQString(row->Label->text()) << " of "
+            << editor.PropertyLabel(*row->EInstance, *row->EPropInfo);
+    }
+    editor.Form()->Close();
+    Settle();
+  }
+}
+
 // They are the toolkit's, which makes them as wide as their texts; what is asked must fit all the
 // same.
 TEST_F(Language, NoQuestionForATextIsCutInAny) {
