@@ -154,7 +154,6 @@ TSpcForm::TSpcForm(TComponent* owner, TSpcEditor& editor) : TForm(owner), FEdito
   FStatus->addWidget(FPanels[1], 1);
   layout->addWidget(FStatus);
   resize(DefaultSize);
-  ColourHint();
   TakeOptions();
   Retranslate();
   FPrepare.setInterval(0);
@@ -491,21 +490,9 @@ void TSpcForm::WriteSetting(bool withPlacement) {
   Guarded(this, [&] { FEditor.WriteFormSetting(FEditor.IniSection, FEditor.IniFileName, lines); });
 }
 
-// Some desktops set a dark palette and leave the hints of fields dark.
-void TSpcForm::ColourHint() {
-  constexpr int HalfSeen = 128;
-  QPalette colours = palette();
-  QColor hint = colours.color(QPalette::Text);
-  hint.setAlpha(HalfSeen);
-  colours.setColor(QPalette::PlaceholderText, hint);
-  FSearch->setPalette(colours);
-}
-
 void TSpcForm::changeEvent(QEvent* event) {
   TForm::changeEvent(event);
-  if (event->type() != QEvent::PaletteChange || FTree == nullptr) return;
-  FTree->viewport()->update();
-  ColourHint();
+  if (event->type() == QEvent::PaletteChange && FTree != nullptr) FTree->viewport()->update();
 }
 
 }  // namespace wrenfold

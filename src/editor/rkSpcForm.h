@@ -74,7 +74,6 @@ class TSpcForm : public TForm {
   QWidget* MakeTreePane();
   QWidget* MakeJournalPane();
   void TakeOptions();
-  void ColourHint();
   void ActionExecute(TObject* sender);
   void ActionUpdate(TObject* sender);
   void SearchChanged();

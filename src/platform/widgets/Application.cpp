@@ -4,11 +4,13 @@
 
 #include <QAbstractEventDispatcher>
 #include <QKeyEvent>
+#include <QPalette>
 #include <QPointer>
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 #include "platform/core/model/Dialogs.h"
 #include "platform/core/system/Exceptions.h"
@@ -35,6 +37,32 @@ const TCursorShape CursorShapes[] = {
     {-10, Qt::UpArrowCursor}, {-11, Qt::WaitCursor},      {-12, Qt::OpenHandCursor},
     {-14, Qt::SplitHCursor},  {-15, Qt::SplitVCursor},    {-18, Qt::ForbiddenCursor},
     {-19, Qt::BusyCursor},    {-20, Qt::WhatsThisCursor}, {-21, Qt::PointingHandCursor},
+};
+
+// Some desktops set a dark palette and leave the hints of fields dark: they get the colour of
+// texts, half seen. What is legible stays as the desktop wants it.
+void MakeHintsLegible() {
+  constexpr int LeastContrast = 50, HalfSeen = 128;
+  QPalette colours = QGuiApplication::palette();
+  QColor hint = colours.color(QPalette::PlaceholderText);
+  const int background = colours.color(QPalette::Base).lightness();
+  if (std::abs(hint.lightness() - background) >= LeastContrast) return;
+  hint = colours.color(QPalette::Text);
+  hint.setAlpha(HalfSeen);
+  if (std::abs(hint.lightness() - background) < LeastContrast) return;
+  colours.setColor(QPalette::PlaceholderText, hint);
+  QApplication::setPalette(colours);
+}
+
+class TPaletteWatch : public QObject {
+ public:
+  using QObject::QObject;
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::ApplicationPaletteChange) MakeHintsLegible();
+    return false;
+  }
 };
 
 // The form that a list or menu belongs to; null for the application's own.
@@ -227,6 +255,8 @@ TApplication::TApplication(int& argc, char** argv) : QApplication(argc, argv) {
   TheApplication = this;
   setQuitOnLastWindowClosed(false);
   installEventFilter(this);
+  installEventFilter(new TPaletteWatch(this));
+  MakeHintsLegible();
   InstallFormAccessibility();
   InstallComboAccessibility();
   const auto follow = [] { Screen().UpdateActiveForm(); };
