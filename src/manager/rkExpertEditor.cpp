@@ -87,6 +87,9 @@ void TExpertEditor::LocalizeEditor() {
   table.AddStrings(told);
   TranslatingTable->Assign(&table);
   LabelAreaInfo->DefAreaWidth = WidthForLabels(table);
+  // With it the widest labels leave the window without a scroll bar.
+  constexpr int NarrowControls = 210;
+  ControlAreaInfo->DefAreaWidth = NarrowControls;
 }
 
 void TExpertEditor::PrepareEditor() {
