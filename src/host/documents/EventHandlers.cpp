@@ -93,7 +93,7 @@ std::string TEventHandlers::Write(const TSources& sources, const std::string& cl
   const auto body = WriteBody(Parsed(*sources.Bodies), bodies.Text(), wanted);
   const auto declaration = DeclareMethod(unit, declaring.Text(), wanted);
   if (!body || unit.FindClass(className) == nullptr)
-    return IsCpp(*sources.Bodies) ? "expected the class in " + declaring.FileName()
+    return IsCpp(*sources.Bodies) ? fmt::format("expected the class in {}", declaring.FileName())
                                   : "expected the class in the interface and an implementation";
   bodies.Replace(body->Offset, body->Length, body->Text);
   if (declaration) declaring.Replace(declaration->Offset, declaration->Length, declaration->Text);
