@@ -98,6 +98,18 @@ void TDocumentAccess::Replace(const QsciDocument& document, std::size_t offset, 
   }
 }
 
+void TDocumentAccess::ReplaceAll(const QsciDocument& document,
+                                 const std::vector<TSourceEdit>& edits) {
+  QsciScintilla& editor = Show(document);
+  editor.beginUndoAction();
+  for (auto edit = edits.rbegin(); edit != edits.rend(); ++edit) {
+    editor.SendScintilla(QsciScintilla::SCI_SETTARGETRANGE, edit->Offset,
+                         static_cast<long>(edit->Offset + edit->Length));
+    editor.SendScintilla(QsciScintilla::SCI_REPLACETARGET, edit->Text.size(), edit->Text.c_str());
+  }
+  editor.endUndoAction();
+}
+
 bool TDocumentAccess::Undo(const QsciDocument& document) {
   QsciScintilla& editor = Show(document);
   editor.SendScintilla(QsciScintilla::SCI_UNDO);
@@ -145,6 +157,12 @@ void TUnitDocument::SetModified(bool modified) {
   if (FModified == modified) return;
   FModified = modified;
   Changed();
+}
+
+void TUnitDocument::ReplaceAll(const std::vector<TSourceEdit>& edits) {
+  if (edits.empty()) return;
+  FAccess.ReplaceAll(FDocument, edits);
+  SetModified(true);
 }
 
 void TUnitDocument::Replace(std::size_t offset, std::size_t length, const std::string& text) {

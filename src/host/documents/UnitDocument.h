@@ -6,8 +6,10 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "platform/source/Highlighting.h"
+#include "project/SourceText.h"
 #include "project/TextFile.h"
 
 class QsciScintilla;
@@ -32,6 +34,8 @@ class TDocumentAccess {
   // Bytes of the text, which the user can undo as one edit.
   void Replace(const QsciDocument& document, std::size_t offset, std::size_t length,
                const std::string& text);
+  // In the order of their offsets; undone as one edit.
+  void ReplaceAll(const QsciDocument& document, const std::vector<TSourceEdit>& edits);
   // Take back or make again one step. Answer whether the text is as it was saved.
   bool Undo(const QsciDocument& document);
   bool Redo(const QsciDocument& document);
@@ -83,6 +87,8 @@ class TUnitDocument {
   void Replace(std::size_t offset, std::size_t length, const std::string& text);
   void Undo() { SetModified(!FAccess.Undo(FDocument)); }
   void Redo() { SetModified(!FAccess.Redo(FDocument)); }
+  // The same at several places, in the order of their offsets; undone as one edit.
+  void ReplaceAll(const std::vector<TSourceEdit>& edits);
   int LineCount() const { return FAccess.LineCount(FDocument); }
   std::int64_t Length() const { return FAccess.Length(FDocument); }
   void PlaceOf(long position, int& line, int& column) const {

@@ -3,6 +3,7 @@
 
 #include <QContextMenuEvent>
 #include <QMimeData>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -19,6 +20,7 @@ constexpr int IndentWidth = 2;
 constexpr int MarginPadding = 2;  // characters beside the line numbers
 constexpr int TipMilliseconds = 500;
 constexpr int MarkMargin = 1, MarkMarginWidth = 16;
+constexpr int HitIndicator = 10;  // lexers use the ones below 8
 
 // Marks of lines, in the order in which they are drawn over each other.
 enum TLineMark { lmBreakpoint, lmExecution, lmExecutionLine };
@@ -170,7 +172,11 @@ TEditWindow::TEditWindow(TComponent* owner, QWidget* parent)
       FEditor(new TEditControl(this, this)),
       FMenu(new TPopupMenu(FEditor)),
       FEmptyHint(new QLabel(this)),
-      FHighlighter(*FEditor) {
+      FHighlighter(*FEditor),
+      FHitMarks(new TScrollMarks(FEditor->verticalScrollBar())) {
+  FEditor->indicatorDefine(QsciScintilla::RoundBoxIndicator, HitIndicator);
+  FEditor->setIndicatorForegroundColor(QColor(0xE0, 0x90, 0x20), HitIndicator);
+  FEditor->setIndicatorDrawUnder(true, HitIndicator);
   SetName("EditWindow_0");
   SetCaption("Code Editor");
   FTabs->SetName("TabControl");
@@ -465,16 +471,45 @@ std::string TEditWindow::SelectedText() const {
   return FromQString(FEditor->selectedText());
 }
 
-bool TEditWindow::Find(const std::string& text, bool caseSensitive, bool wholeWord, bool backward) {
-  if (FShown == nullptr || text.empty()) return false;
-  int line = -1, column = -1, lineEnd = -1, columnEnd = -1;
-  // Backwards, the search starts before the text that was found last.
-  if (backward && FEditor->hasSelectedText()) {
-    FEditor->getSelection(&line, &column, &lineEnd, &columnEnd);
-    FEditor->setCursorPosition(line, column);
+std::string TEditWindow::Text() const {
+  return FShown != nullptr ? EditorText(*FEditor) : std::string();
+}
+
+TTextMatch TEditWindow::Selection() const {
+  const auto start = FEditor->SendScintilla(QsciScintilla::SCI_GETSELECTIONSTART);
+  const auto end = FEditor->SendScintilla(QsciScintilla::SCI_GETSELECTIONEND);
+  return {static_cast<std::size_t>(start), static_cast<std::size_t>(end - start)};
+}
+
+void TEditWindow::Select(const TTextMatch& place) {
+  const long start = static_cast<long>(place.Offset);
+  const long line = FEditor->SendScintilla(QsciScintilla::SCI_LINEFROMPOSITION, start);
+  FEditor->SendScintilla(QsciScintilla::SCI_ENSUREVISIBLEENFORCEPOLICY, line);
+  FEditor->SendScintilla(QsciScintilla::SCI_SETSEL, static_cast<unsigned long>(start),
+                         static_cast<long>(place.Offset + place.Length));
+}
+
+void TEditWindow::Replace(const std::vector<TSourceEdit>& edits) {
+  if (FShown != nullptr) FShown->Source().Document().ReplaceAll(edits);
+}
+
+void TEditWindow::ShowHits(const std::vector<TTextMatch>& hits) {
+  // Marking more in the text would be seen as a wait.
+  constexpr std::size_t mostInText = 2000;
+  FEditor->SendScintilla(QsciScintilla::SCI_SETINDICATORCURRENT, HitIndicator);
+  FEditor->SendScintilla(QsciScintilla::SCI_INDICATORCLEARRANGE, 0UL,
+                         FEditor->SendScintilla(QsciScintilla::SCI_GETLENGTH));
+  std::vector<int> lines;
+  for (std::size_t i = 0; i < hits.size(); ++i) {
+    const TTextMatch& hit = hits[i];
+    if (i < mostInText)
+      FEditor->SendScintilla(QsciScintilla::SCI_INDICATORFILLRANGE, hit.Offset,
+                             static_cast<long>(hit.Length));
+    const auto line = static_cast<int>(
+        FEditor->SendScintilla(QsciScintilla::SCI_LINEFROMPOSITION, static_cast<long>(hit.Offset)));
+    if (lines.empty() || lines.back() != line) lines.push_back(line);
   }
-  return FEditor->findFirst(ToQString(text), false, caseSensitive, wholeWord, true, !backward, line,
-                            column);
+  FHitMarks->Show(std::move(lines), FEditor->lines());
 }
 
 }  // namespace wrenfold

@@ -13,10 +13,12 @@
 #include <vector>
 
 #include "host/documents/Modules.h"
+#include "host/panels/ScrollMarks.h"
 #include "platform/source/Highlighting.h"
 #include "platform/widgets/Forms.h"
 #include "platform/widgets/Menus.h"
 #include "platform/widgets/TabControl.h"
+#include "project/TextSearch.h"
 
 namespace wrenfold {
 
@@ -128,8 +130,14 @@ class TEditWindow : public TForm {
   void Recolour() { FHighlighter.Recolour(); }
   // The bytes of the text between the marks of the selection.
   std::string SelectedText() const;
-  // Finds the text from the caret on, around the end of the text; false when it is nowhere.
-  bool Find(const std::string& text, bool caseSensitive, bool wholeWord, bool backward);
+  // The text of the active page, and the selection in it.
+  std::string Text() const;
+  TTextMatch Selection() const;
+  void Select(const TTextMatch& place);
+  // Changes the text of the active page at places in the order of their offsets, as one edit.
+  void Replace(const std::vector<TSourceEdit>& edits);
+  // Marks places in the text and beside it, instead of those before.
+  void ShowHits(const std::vector<TTextMatch>& hits);
 
   std::function<void()> OnPageChange;    // another page is active, or none
   std::function<void()> OnStatusChange;  // caret, insert mode, modified
@@ -169,6 +177,7 @@ class TEditWindow : public TForm {
   QLabel* FEmptyHint;
   QStackedLayout* FStack = nullptr;
   THighlighter FHighlighter;
+  TScrollMarks* FHitMarks;
   std::vector<std::unique_ptr<TEditPage>> FPages;  // unordered
   TEditPage* FShown = nullptr;
   bool FShowing = false;

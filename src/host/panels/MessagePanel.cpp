@@ -86,6 +86,39 @@ void TMessagePanel::Add(TMessageKind kind, const std::string& text, const std::s
   if (kind != TMessageKind::Information && OnTrouble) OnTrouble();
 }
 
+int TMessagePanel::AddGroup(const std::string& text) {
+  Add(TMessageKind::Information, text);
+  QTreeWidgetItem* item = FList->topLevelItem(Count() - 1);
+  FList->setRootIsDecorated(true);
+  item->setExpanded(true);
+  return Count() - 1;
+}
+
+// Files stand in the order in which they come; the places of one come together.
+void TMessagePanel::AddToGroup(int group, const std::string& fileName, int line,
+                               const std::string& text) {
+  QTreeWidgetItem* top = FList->topLevelItem(group);
+  if (top == nullptr) return;
+  QTreeWidgetItem* file = top->child(top->childCount() - 1);
+  if (file == nullptr || FromQString(file->data(0, FileRole).toString()) != fileName) {
+    file = new QTreeWidgetItem(top, {QString(), ToQString(fileName)});
+    file->setData(0, FileRole, ToQString(fileName));
+    file->setExpanded(true);
+  }
+  auto* item = new QTreeWidgetItem(file, {QString::number(line), ToQString(text).trimmed()});
+  item->setToolTip(1, ToQString(text));
+  item->setData(0, FileRole, ToQString(fileName));
+  item->setData(0, LineRole, line);
+}
+
+void TMessagePanel::NameGroup(int group, const std::string& text) {
+  QTreeWidgetItem* top = FList->topLevelItem(group);
+  if (top == nullptr) return;
+  top->setText(1, ToQString(text));
+  top->setToolTip(1, ToQString(text));
+  FList->scrollToItem(top, QAbstractItemView::PositionAtTop);
+}
+
 void TMessagePanel::Clear() {
   FList->clear();
 }

@@ -19,6 +19,11 @@ class TMessagePanel : public TForm {
   // With a file and a line (from 1; 0: none) the message leads there.
   void Add(TMessageKind kind, const std::string& text, const std::string& fileName = {},
            int line = 0);
+  // A message that places of files stand under, as a tree. Answers its index, which holds until
+  // Clear.
+  int AddGroup(const std::string& text);
+  void AddToGroup(int group, const std::string& fileName, int line, const std::string& text);
+  void NameGroup(int group, const std::string& text);
   void Clear();
   QTreeWidget& List() { return *FList; }
   int Count() const { return FList->topLevelItemCount(); }

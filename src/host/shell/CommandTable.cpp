@@ -284,8 +284,7 @@ constexpr auto SelectAll = [](TEditControl& editor) { editor.selectAll(); };
 
 constexpr char FileMenu[] = "&File", EditMenu[] = "&Edit", SearchMenu[] = "&Search",
                ViewMenu[] = "&View", ProjectMenu[] = "&Project", RunMenu[] = "R&un",
-               ToolsMenu[] = "&Tools",
-               HelpMenu[] = "&Help";
+               ToolsMenu[] = "&Tools", HelpMenu[] = "&Help";
 constexpr char Standard[] = "Standard", View[] = "View";
 
 // clang-format off
@@ -341,6 +340,11 @@ constexpr TCommand Table[] = {
      [](W& w) { w.FindBar().Next(); }, HasPage},
     {SearchMenu, 8, "SearchPreviousCommand", "Find &previous", "Shift+F3", "",
      "Find the text further up", [](W& w) { w.FindBar().Previous(); }, HasPage},
+    {SearchMenu, 8, "SearchReplaceCommand", "&Replace...", "Ctrl+H", "",
+     "Replace text in the unit", [](W& w) { w.FindBar().Open(true); }, HasPage},
+    {SearchMenu, 8, "SearchFilesCommand", "Find &in files...", "Ctrl+Shift+F", "find",
+     "Find and replace in all files of the project",
+     [](W& w) { w.FindFiles().Open(w.EditWindow().SelectedText()); }, HasModules},
     {SearchMenu, 9, "SearchGoToCommand", "&Go to line...", "Ctrl+G", "goto",
      "Go to a line by its number", GoToLine, HasPage},
 

@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 #include <memory>
 
+#include "platform/core/text/SysUtils.h"
 #include "platform/widgets/Forms.h"
 #include "platform/widgets/Text.h"
 
@@ -139,7 +140,48 @@ class TListDialog : public TDialog {
   QTreeWidget* FList;
 };
 
+class TReplaceDialog : public TDialog {
+ public:
+  explicit TReplaceDialog(const std::vector<TFoundPlace>& places)
+      : TDialog("ReplaceForm", "Replace"), FList(new QTreeWidget) {
+    FList->setObjectName("Replacements");
+    FList->setAccessibleName(tr("Places to replace"));
+    FList->setToolTip(tr("Checked places are replaced (Space switches one)"));
+    FList->setColumnCount(3);
+    FList->setHeaderLabels({tr("Place"), tr("It reads"), tr("It will read")});
+    FList->setRootIsDecorated(false);
+    FList->setUniformRowHeights(true);
+    QList<QTreeWidgetItem*> items;
+    for (const TFoundPlace& found : places) {
+      const std::string place = ExtractFileName(found.FileName) + ":" + std::to_string(found.Line);
+      auto* item = new QTreeWidgetItem({ToQString(place), ToQString(found.LineText).trimmed(),
+                                        ToQString(ReplacedLine(found)).trimmed()});
+      item->setCheckState(0, Qt::Checked);
+      item->setToolTip(0, ToQString(found.FileName));
+      items.append(item);
+    }
+    FList->addTopLevelItems(items);
+    FList->setCurrentItem(FList->topLevelItem(0));
+    FColumn->addWidget(FList);
+    resize(820, 440);
+    FList->setColumnWidth(0, 170);
+    FList->setColumnWidth(1, 300);
+  }
+
+  QTreeWidget* FList;
+};
+
 }  // namespace
+
+std::vector<TFoundPlace> ConfirmReplacements(const std::vector<TFoundPlace>& places) {
+  TReplaceDialog dialog(places);
+  std::vector<TFoundPlace> chosen;
+  if (!dialog.Ask(dialog.FList)) return chosen;
+  for (std::size_t i = 0; i < places.size(); ++i)
+    if (dialog.FList->topLevelItem(static_cast<int>(i))->checkState(0) == Qt::Checked)
+      chosen.push_back(places[i]);
+  return chosen;
+}
 
 bool AskLine(int& line, int lines) {
   TLineDialog dialog(line, lines);

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "host/documents/Replacement.h"
+
 namespace wrenfold {
 
 // Asks for a line from 1 to lines. False when the user gave up; line then is as it was.
@@ -18,5 +20,9 @@ struct TChoice {
 // the user gave up.
 std::vector<int> ChooseFromList(const std::string& name, const std::string& caption,
                                 const std::vector<TChoice>& choices);
+
+// Shows each place as it reads and as it will read; answers those that the user leaves checked,
+// none when the user gave up.
+std::vector<TFoundPlace> ConfirmReplacements(const std::vector<TFoundPlace>& places);
 
 }  // namespace wrenfold

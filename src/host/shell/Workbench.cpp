@@ -74,6 +74,7 @@ TWorkbench::TWorkbench()
       FEventHandlers(std::make_unique<TEventHandlers>(*FDocuments, *FViews)),
       FDiskWatch(std::make_unique<TDiskWatch>(*FDocuments, *FViews)),
       FSessions(std::make_unique<TSessions>(*FDocuments, *FEditWindow)),
+      FFindFiles(std::make_unique<TFindFilesForm>(nullptr, *FDocuments, Messages())),
       FDebugging(std::make_unique<TDebugging>(TDebugging::TParts{
           *FDocuments, *FViews, *FEditWindow, *FPanels, FDocuments->Settings()})),
       FCommands(std::make_unique<TCommands>(*this, *FWindow)),
@@ -86,6 +87,7 @@ TWorkbench::TWorkbench()
   FileDialogs() = SystemDialogs(this);
   Inspector().FileDialogs = &FileDialogs();
   FEditWindow->layout()->addWidget(FFindBar);
+  FFindBar->Confirm = FFindFiles->Confirm = ConfirmReplacements;
   FEditWindow->OnBuildMenu = [this](TPopupMenu& menu) { BuildEditorMenu(*this, menu); };
   Inspector().MethodsFor = [this](TFormEditor& form, const TInspectedRow& event) {
     return FEventHandlers->Fitting(form, event.Type);

@@ -14,6 +14,7 @@
 #include "host/shell/Commands.h"
 #include "host/shell/Debugging.h"
 #include "host/shell/DocumentWindows.h"
+#include "host/shell/FindFiles.h"
 #include "host/shell/Packages.h"
 #include "host/shell/Panels.h"
 #include "host/shell/Sessions.h"
@@ -43,6 +44,7 @@ class TWorkbench : public TForm {
   TDocumentWindows& Views() { return *FViews; }
   TEditWindow& EditWindow() { return *FEditWindow; }
   TFindBar& FindBar() { return *FFindBar; }
+  TFindFilesForm& FindFiles() { return *FFindFiles; }
   TDesigners& Designers() { return *FDesigners; }
   TPanels& Panels() { return *FPanels; }
   TProjectPanel& ProjectPanel() { return FPanels->Get<TProjectPanel>(); }
@@ -85,6 +87,7 @@ class TWorkbench : public TForm {
   std::unique_ptr<TEventHandlers> FEventHandlers;
   std::unique_ptr<TDiskWatch> FDiskWatch;
   std::unique_ptr<TSessions> FSessions;
+  std::unique_ptr<TFindFilesForm> FFindFiles;
   std::unique_ptr<TDebugging> FDebugging;
   std::unique_ptr<TCommands> FCommands;
   std::unique_ptr<TToolsServices> FServices;
