@@ -64,6 +64,9 @@ TEST_F(Find, ReplacingAllShowsThePlacesAndIsOneStepToTakeBack) {
   EXPECT_EQ(Document(file).Text(), "SetX(1);\r\nSetY(2);\r\nSetZ(3);\r\n");
   Workbench->EditWindow().Select({0, 0});
   QTest::keyClick(&bar.Text(), Qt::Key_Return);
+  Workbench->activateWindow();
+  bar.With().setFocus();
+  ASSERT_TRUE(QTest::qWaitFor([&] { return bar.With().hasFocus(); }));
   QTest::keyClick(&bar.With(), Qt::Key_Return);
   EXPECT_EQ(Document(file).Text(), "X := 1;\r\nSetY(2);\r\nSetZ(3);\r\n");
   EXPECT_EQ(Workbench->EditWindow().Selection(), (TTextMatch{9, 7})) << "goes on to the next one";
