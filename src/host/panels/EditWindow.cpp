@@ -175,7 +175,8 @@ TEditWindow::TEditWindow(TComponent* owner, QWidget* parent)
       FHighlighter(*FEditor),
       FHitMarks(new TScrollMarks(FEditor->verticalScrollBar())) {
   FEditor->indicatorDefine(QsciScintilla::RoundBoxIndicator, HitIndicator);
-  FEditor->setIndicatorForegroundColor(QColor(0xE0, 0x90, 0x20), HitIndicator);
+  FEditor->setIndicatorForegroundColor(QColor(0xE0, 0x90, 0x20, 0x50), HitIndicator);
+  FEditor->setIndicatorOutlineColor(QColor(0xE0, 0x90, 0x20, 0xC0), HitIndicator);
   FEditor->setIndicatorDrawUnder(true, HitIndicator);
   SetName("EditWindow_0");
   SetCaption("Code Editor");

@@ -3,10 +3,14 @@
 #include <cxxabi.h>
 
 #include <QAbstractEventDispatcher>
+#include <QAbstractSpinBox>
 #include <QKeyEvent>
 #include <QPalette>
+#include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPointer>
 #include <QScreen>
+#include <QTextEdit>
 #include <QWindow>
 #include <algorithm>
 #include <cstdio>
@@ -83,6 +87,21 @@ bool IsClaimed(QWidget* widget, const QKeyEvent& key) {
   for (; widget != nullptr; widget = widget->isWindow() ? nullptr : widget->parentWidget())
     if (const TControl* control = ControlOf(widget)) return control->ClaimsKey(key);
   return false;
+}
+
+// A field of the toolkit that one writes into keeps the keys that edit, unless its own form has an
+// action for them; the code editor is no such field.
+bool KeepsEditingKey(const QWidget* widget, const QKeyEvent& key) {
+  const bool field = qobject_cast<const QLineEdit*>(widget) != nullptr ||
+                     qobject_cast<const QTextEdit*>(widget) != nullptr ||
+                     qobject_cast<const QPlainTextEdit*>(widget) != nullptr ||
+                     qobject_cast<const QAbstractSpinBox*>(widget) != nullptr;
+  if (!field) return false;
+  constexpr QKeySequence::StandardKey keys[] = {QKeySequence::SelectAll, QKeySequence::Copy,
+                                                QKeySequence::Cut,       QKeySequence::Paste,
+                                                QKeySequence::Undo,      QKeySequence::Redo};
+  return std::any_of(std::begin(keys), std::end(keys),
+                     [&](QKeySequence::StandardKey wanted) { return key.matches(wanted); });
 }
 
 bool IsStandard(const std::exception_ptr& exception) {
@@ -354,7 +373,8 @@ bool TApplication::FilterEvent(QObject* receiver, QEvent* event) {
   auto& key = *static_cast<QKeyEvent*>(event);
   if (type == QEvent::KeyPress) return DispatchKey(widget, key);
   const bool claimed = IsClaimed(widget, key);
-  const bool isShortCut = !IsPlainKey(key) && FindShortCut(FormOf(widget), ShortCutOf(key));
+  const bool isShortCut = !IsPlainKey(key) && FindShortCut(FormOf(widget), ShortCutOf(key),
+                                                           KeepsEditingKey(widget, key));
   if (!claimed && !isShortCut) return false;
   event->accept();
   return true;
@@ -371,7 +391,8 @@ bool TApplication::TakesShortCut(QWidget* receiver, const QKeyEvent& key) {
 
 bool TApplication::DispatchKey(QWidget* receiver, QKeyEvent& key) {
   const QPointer<TForm> form(FormOf(receiver));
-  const TShortCutTarget target = FindShortCut(form, ShortCutOf(key));
+  const TShortCutTarget target =
+      FindShortCut(form, ShortCutOf(key), KeepsEditingKey(receiver, key));
   if (target && TakesShortCut(receiver, key)) {
     target.Run();
     return true;
@@ -401,10 +422,12 @@ TApplication::TShortCutTarget TApplication::FindIn(const TForm* form, TShortCut 
   return {};
 }
 
-TApplication::TShortCutTarget TApplication::FindShortCut(TForm* form, TShortCut shortCut) const {
+TApplication::TShortCutTarget TApplication::FindShortCut(TForm* form, TShortCut shortCut,
+                                                         bool ownOnly) const {
   if (shortCut == 0) return {};
   if (form != nullptr && form->Enabled())
     if (const auto target = FindIn(form, shortCut)) return target;
+  if (ownOnly) return {};
   const QWidget* modal = activeModalWidget();
   const bool mainTakesKeys = FMainForm != nullptr && FMainForm != form && FMainForm->Enabled() &&
                              (modal == nullptr || modal == FMainForm->window());
@@ -414,7 +437,7 @@ TApplication::TShortCutTarget TApplication::FindShortCut(TForm* form, TShortCut 
 }
 
 bool TApplication::HandleShortCut(TForm* form, TShortCut shortCut) {
-  const TShortCutTarget target = FindShortCut(form, shortCut);
+  const TShortCutTarget target = FindShortCut(form, shortCut, false);
   target.Run();
   return static_cast<bool>(target);
 }

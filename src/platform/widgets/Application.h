@@ -130,7 +130,8 @@ class TApplication : public QApplication, public TComponent {
     explicit operator bool() const { return Action != nullptr || Item != nullptr; }
     void Run() const;
   };
-  TShortCutTarget FindShortCut(TForm* form, TShortCut shortCut) const;
+  // Of the form alone, or of the environment too.
+  TShortCutTarget FindShortCut(TForm* form, TShortCut shortCut, bool ownOnly) const;
   static TShortCutTarget FindIn(const TForm* form, TShortCut shortCut);
   bool TakesShortCut(QWidget* receiver, const QKeyEvent& key);
   bool FilterEvent(QObject* receiver, QEvent* event);

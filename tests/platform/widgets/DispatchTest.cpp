@@ -117,6 +117,16 @@ TEST_F(Dispatch, AnActionsKeyGoesBeforeTheEditsAndBeforeAccelerators) {
   EXPECT_THAT(Recorder.Calls, ElementsAre("All", "Filter"));
 }
 
+TEST_F(Dispatch, AFieldKeepsTheKeysThatEditFromTheEnvironmentAlone) {
+  Main.Add("EnvironmentAll", "Ctrl+A", Recorder);
+  Tool.Edit->setText("ab");
+  Press(Tool, Qt::Key_A, Qt::ControlModifier, Tool.Edit);
+  EXPECT_THAT(Recorder.Calls, IsEmpty());
+  EXPECT_EQ(Tool.Edit->selectedText(), "ab");
+  Press(Tool, Qt::Key_A, Qt::ControlModifier);
+  EXPECT_THAT(Recorder.Calls, ElementsAre("EnvironmentAll"));
+}
+
 // An edit that wants one shortcut for itself.
 class TClaimingEdit : public TControlOf<QLineEdit> {
  public:
