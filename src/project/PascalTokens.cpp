@@ -182,11 +182,15 @@ bool TPascalTokens::Take(char symbol) {
 }
 
 void TPascalTokens::ReportUnterminated(std::vector<TSourceProblem>& problems) {
+  const auto report = [&](const TSourcePlace& place, const char* message) {
+    TSourceProblem& problem = problems.emplace_back();
+    problem.Place = place;
+    problem.Message = message;
+  };
   if (FScanner.OpenComment() != std::string_view::npos)
-    problems.emplace_back(FPlaces.At(FScanner.OpenComment()),
-                          "this comment has no end in the file");
+    report(FPlaces.At(FScanner.OpenComment()), "this comment has no end in the file");
   if (FScanner.OpenConditionals() != 0)
-    problems.emplace_back(Place(), "expected {$ENDIF} before the end of the file");
+    report(Place(), "expected {$ENDIF} before the end of the file");
 }
 
 }  // namespace wrenfold

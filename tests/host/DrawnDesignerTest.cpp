@@ -161,6 +161,23 @@ TEST_F(DrawnDesigner, ComponentWithoutAFieldGetsNoneByUndoAndAPastedOneGetsOne) 
   EXPECT_EQ(unit.Text(), MainUnit);
 }
 
+TEST_F(DrawnDesigner, FieldsOfACppFormStandInItsHeader) {
+  const std::string header =
+      "class TCppForm : public TForm\n{\n__published:\n\tTEdit *Edit1;\nprivate:\n};\n";
+  Folder.Write("Cpp.h", header);
+  const std::string unit = Folder.Write("Cpp.cpp", "#include \"Cpp.h\"\n");
+  Folder.Write("Cpp.dfm", "object CppForm: TCppForm\r\n  object Edit1: TEdit\r\n  end\r\nend\r\n");
+  TFormEditor* form = Workbench->Documents().OpenModule(unit)->FormEditor();
+  TDesignComponent& edit = *dynamic_cast<TDesignComponent*>(form->FindComponent("Edit1"));
+  form->Change({TFormEdits::Change(edit, NameOfComponent, "edName")});
+  EXPECT_EQ(Document(Folder.Path() + "/Cpp.h").Text(), Replaced(header, "*Edit1", "*edName"));
+  TFormHistory& history = form->Document()->History();
+  history.Begin("Delete");
+  history.Remove(edit);
+  history.Commit();
+  EXPECT_EQ(Document(Folder.Path() + "/Cpp.h").Text(), Replaced(header, "\tTEdit *Edit1;\n", ""));
+}
+
 TEST_F(DrawnDesigner, RenamedComponentTakesItsFieldAndReferencesAlong) {
   Editor->Change({TFormEdits::Change(At("Button1"), NameOfComponent, "btOK")});
   EXPECT_EQ(Document(FileOf("Main")).Text(), Replaced(MainUnit, "Button1: ", "btOK: "));

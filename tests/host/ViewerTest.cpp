@@ -213,6 +213,33 @@ TEST_F(Viewer, EditsOfAPreviewGoToTheEditorsTextAndAreDroppedUnasked) {
   EXPECT_FALSE(tools.Modified()) << "what was typed is undone in the editor";
 }
 
+TEST_F(Viewer, FieldsAndDesignersKeepTheKeysThatTheyNeedThemselves) {
+  LoadSuite();
+  Workbench->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(Workbench.get()));
+  auto* filter = Workbench->findChild<QLineEdit*>("PropertyFilter");
+  filter->setFocus();
+  filter->setText("width");
+  bool opened = false;
+  QTimer watch;
+  QObject::connect(&watch, &QTimer::timeout, &watch, [&] {
+    QWidget* modal = QApplication::activeModalWidget();
+    if (modal == nullptr) return;
+    opened = true;
+    QTest::keyClick(modal, Qt::Key_Escape);
+  });
+  watch.start(10);
+  QTest::keyClick(filter, Qt::Key_A, Qt::ControlModifier);
+  EXPECT_EQ(filter->selectedText(), "width");
+  EXPECT_FALSE(opened) << "the key of a package went before the field's";
+  TFormEditor* main = Workbench->Documents().OpenModule(FileOf("Main"))->FormEditor();
+  main->Show();
+  TDesignSurface& surface = Workbench->Designers().Find(*main)->Surface();
+  surface.setFocus();
+  QTest::keyClick(&surface, Qt::Key_A, Qt::ControlModifier);
+  EXPECT_FALSE(opened) << "the key of a package went first";
+}
+
 TEST_F(Viewer, ReplacedTextIsOneStepOfUndoAndIsCutToTheText) {
   const auto writer = Supports<IOTATextWriter>(
       Workbench->Workspace().Find(FileOf("Tools"))->Sources()[0]->Interface());

@@ -21,7 +21,7 @@ enum TCompression : std::uint32_t {
   AlphaFields = 6
 };
 
-constexpr std::size_t FileHeaderSize = 14, CoreHeaderSize = 12, InfoHeaderSize = 40;
+constexpr std::size_t CoreHeaderSize = 12, InfoHeaderSize = 40;
 
 // Picks one colour out of a pixel and widens it to eight bits.
 struct TChannel {

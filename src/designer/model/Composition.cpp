@@ -237,9 +237,10 @@ class TComposer {
     }
   }
 
-  // Stored of controls alone.
+  // Stored of controls alone: some dialogs have a size, what is part of another has none.
   static bool HasPlace(const TDesignNode& node) {
-    return node.Has("TabOrder") || (node.Has("Width") && node.Has("Height"));
+    return node.Has("TabOrder") ||
+           (node.Look() == TLook::Hidden && node.Has("Width") && node.Has("Height"));
   }
 
   // Components without a place on the form lie on its root and store where their icon is, no more.

@@ -372,12 +372,14 @@ QAction* TDesignSurface::ActionOf(const QKeyEvent& key) const {
   return nullptr;
 }
 
+bool TDesignSurface::Takes(const QKeyEvent& key) const {
+  return ActionOf(key) != nullptr || ArrowOf(key.key()) != nullptr || key.key() == Qt::Key_Escape;
+}
+
 bool TDesignSurface::event(QEvent* event) {
   // The surface's own keys are not for the commands of the window around it.
   if (event->type() == QEvent::ShortcutOverride) {
-    const auto* key = static_cast<QKeyEvent*>(event);
-    if (ActionOf(*key) != nullptr || ArrowOf(key->key()) != nullptr ||
-        key->key() == Qt::Key_Escape) {
+    if (Takes(*static_cast<QKeyEvent*>(event))) {
       event->accept();
       return true;
     }

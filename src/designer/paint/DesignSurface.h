@@ -48,6 +48,9 @@ class TDesignSurface : public QWidget {
   // The place of a component in the widget; empty when it is not shown.
   QRect PlaceOf(const TDesignComponent& component) const;
 
+  // Whether the key means something here: it moves, walks, or is one of a command that was added.
+  bool Takes(const QKeyEvent& key) const;
+
   // The bounds of the chosen components as an arrangement makes them.
   std::vector<TBoundsChange> Arranged(TArrangement arrangement) const;
 

@@ -190,6 +190,10 @@ TDesignerForm::TDesignerForm(TComponent* owner, TFormEditor& editor)
 
 TDesignerForm::~TDesignerForm() = default;
 
+bool TDesignerForm::ClaimsKey(const QKeyEvent& key) const {
+  return focusWidget() == FSurface && FSurface->Takes(key);
+}
+
 void TDesignerForm::AddTabs(QSplitter& splitter) {
   FTabs->setObjectName("DesignerTabs");
   FTabs->setDocumentMode(true);

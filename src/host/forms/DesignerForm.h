@@ -25,6 +25,8 @@ class TDesignerForm : public TForm {
   TDesignerForm(TComponent* owner, TFormEditor& editor);
   ~TDesignerForm() override;
 
+  // The keys of the drawn form, those of its commands too, are its own.
+  bool ClaimsKey(const QKeyEvent& key) const override;
   TFormEditor& Editor() const { return FEditor; }
   TDesignSurface& Surface() const { return *FSurface; }
   // Whether the form is composed with the form of that class.
