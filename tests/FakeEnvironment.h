@@ -1,7 +1,7 @@
 // A small environment for the suite's tests: real forms, menus and tabs behind the tools interface.
 #pragma once
 
-#include <QLineEdit>
+#include <QAbstractScrollArea>
 #include <functional>
 #include <memory>
 #include <string>
@@ -159,7 +159,8 @@ class TFakeProject : public TFakeModuleOf<IOTAProject> {
   std::vector<TIntf<IOTAModuleInfo>> Infos;
 };
 
-class TFakeEditor : public TControlOf<QLineEdit> {
+// No field of the toolkit, as source editors are none.
+class TFakeEditor : public TControlOf<QAbstractScrollArea> {
  public:
   using TControlOf::TControlOf;
 };

@@ -1,6 +1,7 @@
 // Tests the form list in the inspector: what it shows, follows and does, and what it gives back.
 #include <gmock/gmock.h>
 
+#include <QLineEdit>
 #include <QTemporaryDir>
 #include <QVBoxLayout>
 #include <QtTest/QTest>
