@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <QDropEvent>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QTemporaryDir>
 #include <QtTest/QTest>
