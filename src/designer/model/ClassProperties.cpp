@@ -18,7 +18,7 @@ using enum TPropertyKind;
 // later takes the place of one with the same name.
 struct TGroup {
   std::string_view Name;
-  std::vector<TPropertyRow> Rows;
+  std::vector<TKnownProperty> Rows;
 };
 
 const std::vector<TGroup>& Groups() {
@@ -156,7 +156,7 @@ const std::vector<TGroup>& Groups() {
 struct TClass {
   std::string_view Name;
   std::vector<std::string_view> Groups;
-  std::vector<TPropertyRow> Own;
+  std::vector<TKnownProperty> Own;
 };
 
 const std::vector<TClass>& Classes() {
@@ -414,7 +414,7 @@ const std::vector<TClass>& Classes() {
 struct TItemClass {
   std::string_view Owner;
   std::string_view Collection;
-  std::vector<TPropertyRow> Rows;
+  std::vector<TKnownProperty> Rows;
 };
 
 const std::vector<TItemClass>& ItemClasses() {
@@ -641,15 +641,15 @@ std::string CppParameter(std::string_view type, std::string_view name, bool byRe
   return fmt::format("{} {}{}", cpp, byReference ? "&" : sign, name);
 }
 
-bool NameLess(const TPropertyRow& a, const TPropertyRow& b) {
+bool NameLess(const TKnownProperty& a, const TKnownProperty& b) {
   return UpperCase(a.Name) < UpperCase(b.Name);
 }
 
-std::vector<TPropertyRow> RowsOf(const TClass& known) {
-  std::vector<TPropertyRow> rows;
-  const auto take = [&rows](const TPropertyRow& row) {
+std::vector<TKnownProperty> RowsOf(const TClass& known) {
+  std::vector<TKnownProperty> rows;
+  const auto take = [&rows](const TKnownProperty& row) {
     const auto same = std::find_if(rows.begin(), rows.end(),
-                                   [&](const TPropertyRow& r) { return r.Name == row.Name; });
+                                   [&](const TKnownProperty& r) { return r.Name == row.Name; });
     if (same == rows.end()) rows.push_back(row);
     else *same = row;
   };
@@ -679,9 +679,9 @@ const TClass* FindClass(const std::vector<std::string>& chain) {
 
 }  // namespace
 
-const std::vector<TPropertyRow>& PropertiesOf(const std::vector<std::string>& chain) {
+const std::vector<TKnownProperty>& PropertiesOf(const std::vector<std::string>& chain) {
   static const TClass unknown{"", {"component"}, {}};
-  static std::map<const TClass*, std::vector<TPropertyRow>> rows;
+  static std::map<const TClass*, std::vector<TKnownProperty>> rows;
   const TClass* known = FindClass(chain);
   if (known == nullptr) known = &unknown;
   auto found = rows.find(known);
@@ -689,9 +689,9 @@ const std::vector<TPropertyRow>& PropertiesOf(const std::vector<std::string>& ch
   return found->second;
 }
 
-const std::vector<TPropertyRow>& PropertiesOfItem(const std::vector<std::string>& chain,
-                                                  std::string_view collection) {
-  static const std::vector<TPropertyRow> none;
+const std::vector<TKnownProperty>& PropertiesOfItem(const std::vector<std::string>& chain,
+                                                    std::string_view collection) {
+  static const std::vector<TKnownProperty> none;
   const TClass* owner = FindClass(chain);
   for (const TItemClass& known : ItemClasses())
     if (owner != nullptr && known.Owner == owner->Name && EqualText(known.Collection, collection))
@@ -699,13 +699,13 @@ const std::vector<TPropertyRow>& PropertiesOfItem(const std::vector<std::string>
   return none;
 }
 
-const TPropertyRow* FindPropertyAnywhere(std::string_view path) {
+const TKnownProperty* FindPropertyAnywhere(std::string_view path) {
   static const auto all = [] {
-    std::map<std::string, TPropertyRow> byName;
+    std::map<std::string, TKnownProperty> byName;
     for (const TGroup& group : Groups())
-      for (const TPropertyRow& row : group.Rows) byName.emplace(UpperCase(row.Name), row);
+      for (const TKnownProperty& row : group.Rows) byName.emplace(UpperCase(row.Name), row);
     for (const TClass& known : Classes())
-      for (const TPropertyRow& row : known.Own) byName.emplace(UpperCase(row.Name), row);
+      for (const TKnownProperty& row : known.Own) byName.emplace(UpperCase(row.Name), row);
     return byName;
   }();
   const auto found = all.find(UpperCase(path));

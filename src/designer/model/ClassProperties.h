@@ -29,7 +29,7 @@ enum class TPropertyKind : std::uint8_t {
   Other,  // shown as text, edited as text
 };
 
-struct TPropertyRow {
+struct TKnownProperty {
   std::string_view Name;
   TPropertyKind Kind = TPropertyKind::Other;
   // Of the enumeration, set or event; of the class that a reference leads to, empty for any.
@@ -42,14 +42,14 @@ struct TPropertyRow {
 // ancestor that is known, else of the class whose name is the longest ending of the class's name;
 // what every component has when none is known. Chain: the class and its ancestors, nearest first.
 // In the order of their names.
-const std::vector<TPropertyRow>& PropertiesOf(const std::vector<std::string>& chain);
+const std::vector<TKnownProperty>& PropertiesOf(const std::vector<std::string>& chain);
 // The properties of the items in a collection of the class, as far as they are known, in the order
 // of their names; none for others.
-const std::vector<TPropertyRow>& PropertiesOfItem(const std::vector<std::string>& chain,
-                                                  std::string_view collection);
+const std::vector<TKnownProperty>& PropertiesOfItem(const std::vector<std::string>& chain,
+                                                    std::string_view collection);
 // The row of that path (letter case ignored) in any class, for a property that is stored but not
 // known for its class: the kind by the name alone. Null when no class has such a property.
-const TPropertyRow* FindPropertyAnywhere(std::string_view path);
+const TKnownProperty* FindPropertyAnywhere(std::string_view path);
 
 // The values of an enumeration or the elements of a set, in their order; empty when it is unknown.
 std::vector<std::string_view> ValuesOfType(std::string_view type);

@@ -409,10 +409,10 @@ std::string TextOf(TPropertyKind kind, std::string_view value) {
 }
 
 // The kind and type of a stored property that the class's table does not know.
-TPropertyRow UnknownRow(std::string_view path, std::string_view value) {
-  TPropertyRow row{path, KindOfValue(value)};
+TKnownProperty UnknownRow(std::string_view path, std::string_view value) {
+  TKnownProperty row{path, KindOfValue(value)};
   if (IsStringsList(path, value)) row.Kind = Strings;
-  if (const TPropertyRow* other = FindPropertyAnywhere(path)) {
+  if (const TKnownProperty* other = FindPropertyAnywhere(path)) {
     row.Kind = other->Kind;
     row.Type = other->Type;
   } else if (row.Kind == Other && path.starts_with("On")) {
@@ -423,27 +423,27 @@ TPropertyRow UnknownRow(std::string_view path, std::string_view value) {
 
 // The same for a property of an item, of which less is known: what is stored of it counts, if its
 // name in some class does not say more.
-TPropertyRow UnknownPart(const TItemPart& part) {
-  TPropertyRow row{part.Path, KindOfValue(part.Value)};
-  const TPropertyRow* known = FindPropertyAnywhere(part.Path);
+TKnownProperty UnknownPart(const TItemPart& part) {
+  TKnownProperty row{part.Path, KindOfValue(part.Value)};
+  const TKnownProperty* known = FindPropertyAnywhere(part.Path);
   if (known == nullptr || (row.Kind != Other && known->Kind != Color)) return row;
   row.Kind = known->Kind;
   row.Type = known->Type;
   return row;
 }
 
-bool NameLess(const TPropertyRow& a, const TPropertyRow& b) {
+bool NameLess(const TKnownProperty& a, const TKnownProperty& b) {
   return UpperCase(a.Name) < UpperCase(b.Name);
 }
 
 // Known and stored properties, by name.
 template <class Stored, class RowOf>
-std::vector<TPropertyRow> Merged(const std::vector<TPropertyRow>& known, const Stored& stored,
-                                 const RowOf& rowOf) {
-  std::vector<TPropertyRow> rows = known;
+std::vector<TKnownProperty> Merged(const std::vector<TKnownProperty>& known, const Stored& stored,
+                                   const RowOf& rowOf) {
+  std::vector<TKnownProperty> rows = known;
   for (const auto& property : stored)
     if (std::ranges::none_of(
-            known, [&](const TPropertyRow& row) { return EqualText(row.Name, property.Path); }))
+            known, [&](const TKnownProperty& row) { return EqualText(row.Name, property.Path); }))
       rows.push_back(rowOf(property));
   if (rows.size() != known.size()) std::ranges::stable_sort(rows, NameLess);
   return rows;
@@ -468,7 +468,7 @@ class TRowCollector {
     name.Text = FComponent.Name();
     name.Stored = true;
     FRows.push_back(name);
-    for (const TPropertyRow& known :
+    for (const TKnownProperty& known :
          Merged(PropertiesOf(FChain), FComponent.Properties(),
                 [](const TDesignProperty& p) { return UnknownRow(p.Path, p.Value); }))
       Add(known);
@@ -487,7 +487,7 @@ class TRowCollector {
     return FRows.size() - 1;
   }
 
-  static void Describe(TInspectedRow& row, const TPropertyRow& known) {
+  static void Describe(TInspectedRow& row, const TKnownProperty& known) {
     row.Caption = known.Name;
     row.Kind = known.Kind;
     row.Type = known.Type;
@@ -495,7 +495,7 @@ class TRowCollector {
     row.HasDefault = !known.Default.empty();
   }
 
-  void Add(const TPropertyRow& known) {
+  void Add(const TKnownProperty& known) {
     TInspectedRow row;
     row.Path = known.Name;
     Describe(row, known);
@@ -560,12 +560,12 @@ class TRowCollector {
       item.Group = true;
       FRows.push_back(item);
       const std::size_t place = FRows.size() - 1;
-      for (const TPropertyRow& part : Merged(known, items[i].Parts, UnknownPart))
+      for (const TKnownProperty& part : Merged(known, items[i].Parts, UnknownPart))
         AddPart(item, place, part, items[i].Value(part.Name));
     }
   }
 
-  void AddPart(const TInspectedRow& item, std::size_t parent, const TPropertyRow& known,
+  void AddPart(const TInspectedRow& item, std::size_t parent, const TKnownProperty& known,
                std::string_view value) {
     TInspectedRow row;
     row.Path = item.Path;
@@ -642,7 +642,7 @@ class TCommonRows {
     const auto& table = PropertiesOf(ClassChainOf(component));
     TClassRows rows(FRows.size());
     for (std::size_t i = 0; i < FRows.size(); ++i)
-      for (const TPropertyRow& known : table)
+      for (const TKnownProperty& known : table)
         if (FRows[i].Item < 0 && EqualText(known.Name, FRows[i].Path))
           rows[i] = {known.Kind == FRows[i].Kind || !FRows[i].Element.empty(),
                      UserText(known.Kind, std::string(known.Default))};

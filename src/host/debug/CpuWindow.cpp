@@ -67,6 +67,11 @@ void TCpuWindow::Serve(TDebugSession& session) {
   Update();
 }
 
+// Controls that go with the window take the focus along, which would be told to what is left of it.
+TCpuWindow::~TCpuWindow() {
+  disconnect(qApp, nullptr, this, nullptr);
+}
+
 bool TCpuWindow::HasFocus() const {
   return isAncestorOf(QApplication::focusWidget());
 }

@@ -13,6 +13,7 @@ class TCpuWindow : public TForm {
   static const TTypeInfo& ClassInfo();
   const TTypeInfo& GetClassInfo() const override { return ClassInfo(); }
   explicit TCpuWindow(TComponent* owner, QWidget* parent = nullptr);
+  ~TCpuWindow() override;
 
   // Shows what that session debugs; to be called once.
   void Serve(TDebugSession& session);

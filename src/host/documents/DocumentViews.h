@@ -11,7 +11,7 @@ namespace wrenfold {
 enum class TMessageKind { Information, Warning, Error };
 
 // A message to the user; with a file and a line (from 1; 0: none) it leads there.
-struct TMessage {
+struct TNotice {
   TMessageKind Kind = TMessageKind::Error;
   std::string Text = {};
   std::string FileName = {};
@@ -54,7 +54,7 @@ class TDocumentViews {
   // Another project is open, or none, or its modules are others than before.
   virtual void ProjectChanged(TProjectHolder* project) = 0;
 
-  virtual void Tell(const TMessage& message) = 0;
+  virtual void Tell(const TNotice& message) = 0;
   // A word for the status line that goes by itself.
   virtual void Status(const std::string& text) = 0;
 

@@ -49,7 +49,7 @@ TBuildPlan PlanBuild(const TProject& project) {
   return {"c++ -g -O0 -o " + Quoted(program) + " " + Quoted(source), program, "g++"};
 }
 
-std::optional<TMessage> CompilerMessage(const std::string& line, const std::string& folder) {
+std::optional<TNotice> CompilerMessage(const std::string& line, const std::string& folder) {
   static const QRegularExpression pascal(
       R"(^(.+?)\((\d+)(?:,\d+)?\) (Fatal|Error|Warning|Hint|Note): )");
   static const QRegularExpression cpp(
@@ -58,7 +58,7 @@ std::optional<TMessage> CompilerMessage(const std::string& line, const std::stri
   if (!match.hasMatch()) match = cpp.match(ToQString(line));
   if (!match.hasMatch()) return std::nullopt;
   const std::string kind = LowerCase(FromQString(match.captured(3)));
-  TMessage message{.Kind = TMessageKind::Information, .Text = line};
+  TNotice message{.Kind = TMessageKind::Information, .Text = line};
   if (kind == "warning") message.Kind = TMessageKind::Warning;
   if (kind.ends_with("error") || kind == "fatal") message.Kind = TMessageKind::Error;
   message.FileName = InFolder(folder, FromQString(match.captured(1)));

@@ -30,7 +30,7 @@ TBuildPlan PlanBuild(const TProject& project);
 
 // A line of a compiler's output that is about a place: "unit.pas(3,5) Error: ..." or
 // "unit.cpp:3:5: error: ...". Nothing for other lines.
-std::optional<TMessage> CompilerMessage(const std::string& line, const std::string& folder);
+std::optional<TNotice> CompilerMessage(const std::string& line, const std::string& folder);
 
 class TDebugging {
  public:

@@ -182,7 +182,7 @@ void TDocumentWindows::ProjectChanged(TProjectHolder* project) {
   TitleChanged();
 }
 
-void TDocumentWindows::Tell(const TMessage& message) {
+void TDocumentWindows::Tell(const TNotice& message) {
   F.Messages.Add(message.Kind, message.Text, message.FileName, message.Line);
   if (message.Kind == TMessageKind::Error) F.Status.Say(message.Text, ErrorTime);
 }

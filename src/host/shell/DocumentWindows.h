@@ -62,7 +62,7 @@ class TDocumentWindows final : public TDocumentViews {
     F.Designers.UpdateUsersOf(className);
   }
   void ProjectChanged(TProjectHolder* project) override;
-  void Tell(const TMessage& message) override;
+  void Tell(const TNotice& message) override;
   void Status(const std::string& text) override;
 
  private:
